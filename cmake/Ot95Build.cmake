@@ -1,0 +1,45 @@
+# How every target of the project is compiled, in one place.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Float arithmetic gives the same bits everywhere: no contraction, and never the x87.
+add_compile_options(-ffp-contract=off)
+if(OT95_ILP32)
+  add_compile_options(-m32 -msse2 -mfpmath=sse)
+  add_link_options(-m32)
+endif()
+if(OT95_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+add_library(ot95_warnings INTERFACE)
+target_compile_options(ot95_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Werror)
+
+# One of the three libraries: an object library for tests of internals, and the shared library
+# of it that users link.
+function(ot95_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;INCLUDE;DEPENDS" ${ARGN})
+  add_library(${name}_objects OBJECT ${ARG_SOURCES})
+  target_include_directories(${name}_objects PUBLIC
+    ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name}_objects PRIVATE ot95_warnings)
+  foreach(dependency IN LISTS ARG_DEPENDS)
+    target_include_directories(${name}_objects PUBLIC
+      $<TARGET_PROPERTY:${dependency},INTERFACE_INCLUDE_DIRECTORIES>)
+  endforeach()
+  add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
+  add_library(ot95::${name} ALIAS ${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS})
+  target_link_options(${name} PRIVATE -Wl,--no-undefined -Wl,-z,relro -Wl,-z,now)
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 9)
+endfunction()
