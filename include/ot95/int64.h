@@ -1,0 +1,116 @@
+#ifndef OT95_INT64_H
+#define OT95_INT64_H
+
+/// @file
+/// OtInt64, the signed 64-bit integer of stored data. Arithmetic is two's complement and wraps;
+/// only division by zero is reported (OTDB_assert, then 0 for quotient and remainder).
+/// @code
+///   OtInt64 big(0x7fffffffffffffffL);
+///   ++big;                             // wraps to the smallest value
+///   OtString text;
+///   big.PrintToOtString(text, "%S");   // appends -9223372036854775808
+/// @endcode
+
+#include <cstdint>
+
+#include "ot95/base.h"
+
+class OtString;
+
+/// Two 32-bit words; the value is `high` times 2^32 plus `low`.
+class OT95_EXPORT OtInt64 {
+ public:
+  std::uint32_t low;  ///< Bits 0 to 31.
+  std::int32_t high;  ///< Bits 32 to 63, with the sign.
+
+  // A native integer keeps all its bits.
+  constexpr OtInt64(long value) : OtInt64(Bits(static_cast<std::int64_t>(value))) {}
+  constexpr OtInt64(int value) : OtInt64(Bits(value)) {}
+  constexpr OtInt64(unsigned long value) : OtInt64(Bits(static_cast<std::uint64_t>(value))) {}
+  constexpr OtInt64(unsigned value) : OtInt64(Bits(std::uint64_t{value})) {}
+  /// Sets the two words to the low 32 bits of the arguments.
+  constexpr OtInt64(unsigned long lowWord, long highWord)
+      : low(static_cast<std::uint32_t>(lowWord)), high(static_cast<std::int32_t>(highWord)) {}
+  /// By way of seven decimal digits, rounded; cut at plus and minus 2^63 - 1; 0 for NaN.
+  OtInt64(double value);
+
+  constexpr bool operator==(const OtInt64& other) const { return Value() == other.Value(); }
+  constexpr bool operator!=(const OtInt64& other) const { return Value() != other.Value(); }
+  constexpr bool operator<(const OtInt64& other) const { return Value() < other.Value(); }
+  constexpr bool operator>(const OtInt64& other) const { return Value() > other.Value(); }
+  constexpr bool operator<=(const OtInt64& other) const { return Value() <= other.Value(); }
+  constexpr bool operator>=(const OtInt64& other) const { return Value() >= other.Value(); }
+
+  constexpr OtInt64 operator-() const { return Bits(0 - Unsigned()); }
+  constexpr OtInt64 operator+(const OtInt64& other) const {
+    return Bits(Unsigned() + other.Unsigned());
+  }
+  constexpr OtInt64 operator-(const OtInt64& other) const {
+    return Bits(Unsigned() - other.Unsigned());
+  }
+  constexpr OtInt64 operator*(const OtInt64& other) const {
+    return Bits(Unsigned() * other.Unsigned());
+  }
+  OtInt64 operator/(const OtInt64& other) const { return Division(other, 0); }
+  OtInt64 operator%(const OtInt64& other) const { return Division(other, 1); }
+  /// Shifts by 64 and more leave 0, or -1 of a negative value to the right.
+  constexpr OtInt64 operator<<(unsigned count) const {
+    return count > 63 ? Bits(std::uint64_t{0}) : Bits(Unsigned() << count);
+  }
+  constexpr OtInt64 operator>>(unsigned count) const {
+    return Bits(Value() >> (count > 63 ? 63 : count));
+  }
+  constexpr OtInt64 operator|(const OtInt64& other) const {
+    return Bits(Unsigned() | other.Unsigned());
+  }
+  constexpr OtInt64 operator&(const OtInt64& other) const {
+    return Bits(Unsigned() & other.Unsigned());
+  }
+  constexpr OtInt64 operator~() const { return Bits(~Unsigned()); }
+
+  // The compound operators return a copy, not a reference: so the interface has always been.
+  constexpr OtInt64 operator+=(const OtInt64& other) { return *this = *this + other; }
+  constexpr OtInt64 operator-=(const OtInt64& other) { return *this = *this - other; }
+  constexpr OtInt64 operator*=(const OtInt64& other) { return *this = *this * other; }
+  OtInt64 operator/=(const OtInt64& other) { return *this = *this / other; }
+  OtInt64 operator%=(const OtInt64& other) { return *this = *this % other; }
+  constexpr OtInt64 operator<<=(unsigned count) { return *this = *this << count; }
+  constexpr OtInt64 operator>>=(unsigned count) { return *this = *this >> count; }
+  constexpr OtInt64 operator++() { return *this += OtInt64(1); }
+  constexpr OtInt64 operator--() { return *this -= OtInt64(1); }
+
+  /// The value without its sign; the smallest value has no positive and stays.
+  constexpr OtInt64 Abs() const { return Value() > 0 ? *this : -*this; }
+  /// Quotient truncated toward zero, or with `remainder` non-zero the remainder, signed as this.
+  OtInt64 Division(const OtInt64& divisor, int remainder) const;
+
+  /// Appends the value to `out`. In `format`, "%S", "%d" and "%i" stand for decimal, "%o", "%x"
+  /// and "%X" for octal and hexadecimal with prefix; null means "%S".
+  OtString& PrintToOtString(OtString& out, const char* format) const;
+  /// Parses `text` in step with `format`; a text that doesn't match leaves -1.
+  void ScanFromOtString(const OtString& text, const char* format);
+
+ private:
+  static constexpr OtInt64 Bits(std::uint64_t bits) {
+    return OtInt64(static_cast<std::uint32_t>(bits), static_cast<std::uint32_t>(bits >> 32), 0);
+  }
+  static constexpr OtInt64 Bits(std::int64_t value) {
+    return Bits(static_cast<std::uint64_t>(value));
+  }
+  static constexpr OtInt64 Bits(int value) { return Bits(std::int64_t{value}); }
+  constexpr OtInt64(std::uint32_t lowWord, std::uint32_t highWord, int)
+      : low(lowWord), high(static_cast<std::int32_t>(highWord)) {}
+  constexpr std::uint64_t Unsigned() const {
+    return std::uint64_t{static_cast<std::uint32_t>(high)} << 32 | low;
+  }
+  constexpr std::int64_t Value() const { return static_cast<std::int64_t>(Unsigned()); }
+};
+
+static_assert(sizeof(OtInt64) == 8 && alignof(OtInt64) == 4, "a stored record holds it unpadded");
+
+/// Comparer of the row OtInt64.
+OT95_EXPORT long Int64Compare(unsigned char format, unsigned long length1, void* value1,
+                              unsigned long length2, void* value2, unsigned short cmpOp,
+                              unsigned long count, int& status);
+
+#endif
