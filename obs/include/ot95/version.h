@@ -1,0 +1,24 @@
+#ifndef OT95_VERSION_H
+#define OT95_VERSION_H
+
+/// @file
+/// The release of this library, and the check that a library built on it was built for it.
+
+#include "ot95/base.h"
+
+/// The five numbers of the release: 9.5.26.340.0.
+enum : unsigned long {
+  OT_VERSION_MAJOR = 9,
+  OT_VERSION_MINOR = 5,
+  OT_VERSION_REVISION = 26,
+  OT_VERSION_BUILD = 340,
+  OT_VERSION_PATCH = 0
+};
+
+/// 0 when the five numbers are those of the library that is loaded; otherwise 1 to 5, which of them
+/// differs first. `flags` names the caller's kind and has no effect on the answer.
+OT95_EXPORT int CheckOtVersionNumber(unsigned long major, unsigned long minor,
+                                     unsigned long revision, unsigned long build,
+                                     unsigned long patch, int flags) noexcept;
+
+#endif
