@@ -9,6 +9,8 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # Float arithmetic gives the same bits everywhere: no contraction, and never the x87.
 add_compile_options(-ffp-contract=off)
+# What a library exports isn't replaced from outside, so that its own calls can be direct ones.
+add_compile_options(-fno-semantic-interposition)
 if(OT95_ILP32)
   add_compile_options(-m32 -msse2 -mfpmath=sse)
   add_link_options(-m32)
@@ -41,5 +43,7 @@ function(ot95_library name)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS})
   target_link_options(${name} PRIVATE -Wl,--no-undefined -Wl,-z,relro -Wl,-z,now)
-  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 9)
+  # Installed siblings find each other wherever they are put.
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION 9 INSTALL_RPATH "$ORIGIN")
 endfunction()

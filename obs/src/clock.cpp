@@ -53,21 +53,24 @@ constexpr std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
   return value / by - (value % by < 0);
 }
 
+constexpr int FloorRemainder(std::int64_t value, std::int64_t by) {
+  return static_cast<int>(value % by + (value % by < 0 ? by : 0));
+}
+
 /// An instant as a clock shows it that is `zone` seconds ahead of UTC.
 void Split(std::int64_t milliseconds, OtLong zone, btime* time, bdate* date) {
-  const std::int64_t wholeSeconds = FloorDivide(milliseconds, kMillisecondsPerSecond);
-  const std::int64_t seconds = std::clamp(wholeSeconds + zone, kFirstSecond, kLastSecond);
-  const std::int64_t day = FloorDivide(seconds, kSecondsPerDay);
+  const std::int64_t seconds = std::clamp(FloorDivide(milliseconds, kMillisecondsPerSecond) + zone,
+                                          kFirstSecond, kLastSecond);
   if (date != nullptr) {
-    const std::chrono::year_month_day fields{
-        std::chrono::sys_days{std::chrono::days{static_cast<int>(day)}}};
+    const auto day = static_cast<int>(FloorDivide(seconds, kSecondsPerDay));
+    const std::chrono::year_month_day fields{std::chrono::sys_days{std::chrono::days{day}}};
     date->year = static_cast<short>(int{fields.year()});
     date->month = static_cast<unsigned char>(unsigned{fields.month()});
     date->day = static_cast<unsigned char>(unsigned{fields.day()});
   }
   if (time != nullptr) {
-    const int ofDay = static_cast<int>(seconds - day * kSecondsPerDay);
-    const std::int64_t fraction = milliseconds - wholeSeconds * kMillisecondsPerSecond;
+    const int ofDay = FloorRemainder(seconds, kSecondsPerDay);
+    const int fraction = FloorRemainder(milliseconds, kMillisecondsPerSecond);
     time->hour = static_cast<unsigned char>(ofDay / 3600);
     time->minute = static_cast<unsigned char>(ofDay / 60 % 60);
     time->second = static_cast<unsigned char>(ofDay % 60);

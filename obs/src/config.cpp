@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <charconv>
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -11,8 +13,11 @@
 
 namespace {
 
-using Keys = std::map<std::string, std::string, std::less<>>;
-using Sections = std::map<std::string, Keys, std::less<>>;
+/// Of this file's own, so that the maps' instances stay inside the library.
+struct ByBytes : std::less<> {};
+
+using Keys = std::map<std::string, std::string, ByBytes>;
+using Sections = std::map<std::string, Keys, ByBytes>;
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::string_view kBlanks = " \t\r";

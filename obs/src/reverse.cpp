@@ -37,8 +37,9 @@ constexpr std::size_t kRound = 4 * kLane;  // Bytes in flight in the loops below
 /// target's lines first.
 constexpr std::size_t kStreamFrom = std::size_t{8} << 20;
 
+/// Where each byte of a vector comes from when its words are reversed.
 template <class Word>
-OT95_AVX2 inline __m256i Shuffle() {
+OT95_AVX2 inline __m256i Order() {
   alignas(kLane) Bytes order[kLane];
   for (std::size_t i = 0; i < kLane; ++i) order[i] = Bytes((i % 16) ^ (sizeof(Word) - 1));
   return _mm256_load_si256(reinterpret_cast<const __m256i*>(order));
@@ -53,20 +54,24 @@ OT95_AVX2 inline void Put(Bytes* target, __m256i vector) {
   }
 }
 
+OT95_AVX2 inline __m256i Get(const Bytes* source) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source));
+}
+
 /// Whole rounds; returns the bytes done. Each round is read before it is written.
 template <class Word, bool stream>
 OT95_AVX2 std::size_t ReverseRounds(Bytes* target, const Bytes* source, std::size_t size) {
-  const __m256i shuffle = Shuffle<Word>();
+  const __m256i order = Order<Word>();
   std::size_t at = 0;
   for (; at + kRound <= size; at += kRound) {
-    __m256i lanes[4];
-    for (std::size_t i = 0; i < 4; ++i) {
-      const Bytes* place = source + at + i * kLane;
-      lanes[i] = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place));
-    }
-    for (std::size_t i = 0; i < 4; ++i) {
-      Put<stream>(target + at + i * kLane, _mm256_shuffle_epi8(lanes[i], shuffle));
-    }
+    const __m256i lane0 = Get(source + at);
+    const __m256i lane1 = Get(source + at + kLane);
+    const __m256i lane2 = Get(source + at + 2 * kLane);
+    const __m256i lane3 = Get(source + at + 3 * kLane);
+    Put<stream>(target + at, _mm256_shuffle_epi8(lane0, order));
+    Put<stream>(target + at + kLane, _mm256_shuffle_epi8(lane1, order));
+    Put<stream>(target + at + 2 * kLane, _mm256_shuffle_epi8(lane2, order));
+    Put<stream>(target + at + 3 * kLane, _mm256_shuffle_epi8(lane3, order));
   }
   if constexpr (stream) _mm_sfence();
   return at;
