@@ -1,0 +1,66 @@
+#ifndef OT95_OIN_H
+#define OT95_OIN_H
+
+/// @file
+/// Internationalisation: code sets, languages, case data, collation tables.
+///
+///     const OtCodeSet* set = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE);
+///     const OtLanguage* swedish = OtLanguageContext::QueryLanguage(9);
+///     const OtOrderRecord* record = set->orderTable->Find(0xe5);
+///     if (const OtOrderRecord* own = record->Tailored(swedish)) record = own;
+///
+/// The tables and the defaults are constants: all of it works before main and before
+/// ___OtI18NContext. Nothing is read from the environment, because results must not depend on it.
+
+#include "ot95/oin_codeset.h"
+#include "ot95/oin_order.h"
+
+/// Language numbers with a meaning of their own.
+inline constexpr unsigned char OT_LANG_NEUTRAL = 1;  ///< The default at start.
+inline constexpr unsigned char OT_LANG_NULL = 0xfe;  ///< Marks the null string.
+inline constexpr unsigned char OT_LANG_DEFAULT =
+    0xff;  ///< As an argument or member: the default language.
+
+/// The way to the records, and the process-wide defaults. Setters belong to start-up: they are
+/// not synchronised.
+class OT95_EXPORT OtLanguageContext {
+ public:
+  /// The record of a code set, never null. 0 answers the native set. A number that nobody knows
+  /// is stood in for by OT_CS_BASE8 up to 0xe0, by OT_CS_UNICODE above.
+  static const OtCodeSet* QueryCodeSet(unsigned char codeSet);
+  /// The record of a language, null for 0 and for a number that nobody knows.
+  static const OtLanguage* QueryLanguage(unsigned char language);
+
+  static unsigned char GetDefaultCodeSet();
+  /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
+  static int SetDefaultCodeSet(unsigned char codeSet);
+  static unsigned char GetDefaultLanguage();
+  /// Sets the default language. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
+  static int SetDefaultLanguage(unsigned char language);
+  /// The comparison-op word that stands behind 0xffff. At start 0x10: no wildcards, because a
+  /// stored "*" must not equal everything.
+  static unsigned short GetDefaultCmpOp();
+  /// Sets the default comparison op. @return 0, or OT_ERR_BAD_ARGUMENT for 0xffff.
+  static int SetDefaultCmpOp(unsigned short cmpOp);
+  /// The default code set if its characters are one byte wide, else OT_CS_BASE8.
+  static unsigned char GetDefault8CodeSet();
+  /// The default code set if its characters are two bytes wide, else OT_CS_UNICODE.
+  static unsigned char GetDefault16CodeSet();
+  /// The set of raw 8-bit text: OT_CS_BASE8.
+  static unsigned char GetNativeCodeSet();
+
+  /// Number of the language with a tag such as "sv" or "de-phonebook", in any case; 0 for none.
+  static unsigned char LanguageOfTag(const char* tag);
+  /// Number of the code set with a name such as "ISO-8859-2"; case and punctuation don't matter,
+  /// and "CP1252" is "Windows-1252". 0 for none.
+  static unsigned char CodeSetOfName(const char* name);
+  /// Takes what it knows of a locale name such as "de_DE.ISO-8859-1" as defaults: its language,
+  /// its code set. UTF-8 leaves the code set alone. @return how many parts it took, 0 to 2.
+  static int UseLocale(const char* locale);
+};
+
+/// Start (non-zero) and end (0) of the library's use. There is nothing to bring up; the end puts
+/// the defaults back, so that a second start begins like the first.
+OT95_EXPORT void ___OtI18NContext(int attach);
+
+#endif

@@ -1,0 +1,278 @@
+#ifndef OT95_OIN_ORDER_H
+#define OT95_OIN_ORDER_H
+
+/// @file
+/// Collation data: from a character to its order word and script byte.
+///
+/// All of it is constant data without start-up code. The way from a character to its record is
+/// one load in the base 8-bit set and two in Unicode; a record whose work() is 0 is the whole
+/// answer, otherwise its lists say more:
+///
+///     const OtOrderRecord* record = table->Find(character);      // null: no record
+///     if (record->work() == 0 || language->Leaves(character, nextCharacter)) return;
+///     if (const OtOrderRecord* own = record->Tailored(language)) record = own;
+///     while (const OtOrderRecord* pair = record->Contracted(nextCharacter)) record = pair;
+///     record->order();  record->expansion();
+
+#include "ot95/base.h"
+
+struct OtOrderRecord;
+
+/// Combining marks and the consonants behind prefixed vowels are all above; most heads of
+/// contractions have no other followers.
+inline constexpr unsigned short OT_FIRST_MARK = 0x300;
+
+/// A language: its number, the alphabet of its neutral characters, its names.
+struct OtLanguage {
+  std::uint16_t tailorsOrder;  ///< Non-zero: the language replaces some records by its own.
+  unsigned char number;        ///< 1 to 0x7f.
+  unsigned char script;        ///< Script byte of characters that have none of their own.
+  const char* tag;             ///< "sv", "de-phonebook"; ISO 639-1 in the plain case.
+  const char* name;            ///< In English.
+  /// Bits of the ASCII characters that it sorts its own way, alone or before another letter.
+  std::uint64_t ownAscii[2];
+
+  /// Whether the record of `character` is the whole answer when `next` follows, without a look at
+  /// its lists. Only ever true for ASCII; most letters of most texts end here. For null languages
+  /// and those that tailor nothing ask ot95::NeutralLanguage().
+  bool Leaves(unsigned short character, unsigned short next) const {
+    return character < 0x80 && next < OT_FIRST_MARK &&
+           (ownAscii[character >> 6] >> (character & 63U) & 1) == 0;
+  }
+};
+
+/// A constant list of 16-bit units: further order words, further characters. Lists belong to the
+/// library and live as long as it; nobody frees one.
+class OtWCharList {
+ public:
+  std::int32_t count;  ///< How many units there are.
+
+  /// The unit at `index`. @return 0, or OT_ERR_NO_MORE_ITEMS with `out` untouched.
+  inline int GetAt(int index, unsigned short* out) const;
+  /// The units themselves, `count` of them.
+  inline const std::uint16_t* begin() const;
+  const std::uint16_t* end() const { return begin() + count; }
+
+  constexpr OtWCharList(std::int32_t units, std::int32_t firstUnit)
+      : count(units), first_(firstUnit) {}
+
+ private:
+  std::int32_t first_;
+};
+
+namespace ot95 {
+
+/// Where the lists of a record are; 0 in each place means none.
+struct OrderLinks {
+  std::uint16_t expansion, contractions, tailorings;
+};
+
+/// Followers that contract with a head: sorted characters, beside each the record of the pair.
+struct ContractionSet {
+  OtWCharList followers;
+  std::uint16_t lowest, highest;
+  std::uint16_t firstRecord;
+};
+
+/// Which languages have a record of their own; those records follow each other from firstRecord.
+struct TailoringSet {
+  std::uint64_t languages[2];
+  std::uint16_t firstRecord;
+};
+
+/// The collation tables: every array stands in read-only memory, indices lead from one to another.
+struct OrderTables {
+  const OtOrderRecord* records;
+  const std::uint16_t* units;
+  const OtWCharList* lists;
+  const OrderLinks* links;
+  const ContractionSet* contractions;
+  const TailoringSet* tailorings;
+  const std::uint16_t* recordNumbers;
+  const OtLanguage* languages;
+};
+OT95_EXPORT extern const OrderTables kOrderTables;
+
+/// A language that tailors nothing, to stand in for null.
+inline const OtLanguage& NeutralLanguage() {
+  return kOrderTables.languages[0];
+}
+
+}  // namespace ot95
+
+/// A list of records, a view made on request.
+class OtOrderRecordList {
+ public:
+  std::int32_t count;  ///< How many records there are.
+
+  /// The record at `index`. @return 0, or OT_ERR_NO_MORE_ITEMS with `out` untouched.
+  inline int GetAt(int index, const OtOrderRecord** out) const;
+
+  constexpr OtOrderRecordList(std::int32_t records, std::int32_t first)
+      : count(records), first_(first) {}
+
+ private:
+  std::int32_t first_;
+};
+
+/// The languages that tailor a character, in the order of their numbers; a view made on request.
+class OT95_EXPORT OtLanguageList {
+ public:
+  std::int32_t count;  ///< How many languages there are.
+
+  /// The language at `index`. @return 0, or OT_ERR_NO_MORE_ITEMS with `out` untouched.
+  int GetAt(int index, const OtLanguage** out) const;
+
+  OtLanguageList(std::int32_t languages, const ot95::TailoringSet* set)
+      : count(languages), set_(set) {}
+
+ private:
+  const ot95::TailoringSet* set_;
+};
+
+/// What a character, a contraction or a tailored letter sorts as.
+struct OtOrderRecord {
+  /// Bits of `flags`.
+  enum : unsigned char {
+    kContractions = 1,        ///< Heads a contraction.
+    kTailoring = 2,           ///< Some language has a record of its own.
+    kExpansion = 4,           ///< More order words follow the first.
+    kWork = 7,                ///< None of these: the record is the whole answer.
+    kLowFollowers = 8,        ///< Some follower is below OT_FIRST_MARK.
+    kFollows = 0x10,          ///< The character may stand behind a head, in any language.
+    kFollowsTailored = 0x20,  ///< The same, behind a head of a language that tailors.
+    kAbsent = 0x80            ///< There is no record: a place in the table only.
+  };
+  std::uint32_t key;    ///< The comparable key; bits 31 to 24 are 0 where script is.
+  std::uint16_t link;   ///< Index of the lists.
+  std::uint8_t flags;   ///< See above.
+  std::uint8_t script;  ///< Script byte, 0 when it takes DefaultScript of the language.
+
+  /// The order word; 0 only for the terminator.
+  constexpr unsigned short order() const {
+    return static_cast<unsigned short>((key >> 8 & 0xffffU) | (key & 0x7fU) << 7);
+  }
+  /// The comparable key where neutral characters take `defaultScript`; 0 for order 0.
+  constexpr std::uint32_t Key(unsigned char defaultScript) const {
+    return script != 0 || key == 0 ? key : key | static_cast<std::uint32_t>(defaultScript) << 24;
+  }
+  /// The script byte, or null when the record takes DefaultScript.
+  const unsigned char* scriptRef() const { return script != 0 ? &script : nullptr; }
+  constexpr bool absent() const { return (flags & kAbsent) != 0; }
+  /// 0: neither contractions nor tailoring nor expansion.
+  constexpr unsigned char work() const { return flags & kWork; }
+  constexpr unsigned short hasContractions() const { return flags & kContractions; }
+  constexpr unsigned short hasTailoring() const { return flags & kTailoring; }
+  constexpr unsigned short hasExpansion() const { return flags & kExpansion; }
+  /// Whether the character may be the second or later one of a contraction, so that a walk can't
+  /// begin at it. @param tailoring whether the language tailors.
+  constexpr bool Follows(bool tailoring) const {
+    return (flags & (tailoring ? kFollows | kFollowsTailored : kFollows)) != 0;
+  }
+
+  /// Order words behind the first; a stable list, empty when there are none.
+  inline const OtWCharList* expansion() const;
+  /// Characters that contract with this one, rising; a stable list, empty when there are none.
+  inline const OtWCharList* contractionChars() const;
+  /// Parallel to contractionChars: the record of the pair.
+  inline OtOrderRecordList contractionRecords() const;
+  /// The languages that tailor this character.
+  OT95_EXPORT OtLanguageList languages() const;
+  /// Parallel to languages: the record to use instead.
+  OT95_EXPORT OtOrderRecordList tailorings() const;
+
+  /// The record that `language` (may be null) puts in the place of this one; null: keep it.
+  inline const OtOrderRecord* Tailored(const OtLanguage* language) const;
+  /// The record of this and the character `next` together; null: they don't contract.
+  inline const OtOrderRecord* Contracted(unsigned short next) const;
+
+ private:
+  OT95_EXPORT const OtOrderRecord* SearchContraction(unsigned short next) const;
+};
+
+/// The records of one code set's characters.
+class OT95_EXPORT OtOrderTable {
+ public:
+  /// The record of a character; null if it has none. Characters below 0x200 always have one.
+  virtual const OtOrderRecord* Lookup(unsigned short character) const;
+
+  /// The same, without the call.
+  const OtOrderRecord* Find(unsigned short character) const {
+    const OtOrderRecord& record = At(character);
+    return record.absent() ? nullptr : &record;
+  }
+  /// The place of a character: a record that may be absent(). Of a one-byte set the low byte
+  /// counts.
+  const OtOrderRecord& At(unsigned short character) const {
+    return pages_ == nullptr ? AtByte(static_cast<unsigned char>(character)) : AtWide(character);
+  }
+  /// At for a table that is known to be of one-byte characters: one load, never absent.
+  const OtOrderRecord& AtByte(unsigned char character) const { return records_[character]; }
+  /// At for a table that is known to be of two-byte characters: two loads.
+  const OtOrderRecord& AtWide(unsigned short character) const {
+    return records_[static_cast<unsigned>(pages_[character >> 8]) << 8 | (character & 0xffU)];
+  }
+  /// Whether characters are bytes.
+  bool IsNarrow() const { return pages_ == nullptr; }
+
+  constexpr OtOrderTable(const OtOrderRecord* records, const std::uint8_t* pages)
+      : records_(records), pages_(pages) {}
+
+ protected:
+  ~OtOrderTable() = default;
+
+ private:
+  const OtOrderRecord* records_;
+  const std::uint8_t* pages_;
+};
+
+inline const std::uint16_t* OtWCharList::begin() const {
+  return ot95::kOrderTables.units + first_;
+}
+
+inline int OtWCharList::GetAt(int index, unsigned short* out) const {
+  if (index < 0 || index >= count) return OT_ERR_NO_MORE_ITEMS;
+  *out = begin()[index];
+  return 0;
+}
+
+inline int OtOrderRecordList::GetAt(int index, const OtOrderRecord** out) const {
+  if (index < 0 || index >= count) return OT_ERR_NO_MORE_ITEMS;
+  *out = ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[first_ + index];
+  return 0;
+}
+
+inline const OtWCharList* OtOrderRecord::expansion() const {
+  return ot95::kOrderTables.lists + ot95::kOrderTables.links[link].expansion;
+}
+
+inline const OtWCharList* OtOrderRecord::contractionChars() const {
+  return &ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions].followers;
+}
+
+inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
+  const ot95::ContractionSet& set =
+      ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions];
+  return {set.followers.count, set.firstRecord};
+}
+
+inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) const {
+  if (hasTailoring() == 0 || language == nullptr || language->tailorsOrder == 0) return nullptr;
+  const ot95::TailoringSet& set =
+      ot95::kOrderTables.tailorings[ot95::kOrderTables.links[link].tailorings];
+  const unsigned number = language->number & 0x7fU;
+  const std::uint64_t half = set.languages[number >> 6];
+  const std::uint64_t bit = std::uint64_t{1} << (number & 63U);
+  if ((half & bit) == 0) return nullptr;
+  int index = __builtin_popcountll(half & (bit - 1));
+  if (number >= 64) index += __builtin_popcountll(set.languages[0]);
+  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[set.firstRecord + index];
+}
+
+inline const OtOrderRecord* OtOrderRecord::Contracted(unsigned short next) const {
+  if (hasContractions() == 0) return nullptr;
+  if (next < OT_FIRST_MARK && (flags & kLowFollowers) == 0) return nullptr;
+  return SearchContraction(next);
+}
+
+#endif

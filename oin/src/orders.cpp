@@ -1,0 +1,63 @@
+// Collation tables: the constants, and what of their reading isn't inline.
+
+#include <algorithm>
+
+#include "data.h"
+
+namespace ot95 {
+namespace {
+
+#include "data/oin_data.inc"
+
+}  // namespace
+
+constinit const OrderTables kOrderTables = {kRecords,      kUnits,      kLists,         kLinks,
+                                            kContractions, kTailorings, kRecordNumbers, kLanguages};
+constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
+constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
+
+}  // namespace ot95
+
+using ot95::kOrderTables;
+
+const OtOrderRecord* OtOrderTable::Lookup(unsigned short character) const {
+  return Find(character);
+}
+
+const OtOrderRecord* OtOrderRecord::SearchContraction(unsigned short next) const {
+  const ot95::ContractionSet& set =
+      kOrderTables.contractions[kOrderTables.links[link].contractions];
+  if (next < set.lowest || next > set.highest) return nullptr;
+  const std::uint16_t* first = set.followers.begin();
+  const std::uint16_t* place = std::lower_bound(first, set.followers.end(), next);
+  if (place == set.followers.end() || *place != next) return nullptr;
+  return kOrderTables.records + kOrderTables.recordNumbers[set.firstRecord + (place - first)];
+}
+
+namespace {
+
+int CountLanguages(const ot95::TailoringSet& set) {
+  return __builtin_popcountll(set.languages[0]) + __builtin_popcountll(set.languages[1]);
+}
+
+}  // namespace
+
+OtLanguageList OtOrderRecord::languages() const {
+  const ot95::TailoringSet& set = kOrderTables.tailorings[kOrderTables.links[link].tailorings];
+  return {CountLanguages(set), &set};
+}
+
+OtOrderRecordList OtOrderRecord::tailorings() const {
+  const ot95::TailoringSet& set = kOrderTables.tailorings[kOrderTables.links[link].tailorings];
+  return {CountLanguages(set), set.firstRecord};
+}
+
+int OtLanguageList::GetAt(int index, const OtLanguage** out) const {
+  if (index < 0 || index >= count) return OT_ERR_NO_MORE_ITEMS;
+  for (unsigned number = 0;; ++number) {
+    if ((set_->languages[number >> 6] >> (number & 63U) & 1) != 0 && index-- == 0) {
+      *out = kOrderTables.languages + number;
+      return 0;
+    }
+  }
+}
