@@ -13,8 +13,15 @@
 ///   city.Insert("New ", 0).ToUpper();
 /// @endcode
 
+#include <cstddef>
+
 #include "ot95/base.h"
 #include "ot95/oin.h"
+
+namespace ot95 {
+struct TextAccess;
+struct TextSource;
+}  // namespace ot95
 
 class OtChar;
 class OtCharOperation;
@@ -35,7 +42,8 @@ enum : unsigned short {
 /// One character: a value of its own, or a place in a text to which assignment writes.
 class OT95_EXPORT OtChar {
  public:
-  OtChar(const OtChar& other);
+  OtChar(const OtChar& other);  ///< A value, also where `other` is a place.
+  // 0xff stands for the default language, and for the default code set of the argument's width.
   OtChar(unsigned short character, unsigned char codeSet = 0xff, unsigned char language = 0xff);
   OtChar(char character, unsigned char codeSet = 0xff, unsigned char language = 0xff);
   /// The character at `place`, which must outlive this.
@@ -43,7 +51,8 @@ class OT95_EXPORT OtChar {
          unsigned char format = 0xff);
   OtChar(OtString& text, int byteOffset);
 
-  /// A value becomes a copy; at a place, the character is mapped to its code set and written.
+  /// A value becomes a copy; at a place, the character is mapped to its code set and written in its
+  /// format.
   OtChar& operator=(const OtChar& other);
   OtChar& operator=(char character);
   OtChar& operator=(unsigned short character);
@@ -88,6 +97,12 @@ class OT95_EXPORT OtChar {
   unsigned char GetFormat() const { return format_; }
 
  private:
+  friend class OtString;
+  friend class OtStringIterator;
+  OtChar(char* place, unsigned short value, unsigned char codeSet, unsigned char language,
+         unsigned char format);
+  void SetValue(unsigned short character);
+
   char* place_;  // null: the character is in value_
   unsigned short value_;
   unsigned char codeSet_;
@@ -99,7 +114,7 @@ class OT95_EXPORT OtChar {
 class OT95_EXPORT OtStringIterator {
  public:
   OtStringIterator();
-  OtStringIterator(const OtStringIterator& other);
+  OtStringIterator(const OtStringIterator& other);  ///< Without what is pending there.
   explicit OtStringIterator(OtString& text);
   OtStringIterator(const char* text, unsigned char codeSet = 0xff, unsigned char language = 0xff,
                    unsigned char format = 0xff);
@@ -124,9 +139,12 @@ class OT95_EXPORT OtStringIterator {
   /// The character here; reading a pending one uses it up.
   OtChar operator*();
 
-  /// Characters to deliver before the text goes on; the list must outlive its use.
+  /// Characters to deliver before the text goes on; the list must outlive its use. Code set 0xff is
+  /// the iterator's own. While a list is there, used up or not, IsEOS is false; a step drops a list
+  /// that is used up.
   void SetOverflow(const OtWCharList* list, unsigned char codeSet);
-  /// Writes `op` of every remaining character, and a terminator, through `target`.
+  /// Writes `op` of every remaining character, and a terminator, through `target`, which must have
+  /// the room.
   void Transform(OtStringIterator& target, OtCharOperation& op);
 
   /// The order word here, stepping past all characters that it stands for; 0 at the end.
@@ -140,6 +158,15 @@ class OT95_EXPORT OtStringIterator {
   void SetScript(unsigned char script) { script_ = script; }
 
  private:
+  friend class OtString;
+  OtStringIterator(char* position, unsigned char codeSet, unsigned char language,
+                   unsigned char format, unsigned char script);
+  OtStringIterator(unsigned char codeSet, unsigned char language, unsigned char format,
+                   char* position);
+  void Release();
+  bool HasPending() const;
+  void Move(int characters);
+
   char* position_;
   unsigned char codeSet_;
   unsigned char language_;
@@ -164,16 +191,22 @@ class OT95_EXPORT OtCharOperation {
 /// state of its own, apart from the empty text. At most 65,532 bytes with the terminator.
 class OT95_EXPORT OtString {
  public:
-  OtString();
+  OtString();  ///< No text, in the default code set and language.
+  /// No text. The arguments are kept as they are: 0xff isn't resolved.
   OtString(unsigned char codeSet, unsigned char language);
-  OtString(const OtString& other);
+  OtString(const OtString& other);      ///< The text up to its terminator.
+  OtString(OtString&& other) noexcept;  ///< As Destruct.
+  // All others have the default language, and the default code set of the width that they are
+  // given, numbers the one of one byte. Null, the zero character and length 0 give no buffer; ""
+  // gives one that holds a terminator.
   OtString(char character);
   OtString(unsigned short character);
   OtString(const char* text);
   OtString(const unsigned short* text);
-  OtString(const char* text, unsigned short length);  ///< 0xffff: up to the terminator.
+  /// @param length characters, all of which are taken, zeros too; 0xffff: up to the terminator.
+  OtString(const char* text, unsigned short length);
   OtString(const unsigned short* text, unsigned short length);
-  OtString(short number);
+  OtString(short number);  ///< Numbers are decimal text of the "C" locale.
   OtString(int number);
   OtString(unsigned int number);  ///< Signed text: 4294967295 gives "-1".
   OtString(long number);
@@ -181,34 +214,44 @@ class OT95_EXPORT OtString {
   OtString(double number);  ///< Fifteen significant digits.
   ~OtString() { Destroy(); }
 
+  /// The string becomes what the constructor of the same argument makes; its code set before
+  /// doesn't matter. The source may be a part of this string's own text.
   OtString& operator=(const OtString& other);
+  OtString& operator=(OtString&& other) noexcept;
   OtString& operator=(const char* text);
   OtString& operator=(const unsigned short* text);
 
   void Init();     ///< Empty, with defaults, freeing nothing: for raw storage.
   void Destroy();  ///< Frees the text; code set and language become 0.
-  /// Takes over the text of `other`, which is left without one.
+  /// Takes over text, code set and language of `other`, which is left without a text.
   void Destruct(OtString& other);
   void d_deactivate() { Destroy(); }
 
-  char* StrGet() const;                              ///< The terminated text; never null.
-  unsigned short Len() const;                        ///< Characters, by a scan.
-  unsigned short MemLen() const { return memLen_; }  ///< Bytes of the buffer.
+  /// The terminated text, of either width; never null. Without a buffer it is a shared empty text,
+  /// which must not be written to. Any change of the string ends its validity.
+  char* StrGet() const;
+  unsigned short Len() const;  ///< Characters, by a scan.
+  /// Bytes of the buffer with the terminator, modulo 65,536; 0 without a buffer. More than the text
+  /// needs after CopyMapped.
+  unsigned short MemLen() const { return memLen_; }
   int IsEmpty() const;
   int operator!() const { return IsEmpty(); }
+  /// Language OT_LANG_NULL, or code set OT_CS_ORDER with language 0. An empty text is not null.
   int IsNullValue() const;
-  int SetNullValue();
+  int SetNullValue();  ///< Frees the text. Always 0.
   unsigned char GetCodeSetCode() const { return codeSet_; }
   unsigned char GetLanguageCode() const { return language_; }
   void SetLanguageCode(unsigned char language) { language_ = language; }
 
   /// Relabels between code sets of one width; OT_ERR_BAD_ARGUMENT otherwise.
   int SetCodeSetCode(unsigned char codeSet);
-  /// Relabels, and converts the text only when the width changes.
+  /// Relabels, and converts the text only when the width changes; 0 converts to the native set.
   void SetCodeSet(unsigned char codeSet);
   /// Converts every character; OT_ERR_BAD_ARGUMENT for 0.
   int MapToCodeSet(unsigned char codeSet);
-  /// Takes up to `maxChars` characters (negative: all) of `source`, converted.
+  /// Takes up to `maxChars` characters (negative: all) of `source`, converted, and its language.
+  /// The buffer is kept if it has room for `maxChars`, otherwise made so; its rest is zeroed.
+  /// @return characters taken, or OT_ERR_BAD_ARGUMENT when `source` is this string.
   int CopyMapped(const OtString& source, unsigned char codeSet, short maxChars = -1);
 
   static unsigned char GetDefaultCodeSet();
@@ -221,23 +264,32 @@ class OT95_EXPORT OtString {
   static unsigned char GetDefault16CodeSet();
   static const OtString& EmptyString();
 
+  // Numbers at the start of the text. Whole ones are cut to the range of 32 bits, then to the type.
+  // One-byte text is read as the C library does in its "C" locale, "0x" and "0" beginning other
+  // bases unless bit 0 of ___OtTypeMgrOptions is set. Two-byte text is taken unit by unit as if
+  // each were a digit, without sign, modulo 2^32; as a double, up to the first '.'.
   operator int() const;
   operator short() const;
   operator long() const;
   operator double() const;
-  int Atol(long& out) const;    ///< Decimal; -1 unless a digit or '-' comes first.
+  /// Decimal. @return 0, or -1 with `out` 0 unless a digit or '-' comes first.
+  int Atol(long& out) const;
   int Strtol(long& out) const;  ///< The same with "0x" and "0" for other bases.
 
+  /// Three-way comparison by collation; only the sign is meant. Bare texts have the default
+  /// language and code set of their width.
   long Compare(const OtString& other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
+  long Compare(const char* other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
+  long Compare(const unsigned short* other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
 #define OT95_STRING_RELATION(op)                        \
   bool operator op(const OtString& other) const {       \
     return Compare(other) op 0;                         \
   }                                                     \
   bool operator op(const char* other) const {           \
-    return Compare(OtString(other)) op 0;               \
+    return Compare(other) op 0;                         \
   }                                                     \
   bool operator op(const unsigned short* other) const { \
-    return Compare(OtString(other)) op 0;               \
+    return Compare(other) op 0;                         \
   }
   OT95_STRING_RELATION(==)
   OT95_STRING_RELATION(!=)
@@ -247,23 +299,33 @@ class OT95_EXPORT OtString {
   OT95_STRING_RELATION(>=)
 #undef OT95_STRING_RELATION
 
-  OtString& Insert(const OtString& text, unsigned short pos);
-  OtString& Replace(const OtString& text, unsigned short pos);
-  OtString& Fill(unsigned short n, char c);
+  // Editing. What is given in another code set is converted; it may be this string itself. What
+  // can't be done leaves the text as it was. A text that grows beyond the limit is reported, not
+  // cut.
+  OtString& Insert(const OtString& text, unsigned short pos);   ///< `pos` may be the length.
+  OtString& Replace(const OtString& text, unsigned short pos);  ///< Writes over; never grows.
+  OtString& Fill(unsigned short n, char c);                     ///< `n` times `c`, nothing else.
   OtString& Fill(unsigned short n, unsigned short c);
-  OtString& Expand(unsigned short n, char c);
+  OtString& Expand(unsigned short n, char c);  ///< Pads on the right up to `n` characters.
   OtString& Expand(unsigned short n, unsigned short c);
+  /// Removes `n` characters at `pos`; -1, or too many: all from there. Other negatives: none.
   OtString& Cut(unsigned short pos, short n = -1);
+  /// The characters that Cut would remove; at or past the end an empty string in the default code
+  /// set and language, otherwise one in those of this string.
   OtString Copy(unsigned short pos, short n = -1) const;
   OtString Left(unsigned short n) const;
   OtString Right(unsigned short n) const;
-  OtString& LeftTrim();
+  OtString& LeftTrim();  ///< Removes what IsSpace at the start.
   OtString& RightTrim();
   OtString& Trim();
-  OtString& ToUpper();
+  OtString& ToUpper();  ///< A capital may be longer than its letter.
   OtString& ToLower();
+  /// Every character becomes what `op` makes of it. Pending characters that `op` gives to its
+  /// iterator follow, each passed through `op`; the text grows as it has to.
   OtString& Transform(OtCharOperation& op);
   OtString& operator+=(const OtString& text);
+  // Append the text of a value. An `unsigned short` is a character to a wide string, and a number
+  // to a narrow one.
   OtString& operator<<(char value);
   OtString& operator<<(const char* value);
   OtString& operator<<(const unsigned short* value);
@@ -276,14 +338,21 @@ class OT95_EXPORT OtString {
   OtString& operator<<(unsigned long value);
   OtString& operator<<(float value);
   OtString& operator<<(double value);
+  /// The place of a character or of the terminator, to read or to write through; elsewhere, and
+  /// without a buffer, a zero character.
   OtChar operator[](int index);
 
+  // Searching, by collation. Without OT_CMP_NO_WILDCARDS in `cmpOp` the pattern has to match all of
+  // the text from a place on, with a star behind it. An empty pattern is nowhere.
+  // @return the place, cut to 16 signed bits; -1 for none.
   short Find(const OtString& pattern, unsigned short start = 0,
              unsigned short cmpOp = OT_CMP_DEFAULT) const;
   short Find(char c, unsigned short start = 0, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   short Find(unsigned short c, unsigned short start = 0,
              unsigned short cmpOp = OT_CMP_DEFAULT) const;
   short SubStringPos(const OtString& pattern, unsigned short cmpOp = OT_CMP_DEFAULT) const;
+  /// Every place of `from`, found by the default comparison op, becomes `to`. What was put in isn't
+  /// searched again.
   OtString& ReplaceAll(const OtString& from, const OtString& to, unsigned short start = 0);
   OtString& ReplaceAll(char from, char to, unsigned short start = 0);
   OtString& ReplaceAll(unsigned short from, unsigned short to, unsigned short start = 0);
@@ -297,8 +366,30 @@ class OT95_EXPORT OtString {
   static unsigned short GetEscape();
 
  private:
+  friend struct ot95::TextAccess;
+  struct Search;
+  enum class SpliceMode { kReplace = 1, kInsert = 2, kAssign = 3 };
+
   void SetText(const void* source, unsigned char codeSet, unsigned short length,
                unsigned char format = 0xff);
+  void SetWholeText(const char* text);
+  void Adopt(char* buffer, std::size_t bytes);
+  void Splice(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
+              std::size_t repeat = 1);
+  void SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
+                   std::size_t repeat);
+  void Convert(unsigned char from, unsigned char to);
+  std::size_t Length() const;
+  void InsertAt(const OtString& text, std::size_t pos);
+  void CutAt(std::size_t pos, std::size_t n);
+  OtString CopyAt(std::size_t pos, std::size_t n) const;
+  OtString& PadTo(std::size_t n, const ot95::TextSource& character);
+  OtString& Append(const ot95::TextSource& source);
+  bool IsSpaceAt(std::size_t pos) const;
+  std::size_t FindPlace(const OtString& pattern, std::size_t start, unsigned short cmpOp) const;
+  std::size_t FindFrom(const Search& search, std::size_t start) const;
+  long CompareText(unsigned char codeSet, unsigned char language, const char* text,
+                   unsigned short cmpOp) const;
 
   char* buffer_;
   unsigned short memLen_;
@@ -308,7 +399,15 @@ class OT95_EXPORT OtString {
 
 static_assert(sizeof(OtString) == 2 * sizeof(void*), "the stride of string arrays");
 
+/// The second text behind the first, in the code set and language of the first.
 OT95_EXPORT OtString operator+(const OtString& a, const OtString& b);
+// A string also converts to numbers, which makes these sums ambiguous without a form of their own.
+inline OtString operator+(const OtString& a, const char* b) {
+  return a + OtString(b);
+}
+inline OtString operator+(const char* a, const OtString& b) {
+  return OtString(a) + b;
+}
 
 /// Compares two texts by collation in levels, the second as a pattern unless `cmpOp` says no.
 /// @param maxChars orders compared on each side; negative: all.

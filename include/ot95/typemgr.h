@@ -105,32 +105,32 @@ using OtDefaultFunc = void* (*)(unsigned long count, int nullable);
 /// One row of the table: all that the system knows of a type. A null member says that the type
 /// doesn't offer the operation.
 struct OtTypeDescriptor {
-  const char* name;
-  OtCreateFunc Create;
-  OtDeleteFunc Delete;
-  OtStoreFunc Store;
-  OtLoadFunc Load;
-  OtNullSizeFunc NullSizeGet;
-  OtSizeFunc SizeGet;
-  OtFileSizeFunc SizeGetFromMemFile;
-  OtCompareFunc Compare;
-  OtEvalFunc EvalAndBound;
-  OtHashFunc Hash;
-  OtConvertToFunc ConvertTo;
-  OtConvertFromFunc ConvertFrom;
-  OtConstructFunc Construct;
-  OtDestructFunc Destruct;
-  OtAssignFunc Assign;
-  OtAssignFunc Copy;  ///< Like Assign, but into raw storage.
-  OtTranslateFunc Translate;
-  OtIsNullFunc IsNull;
-  OtSetNullFunc SetNull;
-  const char* format;  ///< Used by printing and scanning when the caller gives none.
-  OtPrintFunc PrintToString;
-  OtScanFunc ScanFromString;
-  unsigned short memoryLength;  ///< Bytes of one value in memory.
-  unsigned short isFixed;       ///< 1 when the disk size doesn't depend on the value.
-  OtDefaultFunc DefaultValue;
+  const char* name = nullptr;
+  OtCreateFunc Create = nullptr;
+  OtDeleteFunc Delete = nullptr;
+  OtStoreFunc Store = nullptr;
+  OtLoadFunc Load = nullptr;
+  OtNullSizeFunc NullSizeGet = nullptr;
+  OtSizeFunc SizeGet = nullptr;
+  OtFileSizeFunc SizeGetFromMemFile = nullptr;
+  OtCompareFunc Compare = nullptr;
+  OtEvalFunc EvalAndBound = nullptr;
+  OtHashFunc Hash = nullptr;
+  OtConvertToFunc ConvertTo = nullptr;
+  OtConvertFromFunc ConvertFrom = nullptr;
+  OtConstructFunc Construct = nullptr;
+  OtDestructFunc Destruct = nullptr;
+  OtAssignFunc Assign = nullptr;
+  OtAssignFunc Copy = nullptr;  ///< Like Assign, but into raw storage.
+  OtTranslateFunc Translate = nullptr;
+  OtIsNullFunc IsNull = nullptr;
+  OtSetNullFunc SetNull = nullptr;
+  const char* format = nullptr;  ///< Used by printing and scanning when the caller gives none.
+  OtPrintFunc PrintToString = nullptr;
+  OtScanFunc ScanFromString = nullptr;
+  unsigned short memoryLength = 0;  ///< Bytes of one value in memory.
+  unsigned short isFixed = 0;       ///< 1 when the disk size doesn't depend on the value.
+  OtDefaultFunc DefaultValue = nullptr;
 };
 
 /// A table: pointers to rows, indexed by identifier and closed by a null pointer.

@@ -1,0 +1,130 @@
+#ifndef OT95_ISTRING_H
+#define OT95_ISTRING_H
+
+/// @file
+/// OtIString and OtCaseIString, the strings of older schemas: 8-bit text in the Latin code page of
+/// western desktops, without code set and language, with a collation of its own.
+///
+/// Both classes are one implementation. OtIString ignores case and accents; OtCaseIString lets
+/// them count when bit 0x20 of the flags on the left side asks for it, and matches wildcards on
+/// collation bytes instead of plain ones.
+/// @code
+///   OtIString name("abc");
+///   bool same = name == "ABC";   // true
+///   name.Insert("x", 1).ToUpper();  // AXBC
+/// @endcode
+
+#include "ot95/base.h"
+
+class OtIString;
+class OtCaseIString;
+
+/// Bits of the flags of a legacy string.
+enum : unsigned char {
+  OT_ISTR_CASE = 0x20,  ///< On the left side of a comparison of OtCaseIString: case counts.
+  OT_ISTR_TEXT = 0x40,  ///< Plain text, as without any flag.
+  OT_ISTR_KEY = 0x80    ///< The bytes are collation bytes already, as in an index key.
+};
+
+/// What both classes are; `Self` is the class that stands on it.
+template <class Self>
+class OT95_EXPORT OtLegacyString {
+ public:
+  char* text;           ///< The owned, terminated text; null when it was never set, or cut away.
+  unsigned char flags;  ///< 0 unless loaded from a key, or set by the user.
+
+  OtLegacyString() : text(nullptr), flags(0) {}
+  OtLegacyString(const char* source);
+  OtLegacyString(char character);
+  OtLegacyString(const char* source, unsigned long length);  ///< Exactly `length` bytes.
+  OtLegacyString(short number);
+  OtLegacyString(int number);
+  OtLegacyString(long number);
+  OtLegacyString(unsigned long number);
+  OtLegacyString(double number);  ///< With six digits behind the point.
+  OtLegacyString(const OtLegacyString& other);
+  ~OtLegacyString();
+  OtLegacyString& operator=(const OtLegacyString& other);
+
+  // Decimal numbers; 0 without text. Integers are cut at the 32-bit range.
+  operator int() const;
+  operator short() const;
+  operator long() const;
+  operator double() const;
+
+  // Comparison by collation, as far as the flags let it.
+  bool operator==(const Self& other) const { return Compare(other) == 0; }
+  bool operator!=(const Self& other) const { return Compare(other) != 0; }
+  bool operator<(const Self& other) const { return Compare(other) < 0; }
+  bool operator>(const Self& other) const { return Compare(other) > 0; }
+  bool operator<=(const Self& other) const { return Compare(other) <= 0; }
+  bool operator>=(const Self& other) const { return Compare(other) >= 0; }
+  bool operator==(const char* other) const { return *this == Self(other); }
+  bool operator!=(const char* other) const { return *this != Self(other); }
+  bool operator<(const char* other) const { return *this < Self(other); }
+  bool operator>(const char* other) const { return *this > Self(other); }
+  bool operator<=(const char* other) const { return *this <= Self(other); }
+  bool operator>=(const char* other) const { return *this >= Self(other); }
+  bool operator!() const { return text == nullptr || *text == 0; }
+
+  /// The byte at `index`, which is not checked.
+  char& operator[](int index) { return text[index]; }
+  unsigned long Len() const;                               ///< Bytes before the terminator.
+  const char* StrGet() const { return text ? text : ""; }  ///< The text; never null.
+
+  Self& operator+=(const Self& other);
+  Self operator+(const Self& other) const;
+  Self operator+(const char* other) const { return *this + Self(other); }
+  /// Puts `other` before position `pos`, or at the end when that is behind it.
+  Self& Insert(const Self& other, unsigned long pos);
+  /// Overwrites from `pos` on, never beyond the end.
+  Self& Replace(const Self& other, unsigned long pos);
+  /// Sets the first `n` bytes to `c`, and grows for it.
+  Self& Fill(unsigned long n, char c);
+  /// Appends `c` up to a length of `n`.
+  Self& Expand(unsigned long n, char c);
+  /// Removes up to `n` bytes from `pos` on; what is left without any has no text.
+  Self& Cut(unsigned long pos, unsigned long n = ~0UL);
+  Self Copy(unsigned long pos, unsigned long n = ~0UL) const;
+  Self& ToUpper();
+  Self& ToLower();
+  Self& SpaceToZero();  ///< Each blank becomes the digit 0.
+  Self& ZeroToSpace();  ///< Each digit 0 becomes a blank.
+  /// First position of these very bytes, or -1; -1 also for an empty `other`.
+  long SubStringPos(const Self& other) const;
+
+ private:
+  long Compare(const Self& other) const;
+  Self& self() { return static_cast<Self&>(*this); }
+};
+
+extern template class OtLegacyString<OtIString>;
+extern template class OtLegacyString<OtCaseIString>;
+
+/// The plain string of older schemas.
+class OT95_EXPORT OtIString : public OtLegacyString<OtIString> {
+ public:
+  using OtLegacyString::OtLegacyString;
+  OtIString() = default;
+};
+
+/// Its sibling, in which case and accents can count.
+class OT95_EXPORT OtCaseIString : public OtLegacyString<OtCaseIString> {
+ public:
+  using OtLegacyString::OtLegacyString;
+  OtCaseIString() = default;
+};
+
+static_assert(sizeof(OtIString) == 2 * sizeof(void*) && sizeof(OtCaseIString) == sizeof(OtIString),
+              "the stride of string arrays");
+
+/// Comparers of the two rows, by the contract of OtCompareFunc. With wildcards on, the second
+/// value is a pattern of "*", "?" and the escape "\"; a match answers 0 and no match 1.
+OT95_EXPORT long OtIStringCompare(unsigned char format, unsigned long length1, void* value1,
+                                  unsigned long length2, void* value2, unsigned short cmpOp,
+                                  unsigned long count, int& status);
+OT95_EXPORT long OtCaseIStringCompare(unsigned char format, unsigned long length1, void* value1,
+                                      unsigned long length2, void* value2, unsigned short cmpOp,
+                                      unsigned long count, int& status);
+
+#endif

@@ -1,0 +1,12 @@
+#ifndef OT95_OT95_H
+#define OT95_OT95_H
+
+/// @file
+/// All public headers of the type manager.
+
+#include "ot95/boolean.h"
+#include "ot95/int64.h"
+#include "ot95/text.h"
+#include "ot95/typemgr.h"
+
+#endif
