@@ -1,0 +1,142 @@
+// The command line from outside: what it prints and how it exits, a row a call.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+namespace {
+
+struct Outcome {
+  std::string out;
+  int exit;
+};
+
+/// Runs `ottm` with arguments as a shell takes them; standard error is part of the output.
+Outcome Ottm(const std::string& arguments, const std::string& before = "") {
+  const std::string command = before + OT95_OTTM " " + arguments + " 2>&1";
+  FILE* pipe = popen(command.c_str(), "r");
+  Outcome outcome{"", -1};
+  char buffer[4096];
+  while (const std::size_t bytes = fread(buffer, 1, sizeof buffer, pipe)) {
+    outcome.out.append(buffer, bytes);
+  }
+  const int status = pclose(pipe);
+  outcome.exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return outcome;
+}
+
+struct Call {
+  const char* arguments;
+  const char* out;
+  int exit = 0;
+};
+
+class OttmCalls : public testing::TestWithParam<Call> {};
+
+TEST_P(OttmCalls, Answer) {
+  const Outcome outcome = Ottm(GetParam().arguments);
+  EXPECT_EQ(outcome.out, GetParam().out) << GetParam().arguments;
+  EXPECT_EQ(outcome.exit, GetParam().exit) << GetParam().arguments;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Storage, OttmCalls,
+    testing::Values(
+        Call{"encode OtString ab --code-set 1 --language 2", "06000102616200ff\n"},
+        Call{"encode OtString ab --code-set 253 --language 2", "0800fd026100620000ff\n"},
+        Call{"encode OtString '{NULL}'", "040000fe00ff\n"},
+        Call{"encode short -2 --form big-endian", "fffe\n"},
+        Call{"encode short --form big-endian -- -2", "fffe\n"},
+        Call{"encode OtNull_short 5 '{NULL}'", "000500010000\n"},
+        Call{"encode OtNull_OtInt64 7", "000700000000000000\n"},
+        Call{"decode OtString 06000102616200ff", "ab\n"},
+        Call{"decode short fffe0001 --form big-endian --count 2", "-2\n1\n"},
+        Call{"decode OtNull_short 000500010000 --count 2 --json",
+             "{\"type\":\"OtNull_short\",\"count\":2,\"consumed\":6,\"values\":[\"5\",null]}\n"},
+        Call{"verify OtString 06000102616200ff", "good, ends at offset 8\n"},
+        Call{"verify short 01 --json",
+             "{\"type\":\"short\",\"ok\":false,\"consumed\":0,\"offset\":0,"
+             "\"reason\":\"the bytes end too early\"}\n",
+             1},
+        Call{"hash OtNull_short '{NULL}'", "fefe7575\n"}, Call{"hash short 1 1", "00000000\n"},
+        Call{"print OtInt64 -255 --text-format %x", "-0xff\n"},
+        Call{"encode OtDate 'Sun 02.Jan 2000' --form big-endian", "07d00102\n"},
+        Call{"print OtDate 'Sat 01.Jan 2000' --text-format '%a %e.%b %Y'", "Sat 01.Jan 2000\n"},
+        Call{"print OtObjId '(0-4711#12)' --text-format %H/%L", "0/4711\n"},
+        Call{"encode OtObjId '(0-16909060#7)' --form big-endian", "00000007010203040000\n"},
+        Call{"compare OtIString abc ABC", "equal\n"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Text, OttmCalls,
+    testing::Values(
+        Call{"strcmp axbxbyc 'a*b*c' --op 0", "equal\n"},
+        Call{"compare OtWord 65535 1", "greater\n"}, Call{"compare short 65535 1", "less\n"},
+        Call{"orders 'É'", "411c  script 1  upper letter E with accent acute\n"},
+        Call{"convert OtWord long 65535", "-1\n"}, Call{"convert OtNull_char OtNull_int 65", "0\n"},
+        Call{"convert OtDWord long 4294967295 7", "-1\n7\n"},
+        Call{"default OtString --nullable --json", "{\"text\":\"{NULL}\",\"isNull\":true}\n"},
+        Call{"edit replace-all aba a aa", "aabaa\n"}, Call{"edit split ',a,, b ' ,", "a\n\nb\n"},
+        Call{"edit upper 'straße'", "STRASSE\n"},
+        Call{"int64 9223372036854775807 + 1", "-9223372036854775808\n"},
+        Call{"int64 -7 % 2", "-1\n"}, Call{"int64 from-double 123456789", "123456800\n"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    BadInput, OttmCalls,
+    testing::Values(
+        Call{"encode short abc", "ottm: VALUE: expected a value of short, found 'abc'\n", 2},
+        Call{"encode nosuch 1",
+             "ottm: TYPE: expected a type of this table (see 'ottm types'), found 'nosuch'\n", 2},
+        Call{"decode short 0g", "ottm: HEX: expected hex digits, found '0g'\n", 2},
+        Call{"decode OtString 0600",
+             "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
+        Call{"decode long 00 --count 1000000000",
+             "ottm: HEX: expected 1000000000 stored long, at offset 0: the bytes end too early\n",
+             2},
+        Call{"int64 1 / 0", "ottm: EXPR: expected a divisor other than 0\n", 2}));
+
+TEST(Ottm, SortsInTheOrderOfALanguage) {
+  struct Row {
+    const char* language;
+    const char* lines;
+  };
+  for (const Row& row : {Row{"de", "ähre\nch\nh\nz\n"}, Row{"sv", "ch\nh\nz\nähre\n"},
+                         Row{"cs", "ähre\nh\nch\nz\n"}}) {
+    const Outcome outcome =
+        Ottm(std::string("sort --language ") + row.language, "printf 'z\\nch\\nh\\nähre\\n' | ");
+    EXPECT_EQ(outcome.out, row.lines) << row.language;
+  }
+}
+
+TEST(Ottm, MatchTellsWhetherAnythingWasFound) {
+  const std::string lines = "printf 'São Tomé\\nSantiago\\n' | ";
+  EXPECT_EQ(Ottm("match 'Sao*' --op ignore-accent", lines).out, "São Tomé\n");
+  EXPECT_EQ(Ottm("match 'Sa*' --count", lines).out, "1\n");
+  EXPECT_EQ(Ottm("match 'x*'", lines).exit, 1);
+}
+
+TEST(Ottm, BatchAnswersALineForALine) {
+  const std::string lines =
+      "printf '[\"hash\",\"short\",\"1\"]\\nnonsense\\n[\"edit\",\"lower\",\"ABC\"]\\n' | ";
+  EXPECT_EQ(Ottm("batch", lines).out,
+            "{\"hash\":1103515245,\"status\":0}\n"
+            "{\"error\":\"expected a JSON array of texts\",\"exit\":2}\n"
+            "{\"text\":\"abc\"}\n");
+}
+
+TEST(Ottm, TypesHasARowForEachType) {
+  const Outcome outcome = Ottm("types");
+  EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1 + 41);
+}
+
+TEST(Ottm, KeyIsReadWordByWord) {
+  const Outcome outcome = Ottm("key 'Ab1' --form big-endian");
+  EXPECT_EQ(outcome.out,
+            "000afe01400c70103f0a00ff\n"
+            "400c  upper letter A\n"
+            "7010  lower letter b\n"
+            "3f0a  digit 1\n");
+}
+
+}  // namespace

@@ -1,0 +1,254 @@
+// The comparison in levels: against an obvious reference over random texts, its short cuts against
+// the plain walk, and the rules that single pairs show.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bytes_testing.h"
+#include "otstrcmp.h"
+#include "texts.h"
+
+namespace {
+
+using ot95::TextSpan;
+
+int SignOf(long value) {
+  return value < 0 ? -1 : value > 0;
+}
+
+TextSpan SpanOf(const std::u16string& text, unsigned char language) {
+  return TextSpan::Terminated(reinterpret_cast<const char*>(text.c_str()), OT_CS_UNICODE, language);
+}
+
+/// A real character's key, and the symbols and spaces before it.
+struct Place {
+  std::vector<unsigned> symbols;
+  std::uint32_t key;
+};
+
+std::vector<Place> PlacesOf(const std::u16string& text, unsigned char language, unsigned short op) {
+  std::vector<Place> places(1);
+  OtStringIterator it(reinterpret_cast<const char*>(text.c_str()), OT_CS_UNICODE, language, 1);
+  for (;;) {
+    const unsigned short order = it.GetNextOrder(1);
+    if (order == 0 || order >= 0x3f00 || it.GetScript() >= 0x14) {
+      places.back().key = ot95::ComposeOrderKey(order, it.GetScript());
+      if (order == 0) return places;
+      places.emplace_back();
+    } else if (!(op & (order < 0x50 ? OT_CMP_IGNORE_SPACE : OT_CMP_IGNORE_SYMBOLS))) {
+      places.back().symbols.push_back(order);
+    }
+  }
+}
+
+template <class T>
+int Order(T left, T right) {
+  return (left > right) - (left < right);
+}
+
+int ReferenceCompare(const std::u16string& text1, const std::u16string& text2,
+                     unsigned char language, unsigned short op) {
+  const auto places1 = PlacesOf(text1, language, op);
+  const auto places2 = PlacesOf(text2, language, op);
+  int accent = 0;
+  int lower = 0;
+  int symbol = 0;
+  for (std::size_t i = 0; i < std::min(places1.size(), places2.size()); ++i) {
+    const Place& place1 = places1[i];
+    const Place& place2 = places2[i];
+    for (std::size_t s = 0; s < std::max(place1.symbols.size(), place2.symbols.size()); ++s) {
+      const unsigned symbol1 = s < place1.symbols.size() ? place1.symbols[s] : 0;
+      const unsigned symbol2 = s < place2.symbols.size() ? place2.symbols[s] : 0;
+      if (symbol1 != symbol2) symbol = Order(symbol1, symbol2);
+    }
+    const int primary = Order(place1.key >> 7, place2.key >> 7);
+    if (primary != 0) return primary;
+    if (lower == 0) lower = Order(place2.key & 0xffffffe0, place1.key & 0xffffffe0);
+    const int accents = Order(place1.key & 0xffffff9f, place2.key & 0xffffff9f);
+    if (accents != 0) accent = accents;
+  }
+  if (accent != 0 && !(op & OT_CMP_IGNORE_ACCENT)) return accent;
+  if (lower != 0 && !(op & OT_CMP_IGNORE_CASE)) return lower;
+  return symbol;
+}
+
+/// Characters of every kind: letters that head and follow contractions in Czech, Hungarian and
+/// Spanish, accents composed and not, expansions, digits, symbols, several alphabets, prefixed
+/// vowels, ideographs, characters without a record.
+const std::u16string kCharacters =
+    u"aAbBcCdDhHlLnNsSyYzZeEoOuU\u00e9\u00c9\u00e8\u00f6\u00df\u00e6\u0153\u010d\u0161\u0151"
+    u"\u0301\u0302\u0323 -+.'\u00a0\u2014"
+    u"019\u00b2\u2460\u03b1\u0391\u03ac\u0431\u0411\u0451"
+    u"\u0e40\u0e01\u0e02\u0e32\u05d0\u0627\uac00\ud55c\u4e00\u9fa5\u3042\u30a2\ufff0\uffff\ue000"
+    u"\xd83d\xde00";
+
+class RandomPairs {
+ public:
+  std::u16string Text(std::size_t maxLength) {
+    std::u16string text;
+    for (std::size_t n = random_() % (maxLength + 1); n != 0; --n) text += Character();
+    return text;
+  }
+  /// Changes a few places, so that equal stretches remain.
+  std::u16string Like(std::u16string text) {
+    for (std::size_t n = random_() % 3 + 1; n != 0; --n) {
+      const std::size_t at = random_() % (text.size() + 1);
+      switch (random_() % 4) {
+        case 0:
+          text.insert(at, 1, Character());
+          break;
+        case 1:
+          text.erase(at, 1);
+          break;
+        default:
+          if (at < text.size()) text[at] = Character();
+      }
+    }
+    return text;
+  }
+  unsigned Number() { return static_cast<unsigned>(random_()); }
+
+ private:
+  char16_t Character() {
+    // Mostly the letters in front, so that contractions happen.
+    const std::size_t few = random_() % 2 == 0 ? 24 : kCharacters.size();
+    return kCharacters[random_() % few];
+  }
+  std::mt19937 random_{20240229};
+};
+
+constexpr unsigned short kOps[] = {0x10, 0x30, 0x50, 0x70, 0x90, 0x210, 0x2f0};
+
+TEST(Levels, EqualAnObviousReference) {
+  RandomPairs pairs;
+  for (int i = 0; i < 60000; ++i) {
+    const std::u16string text1 = pairs.Text(40);
+    const std::u16string text2 = i % 8 == 0 ? pairs.Text(12) : pairs.Like(text1);
+    const unsigned char languages[] = {1, 15, 17, 23, 59, 0x61};
+    const unsigned char language = languages[pairs.Number() % std::size(languages)];
+    const unsigned short op = kOps[pairs.Number() % std::size(kOps)];
+    SCOPED_TRACE(::testing::Message() << Hex(text1.data(), 2 * text1.size()) << " ~ "
+                                      << Hex(text2.data(), 2 * text2.size()) << " language "
+                                      << int{language} << " op " << op);
+    const int expected = ReferenceCompare(text1, text2, language, op);
+    const TextSpan span1 = SpanOf(text1, language);
+    const TextSpan span2 = SpanOf(text2, language);
+    ASSERT_EQ(ot95::CompareSpansPlainly(span1, span2, op), expected);
+    ASSERT_EQ(ot95::CompareSpans(span1, span2, op), expected) << "terminated";
+    ExactBlock block1(text1.data(), 2 * text1.size());
+    ExactBlock block2(text2.data(), 2 * text2.size());
+    const auto bounded = [language](ExactBlock& block) {
+      return TextSpan::Bounded(reinterpret_cast<char*>(block.data()), block.size(), OT_CS_UNICODE,
+                               language, false);
+    };
+    ASSERT_EQ(ot95::CompareSpans(bounded(block1), bounded(block2), op), expected) << "bounded";
+    ASSERT_EQ(ot95::CompareSpans(bounded(block1), span2, op), expected) << "mixed";
+  }
+}
+
+TEST(Levels, OneByteTextsAgreeWithTheirWideForm) {
+  std::mt19937 random(7);
+  for (int i = 0; i < 30000; ++i) {
+    const unsigned char codeSets[] = {1, 5, 9, 0x0f};
+    const unsigned char codeSet = codeSets[random() % std::size(codeSets)];
+    std::string narrow1;
+    for (std::size_t n = random() % 40; n != 0; --n) {
+      narrow1 += static_cast<char>(random() % 3 == 0 ? random() % 255 + 1 : 'a' + random() % 26);
+    }
+    std::string narrow2 = narrow1;
+    if (!narrow2.empty())
+      narrow2[random() % narrow2.size()] = static_cast<char>(random() % 255 + 1);
+    OtString text1(narrow1.c_str());
+    OtString text2(narrow2.c_str());
+    text1.SetCodeSetCode(codeSet);
+    text2.SetCodeSetCode(codeSet);
+    OtString wide1(text1);
+    OtString wide2(text2);
+    wide1.MapToCodeSet(OT_CS_UNICODE);
+    wide2.MapToCodeSet(OT_CS_UNICODE);
+    const unsigned short op = kOps[random() % std::size(kOps)];
+    const long expected = wide1.Compare(wide2, op);
+    ASSERT_EQ(SignOf(text1.Compare(text2, op)), SignOf(expected))
+        << Hex(narrow1.data(), narrow1.size()) << " ~ " << Hex(narrow2.data(), narrow2.size());
+    ASSERT_EQ(SignOf(text1.Compare(wide2, op)), SignOf(expected)) << "mixed widths";
+    ASSERT_EQ(text1.Compare(wide1, op), 0) << "its own wide form";
+  }
+}
+
+TEST(Levels, SinglePairs) {
+  const struct {
+    const char* name;
+    unsigned char codeSet;
+    const char* text;
+    const char* pattern;
+    unsigned short op;
+    short maxChars;
+    int sign;
+  } rows[] = {
+      {"prefix", 1, "abc", "abcd", 0, -1, -1},
+      {"longer", 1, "abc", "ab", 0, -1, 1},
+      {"a star as the symbol it is", 1, "*", "*", 0x10, -1, 0},
+      {"no pattern", 1, "abc", "a*", 0x10, -1, 1},
+      {"symbols ignored", 1, "a-b", "ab", 0x210, -1, 0},
+      {"symbols count last", 1, "a-b", "ab", 0x10, -1, 1},
+      {"case before symbols", 1, "a-b", "Ab", 0x10, -1, -1},
+      {"first case difference decides", 1, "aB", "Ab", 0x10, -1, -1},
+      {"last accent difference decides", 1, "r\xe9sume", "resum\xe9", 0x10, -1, -1},
+      {"accent before case", 1, "E", "\xe9", 0x10, -1, -1},
+      {"both ignored", 1, "\xc9", "e", 0x70, -1, 0},
+      {"equal up to the limit", 1, "abcd", "abcx", 0x10, 3, 0},
+      {"limit of none", 1, "a", "b", 0x10, 0, 0},
+      {"any negative limit is none", 1, "abcd", "abcx", 0x10, -9, -1},
+      {"whole keys: accents as they come", 1, "r\xe9sume", "resum\xe9", 0x100, -1, 1},
+      {"whole keys: limit", 1, "abcd", "abcx", 0x100, 3, 0},
+      {"whole keys: symbols count", 1, "a-b", "ab", 0x100, -1, -1},
+      {"raw text has no case", 0, "a", "A", 0x30, -1, 1},
+      {"raw text is unsigned", 0, "\xe9", "z", 0x10, -1, 1},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(SignOf(OtStrCmp(row.codeSet, 1, row.text, row.codeSet, 1, row.pattern, row.op,
+                              row.maxChars)),
+              row.sign)
+        << row.name;
+  }
+}
+
+TEST(Levels, NullValues) {
+  const unsigned char null = OT_LANG_NULL;
+  for (unsigned short op : {OT_CMP_NO_WILDCARDS, OT_CMP_ORDER_ONLY}) {
+    EXPECT_LT(OtStrCmp(0, null, "", 1, 1, "", op), 0);
+    EXPECT_GT(OtStrCmp(1, 1, "", 0, null, "", op), 0);
+    EXPECT_EQ(OtStrCmp(0, null, "", OT_CS_ORDER, 0, "\0", op), 0);
+  }
+  EXPECT_EQ(OtStrCmp(0, null, "", 1, 1, "*", 0), 0) << "a pattern can match it";
+  EXPECT_EQ(OtStrCmp(1, 1, nullptr, 1, 1, "", 0x10), 0) << "no text is an empty one";
+}
+
+TEST(Levels, KeysOfManyScriptsMakeNoCycle) {
+  const unsigned char scripts[] = {0x01, 0x50, 0x90};
+  const char word[] = "\x0c\x40\0";
+  for (unsigned char low : scripts) {
+    for (unsigned char high : scripts) {
+      EXPECT_EQ(SignOf(OtStrCmp(OT_CS_ORDER, low, word, OT_CS_ORDER, high, word, 0x10)),
+                Order(low, high));
+    }
+  }
+}
+
+TEST(Levels, TellThePrimaryDifferenceUnderALimit) {
+  int primary = 5;
+  OtStrCmp(1, 1, "\xe9", 1, 1, "e", 0x90, 3, 1, &primary);
+  EXPECT_EQ(primary, 0);
+  OtStrCmp(1, 1, "f", 1, 1, "e", 0x90, 3, 1, &primary);
+  EXPECT_GT(primary, 0);
+  primary = 5;
+  OtStrCmp(1, 1, "f", 1, 1, "e", 0x90, -1, 1, &primary);
+  OtStrCmp(1, 1, "f", 1, 1, "e", 0x10, 3, 1, &primary);
+  OtStrCmp(1, 1, "eef", 1, 1, "eee", 0x90, 2, 1, &primary);
+  EXPECT_EQ(primary, 0) << "only the equal passes within the limit are told";
+}
+
+}  // namespace
