@@ -1,0 +1,132 @@
+// Lines of files by collation: sort, match.
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+
+#include "command.h"
+#include "options.h"
+#include "texts.h"
+
+namespace ottm {
+namespace {
+
+std::vector<std::string> ReadLines(const std::vector<std::string>& files) {
+  std::vector<std::string> lines;
+  const auto readAll = [&lines](std::istream& in) {
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+  };
+  for (const std::string& name : files) {
+    if (name == "-") {
+      readAll(std::cin);
+      continue;
+    }
+    std::ifstream file(name);
+    if (!file) throw BadInput(name + ": expected a file that can be read");
+    readAll(file);
+  }
+  if (files.empty()) readAll(std::cin);
+  return lines;
+}
+
+class Sort : public Command {
+ public:
+  const char* Name() const override { return "sort"; }
+  const char* Summary() const override { return "Sorts lines in collation order, stably"; }
+  const char* Example() const override { return "printf 'z\\na\\n' | ottm sort --language sv"; }
+  void Declare(CLI::App& app) override {
+    app.add_option("FILE", files_, "Files, or standard input");
+    op_.Declare(app);
+    app.add_flag("--reverse", reverse_, "Last first");
+    app.add_flag("--unique", unique_, "One line of those that compare equal");
+    texts_.Declare(app);
+  }
+
+  Answer Run() override {
+    const std::vector<std::string> lines = ReadLines(files_);
+    std::vector<Entry> entries;
+    entries.reserve(lines.size());
+    for (const std::string& line : lines) entries.push_back({texts_.Text(line), &line});
+    const unsigned short op = op_.Word() | OT_CMP_NO_WILDCARDS;
+    std::vector<const Entry*> order;
+    for (const Entry& entry : entries) order.push_back(&entry);
+    std::stable_sort(order.begin(), order.end(), [&](const Entry* a, const Entry* b) {
+      return reverse_ ? b->text.Compare(a->text, op) < 0 : a->text.Compare(b->text, op) < 0;
+    });
+    if (unique_) {
+      const auto same = [&](const Entry* a, const Entry* b) {
+        return a->text.Compare(b->text, op) == 0;
+      };
+      order.erase(std::unique(order.begin(), order.end(), same), order.end());
+    }
+    Answer answer;
+    Json sorted = Json::array();
+    for (const Entry* entry : order) {
+      answer.human += *entry->line + "\n";
+      sorted.push_back(*entry->line);
+    }
+    answer.json = {{"lines", sorted}};
+    return answer;
+  }
+
+ private:
+  struct Entry {
+    OtString text;
+    const std::string* line;
+  };
+  std::vector<std::string> files_;
+  OpOption op_;
+  bool reverse_ = false;
+  bool unique_ = false;
+  TextOptions texts_;
+};
+
+class Match : public Command {
+ public:
+  const char* Name() const override { return "match"; }
+  const char* Summary() const override {
+    return "Prints the lines that a wildcard pattern matches";
+  }
+  const char* Example() const override { return "ls | ottm match 'a*' --op ignore-case"; }
+  void Declare(CLI::App& app) override {
+    op_.names = "0";
+    app.add_option("PATTERN", pattern_, "'*' stands for any run, '?' for one character")
+        ->required();
+    app.add_option("FILE", files_, "Files, or standard input");
+    op_.Declare(app);
+    app.add_flag("--count", count_, "Only the number of lines");
+    texts_.Declare(app);
+  }
+
+  Answer Run() override {
+    const OtString pattern = texts_.Text(pattern_);
+    const unsigned short op = op_.Word();
+    Answer answer;
+    Json matches = Json::array();
+    for (const std::string& line : ReadLines(files_)) {
+      if (texts_.Text(line).Compare(pattern, op) != 0) continue;
+      if (!count_) answer.human += line + "\n";
+      matches.push_back(line);
+    }
+    if (count_) answer.human = std::to_string(matches.size()) + "\n";
+    answer.exit = matches.empty() ? 1 : 0;
+    answer.json = {{"count", matches.size()}};
+    if (!count_) answer.json["lines"] = matches;
+    return answer;
+  }
+
+ private:
+  std::string pattern_;
+  std::vector<std::string> files_;
+  OpOption op_;
+  bool count_ = false;
+  TextOptions texts_;
+};
+
+}  // namespace
+
+void AddLineCommands(CommandList& list) {
+  list.push_back(std::make_unique<Sort>());
+  list.push_back(std::make_unique<Match>());
+}
+
+}  // namespace ottm

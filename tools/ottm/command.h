@@ -1,0 +1,37 @@
+#ifndef OTTM_COMMAND_H
+#define OTTM_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <vector>
+
+#include "answer.h"
+
+namespace ottm {
+
+/// One command of the program. An object serves one call.
+class Command {
+ public:
+  virtual ~Command() = default;
+  /// Name, summary and a working example, for the help.
+  virtual const char* Name() const = 0;
+  virtual const char* Summary() const = 0;
+  virtual const char* Example() const = 0;
+  virtual void Declare(CLI::App& app) = 0;
+  virtual Answer Run() = 0;
+};
+
+using CommandList = std::vector<std::unique_ptr<Command>>;
+
+// Each source of commands adds its own.
+void AddTableCommands(CommandList& list);
+void AddStorageCommands(CommandList& list);
+void AddComparisonCommands(CommandList& list);
+void AddLineCommands(CommandList& list);
+void AddTextCommands(CommandList& list);
+void AddOrderCommands(CommandList& list);
+void AddInt64Commands(CommandList& list);
+
+}  // namespace ottm
+
+#endif

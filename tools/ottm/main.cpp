@@ -1,0 +1,123 @@
+// ottm: the type manager on the command line. One process answers one command, or a batch of them.
+#include <cstdio>
+#include <iostream>
+
+#include "command.h"
+#include "options.h"
+#include "ot95/typemgr.h"
+
+namespace ottm {
+namespace {
+
+CommandList AllCommands() {
+  CommandList list;
+  AddTableCommands(list);
+  AddStorageCommands(list);
+  AddComparisonCommands(list);
+  AddTextCommands(list);
+  AddOrderCommands(list);
+  AddLineCommands(list);
+  AddInt64Commands(list);
+  return list;
+}
+
+/// The command line of one call: every command as a subcommand, and what was asked for.
+class Program {
+ public:
+  Program()
+      : app_("Does to values on a command line what an engine does to them in memory."),
+        commands_(AllCommands()) {
+    app_.name("ottm");
+    app_.require_subcommand(1);
+    for (auto& command : commands_) {
+      CLI::App* sub = app_.add_subcommand(command->Name(), command->Summary());
+      sub->footer(std::string("Example: ") + command->Example());
+      sub->add_flag("--json", json_, "One JSON object on one line");
+      command->Declare(*sub);
+      sub->callback([this, chosen = command.get()] { chosen_ = chosen; });
+    }
+    batch_ = app_.add_subcommand(
+        "batch", "Answers one JSON array of arguments per line with one JSON line each");
+    batch_->footer("Example: echo '[\"encode\", \"short\", \"-2\"]' | ottm batch");
+  }
+
+  CLI::App& App() { return app_; }
+  bool IsBatch() const { return batch_->parsed(); }
+  bool WantsJson() const { return json_; }
+  Answer Run() { return chosen_->Run(); }
+
+ private:
+  CLI::App app_;
+  CommandList commands_;
+  Command* chosen_ = nullptr;
+  CLI::App* batch_ = nullptr;
+  bool json_ = false;
+};
+
+Json ErrorObject(const std::string& message) {
+  return {{"error", message}, {"exit", 2}};
+}
+
+std::string OneLine(std::string message) {
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  return message;
+}
+
+std::string JsonLine(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Json AnswerLine(const std::string& line) {
+  try {
+    std::vector<std::string> arguments = Json::parse(line).get<std::vector<std::string>>();
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    Program program;
+    program.App().parse(arguments);
+    if (program.IsBatch()) return ErrorObject("batch: expected another command");
+    return program.Run().json;
+  } catch (const CLI::Success&) {
+    return ErrorObject("expected a command, not a call for help");
+  } catch (const Json::exception&) {
+    return ErrorObject("expected a JSON array of texts");
+  } catch (const std::exception& error) {
+    return ErrorObject(OneLine(error.what()));
+  }
+}
+
+int RunBatch() {
+  for (std::string line; std::getline(std::cin, line);) {
+    std::cout << JsonLine(AnswerLine(line)) << std::flush;
+  }
+  return 0;
+}
+
+int Main(int argc, char** argv) {
+  Program program;
+  try {
+    program.App().parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return program.App().exit(help);
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
+    return 2;
+  }
+  try {
+    if (program.IsBatch()) return RunBatch();
+    const Answer answer = program.Run();
+    std::cout << (program.WantsJson() ? JsonLine(answer.json) : answer.human) << std::flush;
+    return answer.exit;
+  } catch (const std::exception& error) {
+    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
+    return 2;
+  }
+}
+
+}  // namespace
+}  // namespace ottm
+
+int main(int argc, char** argv) {
+  ___OtTypemgrContext(1);
+  const int status = ottm::Main(argc, argv);
+  ___OtTypemgrContext(0);
+  return status;
+}

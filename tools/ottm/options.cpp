@@ -1,0 +1,104 @@
+#include "options.h"
+
+#include <charconv>
+#include <map>
+#include <sstream>
+
+#include "answer.h"
+#include "ot95/text.h"
+
+namespace ottm {
+namespace {
+
+const std::map<std::string, unsigned char> kForms = {{"native", OT_FORMAT_NATIVE},
+                                                     {"big-endian", OT_FORMAT_BIG_ENDIAN},
+                                                     {"memory", OT_FORMAT_MEMORY}};
+
+const std::map<std::string, unsigned short> kOps = {{"no-wildcards", OT_CMP_NO_WILDCARDS},
+                                                    {"ignore-case", OT_CMP_IGNORE_CASE},
+                                                    {"ignore-accent", OT_CMP_IGNORE_ACCENT},
+                                                    {"ignore-space", OT_CMP_IGNORE_SPACE},
+                                                    {"order-only", OT_CMP_ORDER_ONLY},
+                                                    {"ignore-symbols", OT_CMP_IGNORE_SYMBOLS},
+                                                    {"default", OT_CMP_DEFAULT}};
+
+template <class Map>
+std::string NamesOf(const Map& map) {
+  std::string names;
+  for (const auto& [name, value] : map) names += (names.empty() ? "" : " ") + name;
+  return names;
+}
+
+bool StartsNumber(const std::string& text) {
+  return !text.empty() && text[0] >= '0' && text[0] <= '9';
+}
+
+}  // namespace
+
+unsigned long NumberOf(const std::string& text, unsigned long most, const std::string& argument) {
+  const bool hex = text.starts_with("0x") || text.starts_with("0X");
+  const char* begin = text.data() + (hex ? 2 : 0);
+  const char* end = text.data() + text.size();
+  unsigned long number = 0;
+  const auto [rest, error] = std::from_chars(begin, end, number, hex ? 16 : 10);
+  if (error != std::errc() || rest != end || number > most) {
+    throw BadInput(argument + ": expected a number from 0 to " + std::to_string(most) +
+                   ", found '" + text + "'");
+  }
+  return number;
+}
+
+void FactoryOption::Declare(CLI::App& app) {
+  app.add_option("--factory", name, "The table of types")
+      ->check(CLI::IsMember({"current", "legacy"}))
+      ->capture_default_str();
+}
+
+OtTypeMgr FactoryOption::Manager() const {
+  return OtTypeMgr(name == "legacy" ? 3 : 5);
+}
+
+void FormOption::Declare(CLI::App& app, const std::string& option, const std::string& meaning) {
+  app.add_option(option, name, meaning + ": native, big-endian, memory, or a format byte")
+      ->capture_default_str();
+}
+
+unsigned char FormOption::Format() const {
+  if (const auto form = kForms.find(name); form != kForms.end()) return form->second;
+  if (!StartsNumber(name)) {
+    throw BadInput("form: expected " + NamesOf(kForms) + " or a number, found '" + name + "'");
+  }
+  return static_cast<unsigned char>(NumberOf(name, 255, "form"));
+}
+
+void OpOption::Declare(CLI::App& app) {
+  app.add_option("--op", names,
+                 "Comparison options: a number, or names with commas: " + NamesOf(kOps))
+      ->capture_default_str();
+}
+
+unsigned short OpOption::Word() const {
+  if (StartsNumber(names)) return static_cast<unsigned short>(NumberOf(names, 0xffff, "--op"));
+  unsigned word = 0;
+  std::istringstream list(names);
+  for (std::string name; std::getline(list, name, ',');) {
+    const auto op = kOps.find(name);
+    if (op == kOps.end()) {
+      throw BadInput("--op: expected a number or of " + NamesOf(kOps) + ", found '" + name + "'");
+    }
+    word |= op->second;
+  }
+  return static_cast<unsigned short>(word);
+}
+
+char TypeOf(const OtTypeMgr& manager, const std::string& name) {
+  char id = 0;
+  if (manager.Name2OtTypeId(name.c_str(), id) == 0) return id;
+  if (StartsNumber(name)) {
+    id = static_cast<char>(NumberOf(name, 40, "TYPE"));
+    if (manager.NameGet(id, nullptr) != nullptr) return id;
+  }
+  throw BadInput("TYPE: expected a type of this table (see 'ottm types'), found '" + name + "'");
+}
+
+}  // namespace ottm

@@ -1,0 +1,44 @@
+#ifndef OTTM_OPTIONS_H
+#define OTTM_OPTIONS_H
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "ot95/typemgr.h"
+
+namespace ottm {
+
+/// Which table of types; every command that names a type has it.
+struct FactoryOption {
+  std::string name = "current";
+
+  void Declare(CLI::App& app);
+  OtTypeMgr Manager() const;
+};
+
+/// A form by name or a whole format byte by number.
+struct FormOption {
+  std::string name = "native";
+
+  void Declare(CLI::App& app, const std::string& option = "--form",
+               const std::string& meaning = "Form of the stored bytes");
+  unsigned char Format() const;
+};
+
+/// The comparison-op word, as a number or a comma list of names.
+struct OpOption {
+  std::string names = "no-wildcards";
+
+  void Declare(CLI::App& app);
+  unsigned short Word() const;
+};
+
+/// The identifier of a type given by name or number. Throws BadInput.
+char TypeOf(const OtTypeMgr& manager, const std::string& name);
+
+/// An unsigned number in decimal or with 0x. Throws BadInput.
+unsigned long NumberOf(const std::string& text, unsigned long most, const std::string& argument);
+
+}  // namespace ottm
+
+#endif

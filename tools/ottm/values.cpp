@@ -1,0 +1,143 @@
+#include "values.h"
+
+#include <algorithm>
+
+#include "answer.h"
+
+namespace ottm {
+namespace {
+
+/// A scan that finds nothing leaves the value as it was and says nothing. So a text is scanned
+/// over two different values: where they stay apart, it was no value of this type.
+constexpr const char* kStarts[] = {"0", "1"};
+
+constexpr char kStrings = 11;  // the type of what conversion data carries
+
+std::string TypeName(const OtTypeMgr& manager, char id) {
+  return manager.NameGet(id, nullptr);
+}
+
+}  // namespace
+
+Values::Values(OtTypeMgr& manager, char id, unsigned long count, void* data)
+    : manager_(manager), id_(id), count_(count), data_(data) {
+  if (data_ == nullptr) {
+    throw BadInput("TYPE: values of " + TypeName(manager_, id_) + " can't be made so");
+  }
+}
+
+Values::Values(OtTypeMgr& manager, char id, unsigned long count)
+    : Values(manager, id, count, manager.Create(id, count)) {
+  if (const auto construct = manager.ConstructorPtrGet(id); construct && manager.IsFixed(id)) {
+    construct(data_, count, 0);  // a scalar comes from Create as the allocator left it
+  }
+}
+
+Values Values::Default(OtTypeMgr& manager, char id, bool nullable) {
+  return Values(manager, id, 1, manager.DefaultValue(id, 1, nullable));
+}
+
+Values Values::Converted(OtTypeMgr& manager, char id, unsigned long count,
+                         OtTypeConvertData& data) {
+  return Values(manager, id, count, manager.ConvertFrom(id, &data, count));
+}
+
+Values Values::FromTexts(OtTypeMgr& manager, char id, const std::vector<std::string>& texts,
+                         const TextOptions& options) {
+  std::vector<OtString> strings;
+  for (const std::string& text : texts) strings.push_back(options.Value(text));
+  // Without a manager in it the record leaves the strings to us.
+  const std::unique_ptr<OtTypeConvertData> data(
+      OtTypeConvertData::Make(kStrings, strings.size(), strings.data(), nullptr));
+  void* values = manager.ConvertFrom(id, data.get(), strings.size());
+  data->manager = nullptr;
+  return Values(manager, id, strings.size(), values);
+}
+
+Values::~Values() {
+  manager_.Delete(id_, data_, count_);
+}
+
+void* Values::Element(unsigned long index) const {
+  return manager_.GetArrayElement(id_, data_, index, 0);
+}
+
+void Values::StartFrom(const char* text) {
+  const Values start = FromTexts(manager_, id_, {text}, TextOptions());
+  if (const auto assign = manager_.AssignmentPtrGet(id_)) assign(data_, start.data_, count_, 1);
+}
+
+void Values::Scan(const std::vector<std::string>& texts, const TextOptions& options,
+                  const char* format) {
+  std::vector<Bytes> stored[2];
+  for (int pass = 0; pass < 2; ++pass) {
+    StartFrom(kStarts[pass]);
+    for (unsigned long i = 0; i < count_; ++i) {
+      OtString text = options.Value(texts[i]);
+      manager_.ScanFromOtString(id_, Element(i), text, format, 1);
+      if (!manager_.IsFixed(id_)) continue;
+      Bytes bytes(manager_.DiskLenGet(id_, Element(i), OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
+      manager_.Store(id_, bytes.data(), Element(i), OT_FORMAT_NATIVE, 1);
+      stored[pass].push_back(bytes);
+    }
+  }
+  const auto differ = std::mismatch(stored[0].begin(), stored[0].end(), stored[1].begin());
+  if (differ.first == stored[0].end()) return;
+  const auto index = static_cast<std::size_t>(differ.first - stored[0].begin());
+  throw BadInput("VALUE: expected a value of " + TypeName(manager_, id_) + ", found '" +
+                 texts[index] + "'");
+}
+
+bool Values::IsNull(unsigned long index) const {
+  return manager_.IsNullPtrGet(id_) != nullptr && manager_.IsNullValue(id_, Element(index)) != 0;
+}
+
+std::string Values::Print(unsigned long index, const char* format) const {
+  OtString text(OT_CS_UNICODE, OT_LANG_DEFAULT);
+  manager_.PrintToOtString(id_, text, Element(index), format, 1);
+  return ToUtf8(text);
+}
+
+std::unique_ptr<OtTypeConvertData> Values::Convert() const {
+  std::unique_ptr<OtTypeConvertData> data(manager_.ConvertTo(id_, data_, count_));
+  if (data == nullptr) {
+    throw BadInput("TYPE: values of " + TypeName(manager_, id_) + " have no text to convert");
+  }
+  return data;
+}
+
+Bytes Values::Store(unsigned char format) const {
+  Bytes bytes(manager_.DiskLenGet(id_, data_, format, count_, OT_FORMAT_MEMORY));
+  const unsigned long written = manager_.Store(id_, bytes.data(), data_, format, count_);
+  bytes.resize(written);
+  return bytes;
+}
+
+unsigned long Values::Load(const Bytes& bytes, unsigned char format) {
+  const unsigned long consumed = RequireStored(manager_, id_, bytes, format, count_);
+  Bytes copy(bytes);  // the loaders take a place that could be written
+  manager_.Load(id_, data_, copy.data(), format, count_);
+  return consumed;
+}
+
+Verdict VerifyBytes(OtTypeMgr& manager, char id, const Bytes& bytes, unsigned char format,
+                    unsigned long count) {
+  Verdict verdict;
+  verdict.status =
+      manager.VerifyStored(id, bytes.data(), bytes.size(), format, count, verdict.consumed);
+  if (verdict.status == OT_ERR_END_OF_DATA) verdict.reason = "the bytes end too early";
+  if (verdict.status == OT_ERR_BAD_ARGUMENT) {
+    verdict.reason = "not a stored " + TypeName(manager, id);
+  }
+  return verdict;
+}
+
+unsigned long RequireStored(OtTypeMgr& manager, char id, const Bytes& bytes, unsigned char format,
+                            unsigned long count) {
+  const Verdict verdict = VerifyBytes(manager, id, bytes, format, count);
+  if (verdict.status == 0) return verdict.consumed;
+  throw BadInput("HEX: expected " + std::to_string(count) + " stored " + TypeName(manager, id) +
+                 ", at offset " + std::to_string(verdict.consumed) + ": " + verdict.reason);
+}
+
+}  // namespace ottm
