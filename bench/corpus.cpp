@@ -1,0 +1,97 @@
+#include "corpus.h"
+
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <map>
+#include <random>
+#include <set>
+
+namespace bench {
+namespace {
+
+std::string corpusFolder;
+
+Name MakeName(const std::string& line) {
+  const icu::UnicodeString text = icu::UnicodeString::fromUTF8(line);
+  const std::u16string units(text.getBuffer(), static_cast<std::size_t>(text.length()));
+  return {line, units, ToWide(units)};
+}
+
+Names Read(const std::string& script) {
+  std::ifstream file(corpusFolder + "/" + script);
+  std::set<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.insert(line);
+  if (lines.empty()) {
+    std::fprintf(stderr, "no corpus %s/%s\n", corpusFolder.c_str(), script.c_str());
+    std::exit(2);
+  }
+  Names names;
+  for (const std::string& line : lines) names.push_back(MakeName(line));
+  std::shuffle(names.begin(), names.end(), std::mt19937(1));
+  return names;
+}
+
+}  // namespace
+
+void SetCorpusFolder(const std::string& folder) {
+  corpusFolder = folder;
+}
+
+OtString ToWide(const std::u16string& units) {
+  std::vector<unsigned short> text(units.begin(), units.end());
+  text.push_back(0);
+  return OtString(text.data());
+}
+
+OtString ToNarrow(const OtString& text, unsigned char codeSet) {
+  OtString narrow(text);
+  narrow.MapToCodeSet(codeSet);
+  return narrow;
+}
+
+const Names& NamesOf(const std::string& script) {
+  static std::map<std::string, Names> read;
+  const auto found = read.find(script);
+  return found != read.end() ? found->second : read.emplace(script, Read(script)).first->second;
+}
+
+Pairs RandomPairs(const Names& names) {
+  std::mt19937 random(2);
+  std::uniform_int_distribution<std::size_t> any(0, names.size() - 1);
+  Pairs pairs;
+  for (int i = 0; i < 4096; ++i) pairs.emplace_back(&names[any(random)], &names[any(random)]);
+  return pairs;
+}
+
+Pairs AdjacentPairs(const Names& names) {
+  std::vector<const Name*> sorted;
+  for (const Name& name : names) sorted.push_back(&name);
+  std::sort(sorted.begin(), sorted.end(), [](const Name* a, const Name* b) {
+    return a->wide.Compare(b->wide, OT_CMP_NO_WILDCARDS) < 0;
+  });
+  Pairs pairs;
+  for (std::size_t i = 1; i < sorted.size(); ++i) pairs.emplace_back(sorted[i - 1], sorted[i]);
+  std::shuffle(pairs.begin(), pairs.end(), std::mt19937(3));
+  return pairs;
+}
+
+Pairs CasePairs(const Names& names) {
+  static std::deque<Name> capitals;  // the pairs point into it
+  Pairs pairs;
+  for (const Name& name : names) {
+    icu::UnicodeString text(name.units.data(), static_cast<int>(name.units.size()));
+    text.toUpper();
+    std::string utf8;
+    text.toUTF8String(utf8);
+    capitals.push_back(MakeName(utf8));
+    pairs.emplace_back(&name, &capitals.back());
+  }
+  return pairs;
+}
+
+}  // namespace bench

@@ -1,0 +1,45 @@
+// Index keys and collation hashes of names.
+#include <memory>
+
+#include "collator.h"
+#include "ot95/typemgr.h"
+#include "workload.h"
+
+namespace bench {
+
+void RegisterKeys() {
+  const Names& names = NamesOf("latin");
+  const Collator tertiary = OpenCollator("");
+  const Collator primary = OpenCollator("");
+  ucol_setStrength(primary.get(), UCOL_PRIMARY);
+  Workload(
+      "index key of a name", 8,
+      [cycle = Cycle(names)]() mutable {
+        unsigned char key[OtINDEX_MAX_KEYLEN];
+        OtString* text = const_cast<OtString*>(&cycle.Next().wide);
+        benchmark::DoNotOptimize(CurrentFactory[11]->Translate(
+            key, 0x80 | OT_FORMAT_BIG_ENDIAN, sizeof key, text, OT_FORMAT_MEMORY, sizeof *text, 1));
+      },
+      [tertiary, cycle = Cycle(names)]() mutable {
+        unsigned char key[1024];
+        const Name& name = cycle.Next();
+        benchmark::DoNotOptimize(
+            ucol_getSortKey(tertiary.get(), Units(name), Length(name), key, sizeof key));
+      });
+  Workload(
+      "hash of a name", 8,
+      [cycle = Cycle(names)]() mutable {
+        const OtString& text = cycle.Next().wide;
+        benchmark::DoNotOptimize(HashString(text.GetCodeSetCode(), text.GetLanguageCode(),
+                                            text.StrGet(), -1, OT_FORMAT_NATIVE));
+      },
+      [primary, cycle = Cycle(names)]() mutable {
+        unsigned char key[1024];
+        const Name& name = cycle.Next();
+        const int size = ucol_getSortKey(primary.get(), Units(name), Length(name), key, sizeof key);
+        benchmark::DoNotOptimize(std::hash<std::string_view>()(
+            {reinterpret_cast<const char*>(key), static_cast<std::size_t>(size)}));
+      });
+}
+
+}  // namespace bench

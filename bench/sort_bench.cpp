@@ -1,0 +1,97 @@
+// Sorting 100,000 names, by comparison and by keys.
+#include <algorithm>
+#include <memory>
+#include <numeric>
+
+#include "collator.h"
+#include "ot95/typemgr.h"
+#include "workload.h"
+
+namespace bench {
+namespace {
+
+constexpr std::size_t kNames = 100000;
+constexpr unsigned long kKeyRoom = OtINDEX_MAX_KEYLEN;
+
+/// 100,000 distinct names: those of the corpus, and each again behind others of it.
+Names ManyNames() {
+  const Names& corpus = NamesOf("latin");
+  Names names(corpus);
+  for (std::size_t i = 0; names.size() < kNames; ++i) {
+    const std::u16string units = corpus[i % corpus.size()].units + u' ' +
+                                 corpus[(i * 7919 + i / corpus.size()) % corpus.size()].units;
+    names.push_back({{}, units, ToWide(units)});
+  }
+  names.resize(kNames);
+  return names;
+}
+
+std::vector<unsigned> Indices() {
+  std::vector<unsigned> indices(kNames);
+  std::iota(indices.begin(), indices.end(), 0U);
+  return indices;
+}
+
+template <class Less>
+void SortIndices(Less less) {
+  std::vector<unsigned> indices = Indices();
+  std::sort(indices.begin(), indices.end(), less);
+  benchmark::DoNotOptimize(indices.data());
+}
+
+std::string OurKey(const Name& name) {
+  unsigned char key[kKeyRoom];
+  OtString* text = const_cast<OtString*>(&name.wide);
+  const unsigned long size = CurrentFactory[11]->Translate(
+      key, 0x80 | OT_FORMAT_BIG_ENDIAN, sizeof key, text, OT_FORMAT_MEMORY, sizeof *text, 1);
+  return std::string(reinterpret_cast<const char*>(key), size);
+}
+
+void SortOurKeys(const Names& names) {
+  std::vector<std::string> keys;
+  keys.reserve(names.size());
+  for (const Name& name : names) keys.push_back(OurKey(name));
+  SortIndices([&](unsigned a, unsigned b) {
+    int status = 0;
+    return StringCompare(OT_FORMAT_BIG_ENDIAN, keys[a].size(), keys[a].data(), keys[b].size(),
+                         keys[b].data(), OT_CMP_NO_WILDCARDS, 1, status) < 0;
+  });
+}
+
+void SortPeerKeys(const Names& names, UCollator* collator) {
+  std::vector<std::string> keys;
+  keys.reserve(names.size());
+  for (const Name& name : names) {
+    unsigned char key[1024];
+    const int size = ucol_getSortKey(collator, Units(name), Length(name), key, sizeof key);
+    keys.emplace_back(reinterpret_cast<const char*>(key), static_cast<std::size_t>(size));
+  }
+  SortIndices([&](unsigned a, unsigned b) { return keys[a] < keys[b]; });
+}
+
+}  // namespace
+
+void RegisterSorting() {
+  const auto names = std::make_shared<Names>(ManyNames());
+  const Collator collator = OpenCollator("");
+  Workload(
+      "sort 100,000 names, comparing", 1.6,
+      [names] {
+        SortIndices([&](unsigned a, unsigned b) {
+          return (*names)[a].wide.Compare((*names)[b].wide, OT_CMP_NO_WILDCARDS) < 0;
+        });
+      },
+      [names, collator] {
+        SortIndices([&](unsigned a, unsigned b) {
+          const Name& left = (*names)[a];
+          const Name& right = (*names)[b];
+          return ucol_strcoll(collator.get(), Units(left), Length(left), Units(right),
+                              Length(right)) == UCOL_LESS;
+        });
+      });
+  Workload(
+      "sort 100,000 names, by keys", 2, [names] { SortOurKeys(*names); },
+      [names, collator] { SortPeerKeys(*names, collator.get()); });
+}
+
+}  // namespace bench
