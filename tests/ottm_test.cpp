@@ -83,6 +83,21 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"int64 -7 % 2", "-1\n"}, Call{"int64 from-double 123456789", "123456800\n"}));
 
 INSTANTIATE_TEST_SUITE_P(
+    Calendar, OttmCalls,
+    testing::Values(
+        Call{"date add 2000-02-28 2", "2000-03-01\n"},
+        Call{"date diff 2000-03-01 2000-02-28", "2\n"},
+        Call{"date from-days 2451545", "2000-01-01\n"},
+        Call{"date weekday 2000-01-01", "Saturday\n"},
+        Call{"date add 23:59:59 2 --type OtTime", "00:00:01\n"},
+        Call{"date add '1999-12-31 23:59:59' 1 --type OtDateTime", "2000-01-01 00:00:00\n"},
+        Call{"date days-in-month 1900-02-01 --type d_Date", "28\n"},
+        Call{"date overlaps 2000-01-01 2000-01-09 2000-01-05 2000-01-20 --type d_Date", "yes\n"},
+        Call{"date overlaps 2000-01-01 2000-01-02 2000-01-05 2000-01-20 --type d_Date", "no\n", 1},
+        Call{"date add 2000-13-01 1",
+             "ottm: ARG: expected a value of OtDate as %Y-%m-%d, found '2000-13-01'\n", 2}));
+
+INSTANTIATE_TEST_SUITE_P(
     BadInput, OttmCalls,
     testing::Values(
         Call{"encode short abc", "ottm: VALUE: expected a value of short, found 'abc'\n", 2},

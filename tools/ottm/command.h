@@ -31,6 +31,7 @@ void AddLineCommands(CommandList& list);
 void AddTextCommands(CommandList& list);
 void AddOrderCommands(CommandList& list);
 void AddInt64Commands(CommandList& list);
+void AddDateCommands(CommandList& list);
 
 }  // namespace ottm
 

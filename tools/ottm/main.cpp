@@ -18,6 +18,7 @@ CommandList AllCommands() {
   AddOrderCommands(list);
   AddLineCommands(list);
   AddInt64Commands(list);
+  AddDateCommands(list);
   return list;
 }
 
