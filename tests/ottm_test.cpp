@@ -66,7 +66,19 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"print OtDate 'Sat 01.Jan 2000' --text-format '%a %e.%b %Y'", "Sat 01.Jan 2000\n"},
         Call{"print OtObjId '(0-4711#12)' --text-format %H/%L", "0/4711\n"},
         Call{"encode OtObjId '(0-16909060#7)' --form big-endian", "00000007010203040000\n"},
-        Call{"compare OtIString abc ABC", "equal\n"}));
+        Call{"compare OtIString abc ABC", "equal\n"},
+        Call{"encode OtBlob ''", "0400000000000000\n"},
+        Call{"encode OtBlob '{NULL}'", "04000000ffffffff\n"},
+        Call{"decode OtBlob 0400000000000000", "[BLOB,len=0]\n"},
+        Call{"decode OtBlob 04000000ffffffff", "{NULL}\n"},
+        Call{"encode OtString '[a,b]' c --code-set 1 --language 1",
+             "09000101"
+             "5b612c625d"
+             "00ff"
+             "05000101"
+             "63"
+             "00ff\n"},
+        Call{"encode OtBoolean T '{NULL}'", "01ff\n"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Text, OttmCalls,
@@ -101,6 +113,7 @@ INSTANTIATE_TEST_SUITE_P(
     BadInput, OttmCalls,
     testing::Values(
         Call{"encode short abc", "ottm: VALUE: expected a value of short, found 'abc'\n", 2},
+        Call{"encode OtBlob x", "ottm: VALUE: expected a value of OtBlob, found 'x'\n", 2},
         Call{"encode nosuch 1",
              "ottm: TYPE: expected a type of this table (see 'ottm types'), found 'nosuch'\n", 2},
         Call{"decode short 0g", "ottm: HEX: expected hex digits, found '0g'\n", 2},

@@ -1,5 +1,5 @@
 // ottm: the type manager on the command line. One process answers one command, or a batch of them.
-#include <cstdio>
+#include <algorithm>
 #include <iostream>
 
 #include "command.h"
@@ -22,6 +22,20 @@ CommandList AllCommands() {
   return list;
 }
 
+/// The parser takes an argument like "[a,b]" for a list. A mark behind it hides that, and every
+/// option takes the mark off again.
+constexpr char kMark = '\x1f';
+
+std::string Marked(std::string argument) {
+  if (argument.starts_with('[') && argument.ends_with(']')) argument += kMark;
+  return argument;
+}
+
+std::string Unmarked(std::string argument) {
+  if (argument.starts_with('[') && argument.ends_with(kMark)) argument.pop_back();
+  return argument;
+}
+
 /// The command line of one call: every command as a subcommand, and what was asked for.
 class Program {
  public:
@@ -35,6 +49,7 @@ class Program {
       sub->footer(std::string("Example: ") + command->Example());
       sub->add_flag("--json", json_, "One JSON object on one line");
       command->Declare(*sub);
+      for (CLI::Option* option : sub->get_options()) option->transform(Unmarked);
       sub->callback([this, chosen = command.get()] { chosen_ = chosen; });
     }
     batch_ = app_.add_subcommand(
@@ -43,6 +58,11 @@ class Program {
   }
 
   CLI::App& App() { return app_; }
+  void Parse(std::vector<std::string> arguments) {
+    std::transform(arguments.begin(), arguments.end(), arguments.begin(), Marked);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    app_.parse(std::move(arguments));
+  }
   bool IsBatch() const { return batch_->parsed(); }
   bool WantsJson() const { return json_; }
   Answer Run() { return chosen_->Run(); }
@@ -70,10 +90,8 @@ std::string JsonLine(const Json& json) {
 
 Json AnswerLine(const std::string& line) {
   try {
-    std::vector<std::string> arguments = Json::parse(line).get<std::vector<std::string>>();
-    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
     Program program;
-    program.App().parse(arguments);
+    program.Parse(Json::parse(line).get<std::vector<std::string>>());
     if (program.IsBatch()) return ErrorObject("batch: expected another command");
     return program.Run().json;
   } catch (const CLI::Success&) {
@@ -95,7 +113,7 @@ int RunBatch() {
 int Main(int argc, char** argv) {
   Program program;
   try {
-    program.App().parse(argc, argv);
+    program.Parse(std::vector<std::string>(argv + 1, argv + argc));
   } catch (const CLI::Success& help) {
     return program.App().exit(help);
   } catch (const CLI::ParseError& error) {

@@ -1,7 +1,5 @@
 #include "values.h"
 
-#include <algorithm>
-
 #include "answer.h"
 
 namespace ottm {
@@ -62,30 +60,42 @@ void* Values::Element(unsigned long index) const {
   return manager_.GetArrayElement(id_, data_, index, 0);
 }
 
-void Values::StartFrom(const char* text) {
+void Values::StartFrom(unsigned long index, const char* text) {
   const Values start = FromTexts(manager_, id_, {text}, TextOptions());
-  if (const auto assign = manager_.AssignmentPtrGet(id_)) assign(data_, start.data_, count_, 1);
+  if (const auto assign = manager_.AssignmentPtrGet(id_)) assign(Element(index), start.data_, 1, 0);
+}
+
+Bytes Values::StoreOne(unsigned long index) const {
+  void* place = Element(index);
+  Bytes bytes(manager_.DiskLenGet(id_, place, OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
+  manager_.Store(id_, bytes.data(), place, OT_FORMAT_NATIVE, 1);
+  return bytes;
+}
+
+/// Scans a text into an element, from each of the starts. @return whether it took.
+bool Values::ScanOne(unsigned long index, const std::string& utf8, const TextOptions& options,
+                     const char* format) {
+  Bytes results[2];
+  bool touched = false;
+  for (int pass = 0; pass < 2; ++pass) {
+    StartFrom(index, kStarts[pass]);
+    const Bytes before = StoreOne(index);
+    OtString text = options.Text(utf8);
+    manager_.ScanFromOtString(id_, Element(index), text, format, 1);
+    results[pass] = StoreOne(index);
+    touched = touched || results[pass] != before;
+  }
+  if (manager_.IsFixed(id_)) return results[0] == results[1];
+  return touched || utf8.empty();  // a blob takes nothing but the null text
 }
 
 void Values::Scan(const std::vector<std::string>& texts, const TextOptions& options,
                   const char* format) {
-  std::vector<Bytes> stored[2];
-  for (int pass = 0; pass < 2; ++pass) {
-    StartFrom(kStarts[pass]);
-    for (unsigned long i = 0; i < count_; ++i) {
-      OtString text = options.Value(texts[i]);
-      manager_.ScanFromOtString(id_, Element(i), text, format, 1);
-      if (!manager_.IsFixed(id_)) continue;
-      Bytes bytes(manager_.DiskLenGet(id_, Element(i), OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
-      manager_.Store(id_, bytes.data(), Element(i), OT_FORMAT_NATIVE, 1);
-      stored[pass].push_back(bytes);
-    }
+  for (unsigned long i = 0; i < count_; ++i) {
+    if (ScanOne(i, texts[i], options, format)) continue;
+    throw BadInput("VALUE: expected a value of " + TypeName(manager_, id_) + ", found '" +
+                   texts[i] + "'");
   }
-  const auto differ = std::mismatch(stored[0].begin(), stored[0].end(), stored[1].begin());
-  if (differ.first == stored[0].end()) return;
-  const auto index = static_cast<std::size_t>(differ.first - stored[0].begin());
-  throw BadInput("VALUE: expected a value of " + TypeName(manager_, id_) + ", found '" +
-                 texts[index] + "'");
 }
 
 bool Values::IsNull(unsigned long index) const {

@@ -48,7 +48,10 @@ class Values {
 
  private:
   Values(OtTypeMgr& manager, char id, unsigned long count, void* data);
-  void StartFrom(const char* text);
+  void StartFrom(unsigned long index, const char* text);
+  Bytes StoreOne(unsigned long index) const;
+  bool ScanOne(unsigned long index, const std::string& utf8, const TextOptions& options,
+               const char* format);
 
   OtTypeMgr& manager_;
   char id_;
