@@ -103,16 +103,8 @@ void AppendNumber(ot95::BoundedText& text, std::int64_t value, char directive) {
   text.Append({digits, static_cast<std::size_t>(end - digits)});
 }
 
-/// Appends terminated 8-bit text. The usual target is a fresh string, which takes it with one
-/// allocation.
 OtString& AppendTo(OtString& out, const char* text, std::size_t length) {
-  const bool fresh = out.StrGet() == ot95::EmptyText();
-  if (!fresh || out.GetCodeSetCode() != OtString::GetDefault8CodeSet()) return out << text;
-  char* const buffer = ot95::NewText(length + 1);
-  if (!buffer) return out;
-  std::memcpy(buffer, text, length + 1);
-  ot95::TextAccess::Adopt(out, buffer, length + 1);
-  return out;
+  return ot95::TextAccess::Append(out, {text, OtLanguageContext::GetDefault8CodeSet(), length});
 }
 
 OtString& AppendTo(OtString& out, ot95::BoundedText& text) {

@@ -15,8 +15,6 @@
 namespace ot95 {
 namespace {
 
-alignas(8) constexpr char kEmptyText[8] = {};
-
 /// Units before a zero unit. The first `known` bytes are readable, and looked at in words.
 std::size_t WideLength(const char* text, std::size_t known) {
   constexpr std::uint64_t kOnes = 0x0001000100010001u;
@@ -36,25 +34,18 @@ std::size_t WideLength(const char* text, std::size_t known) {
 
 }  // namespace
 
-const char* EmptyText() {
-  return kEmptyText;
-}
+alignas(8) constexpr char kEmptyText[8] = {};
 
 std::size_t TextLength(const char* text, unsigned char codeSet) {
   return IsWide(codeSet) ? WideLength(text, 0) : std::strlen(text);
 }
 
-void CheckTextSize(std::size_t bytes) {
-  if (bytes <= kMaxTextBytes) return;
+void ReportTextSize() {
   const OtConfig* config = DefaultConfig(nullptr);
   unsigned short report = 0;
   const char* const sections[] = {"debug", nullptr};
   if (config != nullptr) config->GetValue("stringOverflow", &report, sections);
   if (config == nullptr || report != 0) OTDB_assert("String overflow", "otstring", 1104);
-}
-
-char* NewText(std::size_t bytes) {
-  return new (std::nothrow) char[bytes];
 }
 
 }  // namespace ot95
@@ -175,6 +166,11 @@ int OtString::SetNullValue() {
   return 0;
 }
 
+/// Whether characters of the source mean the same in this string.
+bool OtString::TakesUnitsOf(const ot95::TextSource& source) const {
+  return source.codeSet == codeSet_ || (source.codeSet == 0 && !IsWide(codeSet_));
+}
+
 /// The single place where a string gets another buffer. A text beyond the limit has a memLen_ cut
 /// to 16 bits; all that touches the buffer measures the text itself.
 void OtString::Adopt(char* buffer, std::size_t bytes) {
@@ -202,8 +198,7 @@ void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size
       (source.text == nullptr || ot95::LoadUnit(source.text, IsWide(source.codeSet)) == 0)) {
     return;
   }
-  if ((source.codeSet == codeSet_ || source.codeSet == 0) &&
-      IsWide(source.codeSet) == IsWide(codeSet_)) {
+  if (TakesUnitsOf(source)) {
     SpliceUnits(mode, source, position, repeat);
     return;
   }
@@ -215,8 +210,38 @@ void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size
   SpliceUnits(mode, {converted.get(), codeSet_, std::min(source.length, length)}, position, repeat);
 }
 
+/// What stands before `position`, then the source: the change of nearly all texts, made short.
+void OtString::AssignUnits(const ot95::TextSource& source, std::size_t position,
+                           std::size_t repeat) {
+  const bool wide = IsWide(codeSet_);
+  const std::size_t width = CharWidth(codeSet_);
+  const std::size_t head = position * width;
+  const std::size_t end = head + source.length * repeat * width;
+  ot95::CheckTextSize(end + width);
+  char* const fresh = ot95::NewText(end + width);
+  if (fresh == nullptr) return;
+  if (head != 0) std::memcpy(fresh, buffer_, head);
+  if (repeat == 1) {
+    ot95::CopyUnits(source.text, source.reversed, source.length, fresh + head, wide);
+  } else {
+    ot95::FillUnits(source.text, source.length * repeat, fresh + head, wide);
+  }
+  ot95::StoreUnit(fresh + end, 0, wide);
+  Adopt(fresh, end + width);
+}
+
+OtString& OtString::Append(const ot95::TextSource& source) {
+  if (TakesUnitsOf(source)) {
+    AssignUnits(source, Length(), 1);
+  } else {
+    Splice(SpliceMode::kAssign, source, Length());
+  }
+  return *this;
+}
+
 void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
                            std::size_t repeat) {
+  if (mode == SpliceMode::kAssign) return AssignUnits(source, position, repeat);
   const std::size_t width = CharWidth(codeSet_);
   // The buffer may hold more than its text; that much is carried along.
   const std::size_t held =
@@ -226,7 +251,7 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
   const std::size_t gap = piece * repeat;
   std::size_t tailFrom = head;  // where in the old text the rest begins
   if (mode == SpliceMode::kReplace) tailFrom += piece;
-  const std::size_t tail = mode == SpliceMode::kAssign ? width : held - tailFrom;
+  const std::size_t tail = held - tailFrom;
   const std::size_t size = head + gap + tail;
   ot95::CheckTextSize(size);
 
@@ -239,11 +264,7 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
   } else {
     ot95::FillUnits(source.text, gap / width, fresh + head, width == 2);
   }
-  if (mode == SpliceMode::kAssign) {
-    std::memset(fresh + head + gap, 0, width);
-  } else {
-    std::memcpy(fresh + head + gap, old + tailFrom, tail);
-  }
+  std::memcpy(fresh + head + gap, old + tailFrom, tail);
   Adopt(fresh, size);
 }
 
@@ -296,29 +317,14 @@ int OtString::CopyMapped(const OtString& source, unsigned char codeSet, short ma
   return static_cast<int>(count);
 }
 
-unsigned char OtString::GetDefaultCodeSet() {
-  return OtLanguageContext::GetDefaultCodeSet();
-}
 void OtString::SetDefaultCodeSet(unsigned char codeSet) {
   OtLanguageContext::SetDefaultCodeSet(codeSet);
-}
-unsigned char OtString::GetDefaultLanguage() {
-  return OtLanguageContext::GetDefaultLanguage();
 }
 void OtString::SetDefaultLanguage(unsigned char language) {
   OtLanguageContext::SetDefaultLanguage(language);
 }
-unsigned short OtString::GetDefaultCmpOp() {
-  return OtLanguageContext::GetDefaultCmpOp();
-}
 void OtString::SetDefaultCmpOp(unsigned short cmpOp) {
   OtLanguageContext::SetDefaultCmpOp(cmpOp);
-}
-unsigned char OtString::GetDefault8CodeSet() {
-  return OtLanguageContext::GetDefault8CodeSet();
-}
-unsigned char OtString::GetDefault16CodeSet() {
-  return OtLanguageContext::GetDefault16CodeSet();
 }
 
 long OtString::Compare(const OtString& other, unsigned short cmpOp) const {

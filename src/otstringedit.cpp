@@ -142,11 +142,6 @@ OtString& OtString::operator+=(const OtString& text) {
   return Append(SourceOf(text));
 }
 
-OtString& OtString::Append(const TextSource& source) {
-  Splice(SpliceMode::kAssign, source, Length());
-  return *this;
-}
-
 OtString& OtString::operator<<(char value) {
   const char text[] = {value, 0};
   return *this << text;

@@ -5,6 +5,7 @@
 #include "ot95/text.h"
 #include "ot95/typemgr.h"
 #include "temporaltext.h"
+#include "textunits.h"
 
 namespace ot95 {
 namespace {
@@ -98,7 +99,8 @@ class Printer {
  private:
   static char* Flush(OtString& out, char* text, char* end) {
     *end = '\0';
-    out << text;
+    const auto length = static_cast<std::size_t>(end - text);
+    TextAccess::Append(out, {text, OtString::GetDefault8CodeSet(), length});
     return text;
   }
 

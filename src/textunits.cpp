@@ -7,11 +7,7 @@
 
 namespace ot95 {
 
-void CopyUnits(const char* source, bool reversed, std::size_t count, char* target, bool wide) {
-  if (!wide || !reversed) {
-    if (count != 0) std::memcpy(target, source, count << (wide ? 1 : 0));
-    return;
-  }
+void CopyReversed(const char* source, std::size_t count, char* target) {
   for (std::size_t i = 0; i < 2 * count; i += 2) {
     StoreWide(target + i, SwapBytes(LoadWide(source + i)));
   }

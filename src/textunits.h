@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "ot95/text.h"
 
@@ -59,25 +60,40 @@ constexpr std::uint16_t SignExtended(std::uint16_t unit) {
 }
 
 /// The shared text of all strings without a buffer: zero in either width. Never written.
-const char* EmptyText();
+extern const char kEmptyText[8];
+inline const char* EmptyText() {
+  return kEmptyText;
+}
 
 /// Characters before the terminator.
 std::size_t TextLength(const char* text, unsigned char codeSet);
 
 /// Reports a text above kMaxTextBytes as an impossible state, unless the configuration wants no
 /// report. Nothing is shortened.
-void CheckTextSize(std::size_t bytes);
+void ReportTextSize();
+inline void CheckTextSize(std::size_t bytes) {
+  if (bytes > kMaxTextBytes) [[unlikely]]
+    ReportTextSize();
+}
 
 /// Uninitialised memory for a text; null after a failure.
-char* NewText(std::size_t bytes);
+inline char* NewText(std::size_t bytes) {
+  return new (std::nothrow) char[bytes];
+}
 
 /// Maps `count` units between code sets, 0 standing for the native one. The result equals that of
 /// mapping character by character.
 void ConvertUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
                   char* target, unsigned char to);
 
+/// Copies two-byte units, turning each.
+void CopyReversed(const char* source, std::size_t count, char* target);
 /// Copies units of one width, turning those of a reversed source into the machine's order.
-void CopyUnits(const char* source, bool reversed, std::size_t count, char* target, bool wide);
+inline void CopyUnits(const char* source, bool reversed, std::size_t count, char* target,
+                      bool wide) {
+  if (wide && reversed) return CopyReversed(source, count, target);
+  if (count != 0) std::memcpy(target, source, count << (wide ? 1 : 0));
+}
 /// Writes `count` times the first unit of `source`.
 void FillUnits(const char* source, std::size_t count, char* target, bool wide);
 
@@ -98,6 +114,9 @@ struct TextAccess {
                       unsigned short length, unsigned char format) {
     text.SetText(source, codeSet, length, format);
   }
+  /// The characters of `source` behind those of `text`, exactly as large as both. A source in
+  /// another code set must be terminated.
+  static OtString& Append(OtString& text, const TextSource& source) { return text.Append(source); }
   static void SetLabels(OtString& text, unsigned char codeSet, unsigned char language) {
     text.codeSet_ = codeSet;
     text.language_ = language;

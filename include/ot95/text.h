@@ -254,14 +254,14 @@ class OT95_EXPORT OtString {
   /// @return characters taken, or OT_ERR_BAD_ARGUMENT when `source` is this string.
   int CopyMapped(const OtString& source, unsigned char codeSet, short maxChars = -1);
 
-  static unsigned char GetDefaultCodeSet();
+  static unsigned char GetDefaultCodeSet() { return OtLanguageContext::GetDefaultCodeSet(); }
   static void SetDefaultCodeSet(unsigned char codeSet);
-  static unsigned char GetDefaultLanguage();
+  static unsigned char GetDefaultLanguage() { return OtLanguageContext::GetDefaultLanguage(); }
   static void SetDefaultLanguage(unsigned char language);
-  static unsigned short GetDefaultCmpOp();
+  static unsigned short GetDefaultCmpOp() { return OtLanguageContext::GetDefaultCmpOp(); }
   static void SetDefaultCmpOp(unsigned short cmpOp);
-  static unsigned char GetDefault8CodeSet();
-  static unsigned char GetDefault16CodeSet();
+  static unsigned char GetDefault8CodeSet() { return OtLanguageContext::GetDefault8CodeSet(); }
+  static unsigned char GetDefault16CodeSet() { return OtLanguageContext::GetDefault16CodeSet(); }
   static const OtString& EmptyString();
 
   // Numbers at the start of the text. Whole ones are cut to the range of 32 bits, then to the type.
@@ -378,6 +378,8 @@ class OT95_EXPORT OtString {
               std::size_t repeat = 1);
   void SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
                    std::size_t repeat);
+  void AssignUnits(const ot95::TextSource& source, std::size_t position, std::size_t repeat);
+  bool TakesUnitsOf(const ot95::TextSource& source) const;
   void Convert(unsigned char from, unsigned char to);
   std::size_t Length() const;
   void InsertAt(const OtString& text, std::size_t pos);

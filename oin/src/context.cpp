@@ -1,4 +1,4 @@
-// The way to the records, and the process-wide defaults.
+// The way to the records, and the process-wide defaults_.
 
 #include <string>
 #include <string_view>
@@ -7,17 +7,8 @@
 
 namespace {
 
-constexpr unsigned short kNoWildcards = 0x10;
 constexpr unsigned short kAskForDefault = 0xffff;
 constexpr unsigned kLanguagePlaces = 128;
-
-struct Defaults {
-  unsigned char codeSet = OT_CS_BASE8;
-  unsigned char language = OT_LANG_NEUTRAL;
-  unsigned short cmpOp = kNoWildcards;
-};
-
-constinit Defaults defaults;
 
 int SetNumber(unsigned char& member, unsigned char number) {
   if (number >= 0xfe) return OT_ERR_BAD_ARGUMENT;
@@ -83,6 +74,8 @@ unsigned char NumberOfName(std::string_view name) {
 
 }  // namespace
 
+constinit OtLanguageContext::Defaults OtLanguageContext::defaults_;
+
 const OtCodeSet* OtLanguageContext::QueryCodeSet(unsigned char codeSet) {
   if (const OtCodeSet* set = ot95::FindCodeSet(codeSet)) return set;
   return ot95::FindCodeSet(codeSet <= OT_CS_LAST_NARROW ? OT_CS_BASE8 : OT_CS_UNICODE);
@@ -94,42 +87,18 @@ const OtLanguage* OtLanguageContext::QueryLanguage(unsigned char language) {
   return record->number != 0 ? record : nullptr;
 }
 
-unsigned char OtLanguageContext::GetDefaultCodeSet() {
-  return defaults.codeSet;
-}
-
 int OtLanguageContext::SetDefaultCodeSet(unsigned char codeSet) {
-  return SetNumber(defaults.codeSet, codeSet);
-}
-
-unsigned char OtLanguageContext::GetDefaultLanguage() {
-  return defaults.language;
+  return SetNumber(defaults_.codeSet, codeSet);
 }
 
 int OtLanguageContext::SetDefaultLanguage(unsigned char language) {
-  return SetNumber(defaults.language, language);
-}
-
-unsigned short OtLanguageContext::GetDefaultCmpOp() {
-  return defaults.cmpOp;
+  return SetNumber(defaults_.language, language);
 }
 
 int OtLanguageContext::SetDefaultCmpOp(unsigned short cmpOp) {
   if (cmpOp == kAskForDefault) return OT_ERR_BAD_ARGUMENT;
-  defaults.cmpOp = cmpOp;
+  defaults_.cmpOp = cmpOp;
   return 0;
-}
-
-unsigned char OtLanguageContext::GetDefault8CodeSet() {
-  return defaults.codeSet <= OT_CS_LAST_NARROW ? defaults.codeSet : OT_CS_BASE8;
-}
-
-unsigned char OtLanguageContext::GetDefault16CodeSet() {
-  return defaults.codeSet > OT_CS_LAST_NARROW ? defaults.codeSet : OT_CS_UNICODE;
-}
-
-unsigned char OtLanguageContext::GetNativeCodeSet() {
-  return OT_CS_BASE8;
 }
 
 unsigned char OtLanguageContext::LanguageOfTag(const char* tag) {
@@ -150,11 +119,11 @@ int OtLanguageContext::UseLocale(const char* locale) {
   if (const std::size_t dot = text.find('.'); dot != std::string_view::npos) {
     codeSet = NumberOfName(text.substr(dot + 1, text.find('@', dot) - dot - 1));
   }
-  if (language != 0) defaults.language = language;
-  if (codeSet != 0) defaults.codeSet = codeSet;
+  if (language != 0) defaults_.language = language;
+  if (codeSet != 0) defaults_.codeSet = codeSet;
   return (language != 0) + (codeSet != 0);
 }
 
 void ___OtI18NContext(int attach) {
-  if (attach == 0) defaults = Defaults();
+  if (attach == 0) OtLanguageContext::defaults_ = {};
 }

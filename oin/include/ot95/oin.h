@@ -21,6 +21,10 @@ inline constexpr unsigned char OT_LANG_NULL = 0xfe;  ///< Marks the null string.
 inline constexpr unsigned char OT_LANG_DEFAULT =
     0xff;  ///< As an argument or member: the default language.
 
+/// Start (non-zero) and end (0) of the library's use. There is nothing to bring up; the end puts
+/// the defaults back, so that a second start begins like the first.
+OT95_EXPORT void ___OtI18NContext(int attach);
+
 /// The way to the records, and the process-wide defaults. Setters belong to start-up: they are
 /// not synchronised.
 class OT95_EXPORT OtLanguageContext {
@@ -31,23 +35,29 @@ class OT95_EXPORT OtLanguageContext {
   /// The record of a language, null for 0 and for a number that nobody knows.
   static const OtLanguage* QueryLanguage(unsigned char language);
 
-  static unsigned char GetDefaultCodeSet();
+  static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
   /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
   static int SetDefaultCodeSet(unsigned char codeSet);
-  static unsigned char GetDefaultLanguage();
+  static unsigned char GetDefaultLanguage() { return defaults_.language; }
   /// Sets the default language. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
   static int SetDefaultLanguage(unsigned char language);
   /// The comparison-op word that stands behind 0xffff. At start 0x10: no wildcards, because a
   /// stored "*" must not equal everything.
-  static unsigned short GetDefaultCmpOp();
+  static unsigned short GetDefaultCmpOp() { return defaults_.cmpOp; }
   /// Sets the default comparison op. @return 0, or OT_ERR_BAD_ARGUMENT for 0xffff.
   static int SetDefaultCmpOp(unsigned short cmpOp);
   /// The default code set if its characters are one byte wide, else OT_CS_BASE8.
-  static unsigned char GetDefault8CodeSet();
+  static unsigned char GetDefault8CodeSet() {
+    const unsigned char codeSet = GetDefaultCodeSet();
+    return codeSet <= OT_CS_LAST_NARROW ? codeSet : OT_CS_BASE8;
+  }
   /// The default code set if its characters are two bytes wide, else OT_CS_UNICODE.
-  static unsigned char GetDefault16CodeSet();
+  static unsigned char GetDefault16CodeSet() {
+    const unsigned char codeSet = GetDefaultCodeSet();
+    return codeSet > OT_CS_LAST_NARROW ? codeSet : OT_CS_UNICODE;
+  }
   /// The set of raw 8-bit text: OT_CS_BASE8.
-  static unsigned char GetNativeCodeSet();
+  static unsigned char GetNativeCodeSet() { return OT_CS_BASE8; }
 
   /// Number of the language with a tag such as "sv" or "de-phonebook", in any case; 0 for none.
   static unsigned char LanguageOfTag(const char* tag);
@@ -57,10 +67,15 @@ class OT95_EXPORT OtLanguageContext {
   /// Takes what it knows of a locale name such as "de_DE.ISO-8859-1" as defaults: its language,
   /// its code set. UTF-8 leaves the code set alone. @return how many parts it took, 0 to 2.
   static int UseLocale(const char* locale);
-};
 
-/// Start (non-zero) and end (0) of the library's use. There is nothing to bring up; the end puts
-/// the defaults back, so that a second start begins like the first.
-OT95_EXPORT void ___OtI18NContext(int attach);
+ private:
+  friend void ::___OtI18NContext(int attach);
+  struct Defaults {
+    unsigned char codeSet = OT_CS_BASE8;
+    unsigned char language = OT_LANG_NEUTRAL;
+    unsigned short cmpOp = 0x10;
+  };
+  static Defaults defaults_;  // in sight, because the making of every string reads it
+};
 
 #endif
