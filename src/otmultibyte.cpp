@@ -52,9 +52,9 @@ constexpr std::size_t BeforeMark(std::uint64_t marks, int bitsOfOne) {
 using EightBytes [[gnu::vector_size(kBlock)]] = std::uint8_t;
 using EightUnits [[gnu::vector_size(2 * kBlock)]] = std::uint16_t;
 
-inline void Widen(const Byte* bytes, std::uint16_t* units) {
+inline void Widen(std::uint64_t bytes, std::uint16_t* units) {
   EightBytes block;
-  std::memcpy(&block, bytes, sizeof block);
+  std::memcpy(&block, &bytes, sizeof block);
   const EightUnits wide = __builtin_convertvector(block, EightUnits);
   std::memcpy(units, &wide, sizeof wide);
 }
@@ -117,22 +117,33 @@ struct Decoded {
 
 enum class AtZero { kGoOn, kStop };
 
-/// Takes what is plain or of two-byte sequences from eight bytes, with room for eight units.
+/// Eight bytes from `at` on. Those from `end` on, if they are fewer, are 0xff, which nothing
+/// decodes. What is in memory before `end` are at least eight bytes.
+inline std::uint64_t LoadBlock(const Byte* at, const Byte* end) {
+  const auto rest = static_cast<std::size_t>(end - at);
+  std::uint64_t word;
+  if (rest >= kBlock) {
+    std::memcpy(&word, at, sizeof word);
+    return word;
+  }
+  std::memcpy(&word, end - kBlock, sizeof word);
+  return word >> 8 * (kBlock - rest) | ~std::uint64_t{0} << 8 * rest;
+}
+
+/// Takes what is plain or of two-byte sequences from a block, with room for eight units.
 /// @return false if neither begins here; the bytes are then decoded one by one.
 template <AtZero atZero>
-inline bool DecodeBlock(const Byte* s, std::uint16_t* out, Decoded& at) {
-  std::uint64_t word;
-  std::memcpy(&word, s, sizeof word);
+inline bool DecodeBlock(std::uint64_t word, std::uint16_t* out, Decoded& at) {
   std::uint64_t marks = word & kHighBits;
   if (atZero == AtZero::kStop) marks |= (word - kOnes) & ~word & kHighBits;
   if (marks == 0) {
-    Widen(s, out);
+    Widen(word, out);
     at.bytes += kBlock;
     at.units += kBlock;
     return true;
   }
   if (const std::size_t plain = BeforeMark(marks, 8); plain != 0) {
-    Widen(s, out);
+    Widen(word, out);
     at.bytes += plain;
     at.units += plain;
     return true;
@@ -171,9 +182,10 @@ template <AtZero atZero>
 Decoded DecodeText(const Byte* s, std::size_t n, std::size_t limit, std::uint16_t* out,
                    std::size_t room) {
   Decoded at;
+  const bool inBlocks = kWordsFitThisMachine && limit >= kBlock;
   while (at.bytes < limit) {
-    if (kWordsFitThisMachine && limit - at.bytes >= kBlock && room - at.units >= kBlock &&
-        at.units <= room && DecodeBlock<atZero>(s + at.bytes, out + at.units, at)) {
+    if (inBlocks && at.units <= room && room - at.units >= kBlock &&
+        DecodeBlock<atZero>(LoadBlock(s + at.bytes, s + limit), out + at.units, at)) {
       continue;
     }
     if (!DecodeNext<atZero>(s, n, out, room, at)) break;
@@ -344,17 +356,18 @@ static void TakeUnits(OtString& target, const std::uint16_t* units, std::size_t 
 long OtMBS2OtString(const char* s, OtString& target, long n) {
   const std::size_t size = s != nullptr ? CountOf(n) : 0;
   const std::size_t limit = std::min(size, kMaxDecodedBytes);
+  const std::size_t room = limit + kBlock;  // so that the last units are decoded as a block, too
   std::array<std::uint16_t, 256> nearby;
   std::unique_ptr<std::uint16_t[]> large;
   std::uint16_t* units = nearby.data();
-  if (limit > nearby.size()) {
-    large.reset(new (std::nothrow) std::uint16_t[limit]);
+  if (room > nearby.size()) {
+    large.reset(new (std::nothrow) std::uint16_t[room]);
     if (large == nullptr) return -1;
     units = large.get();
   }
   // The bytes may be the target's own: they are needed until all is decoded.
   const Decoded all =
-      DecodeText<AtZero::kStop>(reinterpret_cast<const Byte*>(s), size, limit, units, limit);
+      DecodeText<AtZero::kStop>(reinterpret_cast<const Byte*>(s), size, limit, units, room);
   TakeUnits(target, units, all.units);
   if (all.bad || (s == nullptr && n > 0)) return -1;
   return all.bytes >= kMaxDecodedBytes ? -2 : static_cast<long>(all.bytes);

@@ -53,13 +53,8 @@ void ReportTextSize() {
 using ot95::CharWidth;
 using ot95::IsWide;
 
-OtString::OtString() : OtString(GetDefaultCodeSet(), GetDefaultLanguage()) {}
-
-OtString::OtString(unsigned char codeSet, unsigned char language)
-    : buffer_(nullptr), memLen_(0), codeSet_(codeSet), language_(language) {}
-
 OtString::OtString(const OtString& other) : OtString(other.codeSet_, other.language_) {
-  SetWholeText(other.buffer_);
+  if (other.buffer_ != nullptr) Join(0, other.buffer_, other.Length() * CharWidth(codeSet_));
 }
 
 OtString::OtString(OtString&& other) noexcept : OtString(other.codeSet_, other.language_) {
@@ -171,6 +166,11 @@ bool OtString::TakesUnitsOf(const ot95::TextSource& source) const {
   return source.codeSet == codeSet_ || (source.codeSet == 0 && !IsWide(codeSet_));
 }
 
+/// Whether even the bytes of the source are those of its characters in this string.
+bool OtString::TakesBytesOf(const ot95::TextSource& source) const {
+  return TakesUnitsOf(source) && !source.reversed;
+}
+
 /// The single place where a string gets another buffer. A text beyond the limit has a memLen_ cut
 /// to 16 bits; all that touches the buffer measures the text itself.
 void OtString::Adopt(char* buffer, std::size_t bytes) {
@@ -185,11 +185,12 @@ void OtString::SetText(const void* source, unsigned char codeSet, unsigned short
   if (source == nullptr || length == 0) return;
   const char* text = static_cast<const char*>(source);
   const std::size_t measured = length == 0xffff ? ot95::TextLength(text, codeSet) : length;
-  Splice(SpliceMode::kAssign, {text, codeSet, measured, ot95::IsReversed(format)}, 0);
-}
-
-void OtString::SetWholeText(const char* text) {
-  SetText(text, codeSet_, 0xffff);
+  const ot95::TextSource whole{text, codeSet, measured, ot95::IsReversed(format)};
+  if (TakesBytesOf(whole)) {
+    Join(0, text, measured * CharWidth(codeSet_));
+  } else {
+    Splice(SpliceMode::kAssign, whole, 0);
+  }
 }
 
 void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
@@ -210,38 +211,33 @@ void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size
   SpliceUnits(mode, {converted.get(), codeSet_, std::min(source.length, length)}, position, repeat);
 }
 
-/// What stands before `position`, then the source: the change of nearly all texts, made short.
-void OtString::AssignUnits(const ot95::TextSource& source, std::size_t position,
-                           std::size_t repeat) {
-  const bool wide = IsWide(codeSet_);
-  const std::size_t width = CharWidth(codeSet_);
-  const std::size_t head = position * width;
-  const std::size_t end = head + source.length * repeat * width;
-  ot95::CheckTextSize(end + width);
-  char* const fresh = ot95::NewText(end + width);
+/// The first `head` bytes of the text, then those of a piece and a terminator: what nearly all
+/// changes come to.
+void OtString::Join(std::size_t head, const char* piece, std::size_t bytes) {
+  const std::size_t end = head + bytes;
+  const std::size_t size = end + CharWidth(codeSet_);
+  ot95::CheckTextSize(size);
+  char* const fresh = ot95::NewText(size);
   if (fresh == nullptr) return;
   if (head != 0) std::memcpy(fresh, buffer_, head);
-  if (repeat == 1) {
-    ot95::CopyUnits(source.text, source.reversed, source.length, fresh + head, wide);
-  } else {
-    ot95::FillUnits(source.text, source.length * repeat, fresh + head, wide);
-  }
-  ot95::StoreUnit(fresh + end, 0, wide);
-  Adopt(fresh, end + width);
+  std::memcpy(fresh + head, piece, bytes);
+  ot95::StoreUnit(fresh + end, 0, IsWide(codeSet_));
+  Adopt(fresh, size);
 }
 
 OtString& OtString::Append(const ot95::TextSource& source) {
-  if (TakesUnitsOf(source)) {
-    AssignUnits(source, Length(), 1);
+  const std::size_t length = Length();
+  if (TakesBytesOf(source)) {
+    const std::size_t width = CharWidth(codeSet_);
+    Join(length * width, source.text, source.length * width);
   } else {
-    Splice(SpliceMode::kAssign, source, Length());
+    Splice(SpliceMode::kAssign, source, length);
   }
   return *this;
 }
 
 void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
                            std::size_t repeat) {
-  if (mode == SpliceMode::kAssign) return AssignUnits(source, position, repeat);
   const std::size_t width = CharWidth(codeSet_);
   // The buffer may hold more than its text; that much is carried along.
   const std::size_t held =
@@ -251,7 +247,7 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
   const std::size_t gap = piece * repeat;
   std::size_t tailFrom = head;  // where in the old text the rest begins
   if (mode == SpliceMode::kReplace) tailFrom += piece;
-  const std::size_t tail = held - tailFrom;
+  const std::size_t tail = mode == SpliceMode::kAssign ? width : held - tailFrom;
   const std::size_t size = head + gap + tail;
   ot95::CheckTextSize(size);
 
@@ -264,7 +260,11 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
   } else {
     ot95::FillUnits(source.text, gap / width, fresh + head, width == 2);
   }
-  std::memcpy(fresh + head + gap, old + tailFrom, tail);
+  if (mode == SpliceMode::kAssign) {
+    std::memset(fresh + head + gap, 0, width);
+  } else {
+    std::memcpy(fresh + head + gap, old + tailFrom, tail);
+  }
   Adopt(fresh, size);
 }
 

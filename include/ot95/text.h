@@ -191,9 +191,11 @@ class OT95_EXPORT OtCharOperation {
 /// state of its own, apart from the empty text. At most 65,532 bytes with the terminator.
 class OT95_EXPORT OtString {
  public:
-  OtString();  ///< No text, in the default code set and language.
+  /// No text, in the default code set and language.
+  OtString() : OtString(GetDefaultCodeSet(), GetDefaultLanguage()) {}
   /// No text. The arguments are kept as they are: 0xff isn't resolved.
-  OtString(unsigned char codeSet, unsigned char language);
+  OtString(unsigned char codeSet, unsigned char language)
+      : buffer_(nullptr), memLen_(0), codeSet_(codeSet), language_(language) {}
   OtString(const OtString& other);      ///< The text up to its terminator.
   OtString(OtString&& other) noexcept;  ///< As Destruct.
   // All others have the default language, and the default code set of the width that they are
@@ -372,14 +374,14 @@ class OT95_EXPORT OtString {
 
   void SetText(const void* source, unsigned char codeSet, unsigned short length,
                unsigned char format = 0xff);
-  void SetWholeText(const char* text);
   void Adopt(char* buffer, std::size_t bytes);
   void Splice(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
               std::size_t repeat = 1);
   void SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std::size_t position,
                    std::size_t repeat);
-  void AssignUnits(const ot95::TextSource& source, std::size_t position, std::size_t repeat);
+  void Join(std::size_t head, const char* piece, std::size_t bytes);
   bool TakesUnitsOf(const ot95::TextSource& source) const;
+  bool TakesBytesOf(const ot95::TextSource& source) const;
   void Convert(unsigned char from, unsigned char to);
   std::size_t Length() const;
   void InsertAt(const OtString& text, std::size_t pos);
