@@ -4,6 +4,7 @@
 #include "ot95/text.h"
 #include "ottyphash.h"
 #include "rows.h"
+#include "scalarevl.h"
 #include "temporalevl.h"
 #include "temporalrow.h"
 #include "temporaltext.h"
@@ -187,7 +188,7 @@ constinit OtTypeDescriptor rowD_Interval = {
     .SizeGet = FloatSizeGet,
     .SizeGetFromMemFile = PrimitiveFileSize<FloatSizeGet, 15>,
     .Compare = FloatCompare,
-    .EvalAndBound = nullptr,
+    .EvalAndBound = EvalNumber<float>,
     .Hash = ScalarHash<float>,
     .ConvertTo = ToTexts<d_Interval>,
     .ConvertFrom = FromTexts<d_Interval>,

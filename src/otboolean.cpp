@@ -5,6 +5,7 @@
 #include "nulltext.h"
 #include "ot95/store.h"
 #include "ot95/text.h"
+#include "ottypevl.h"
 #include "ottyphash.h"
 #include "rowkit.h"
 #include "rows.h"
@@ -39,6 +40,13 @@ long CompareBytes(const unsigned char* byte1, const unsigned char* byte2) {
   right.value = *byte2;
   if (left.IsNullValue() && right.IsNullValue()) return 0;
   return left < right ? -1 : left > right ? 1 : 0;
+}
+
+/// Three values there are, and each is as likely as the others.
+float EvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value, unsigned char,
+                   unsigned long count, OtIdxBounds* limits) {
+  StoreBound(limits, value, op, count);
+  return HasRange(bounds) ? static_cast<float>(1.0 / 3.0) : 0.0F;
 }
 
 void Write(OtString& text, const OtBoolean& value) {
@@ -103,7 +111,7 @@ constinit OtTypeDescriptor rowOtBoolean = {
     .SizeGet = Size,
     .SizeGetFromMemFile = SizeFromMemFile,
     .Compare = BooleanCompare,
-    .EvalAndBound = nullptr,
+    .EvalAndBound = EvalAndBound,
     .Hash = ScalarHash<signed char>,
     .ConvertTo = ConvertToTexts<OtBoolean, Write>,
     .ConvertFrom = convertFrom,

@@ -245,10 +245,11 @@ OT95_IDENTITY_STORAGE(OtRef)
 float OtObjId::EvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value,
                             unsigned char format, unsigned long count, OtIdxBounds* limits) {
   const bool ranged = HasRange(bounds);
-  const double lower = ranged ? LineNumberAt(bounds->lowerKey, format) : 0;
-  const double upper = ranged ? LineNumberAt(bounds->upperKey, format) : 0;
+  constexpr unsigned width = Form<OtObjId>::width;
+  const double lower = ranged ? LineNumberAt(ot95::LowerKey<width>(*bounds).bytes, format) : 0;
+  const double upper = ranged ? LineNumberAt(ot95::UpperKey<width>(*bounds).bytes, format) : 0;
   const double number = LineNumberAt(value, format);
-  StoreBound(limits, value, op, count * Form<OtObjId>::width);
+  StoreBound(limits, value, op, count * width);
   return static_cast<float>(EstimateRange(op, number, number, lower, upper, 1.0) /
                             (upper - lower + 1.0));
 }

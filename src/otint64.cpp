@@ -12,6 +12,7 @@
 #include "ot95/fault.h"
 #include "ot95/store.h"
 #include "ot95/text.h"
+#include "ottypevl.h"
 #include "ottyphash.h"
 #include "rowkit.h"
 #include "rows.h"
@@ -239,6 +240,17 @@ unsigned long SizeFromMemFile(MemFile*, unsigned char, unsigned long count) {
   return count * kWidth;
 }
 
+float EvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                   unsigned long count, OtIdxBounds* limits) {
+  StoreBound(limits, value, op, count * kWidth);
+  if (!HasRange(bounds)) return 0.0F;
+  const OtInt64 number = ReadInt64(static_cast<const unsigned char*>(value), format);
+  const OtInt64 lower = ReadInt64(LowerKey<kWidth>(*bounds).bytes, format);
+  const OtInt64 upper = ReadInt64(UpperKey<kWidth>(*bounds).bytes, format);
+  return static_cast<float>(EstimateInt64(op, number, lower, upper) /
+                            (LineNumber(upper) - LineNumber(lower) + 1.0));
+}
+
 OtString& Print(OtString& target, void* value, const char* format, unsigned long /*count*/) {
   return static_cast<const OtInt64*>(value)->PrintToOtString(target, format);
 }
@@ -263,7 +275,7 @@ constinit OtTypeDescriptor rowOtInt64 = {
     .SizeGet = Size,
     .SizeGetFromMemFile = SizeFromMemFile,
     .Compare = Int64Compare,
-    .EvalAndBound = nullptr,
+    .EvalAndBound = EvalAndBound,
     .Hash = ScalarHash<std::int64_t>,  // The halves fold alike in every order.
     .ConvertTo = ScalarConvertTo<Int64AsText>,
     .ConvertFrom = convertFrom,

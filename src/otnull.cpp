@@ -7,10 +7,12 @@
 #include "numbertext.h"
 #include "ot95/int64.h"
 #include "ot95/store.h"
+#include "ottypevl.h"
 #include "ottyphash.h"
 #include "rowkit.h"
 #include "rows.h"
 #include "scalarconvert.h"
+#include "scalarevl.h"
 #include "scalartext.h"
 #include "statics.h"
 
@@ -157,6 +159,40 @@ struct Nullable {
         [form](const unsigned char* element) { return HashRecord(Loaded(element, form)); });
   }
 
+  static NullableNumber Place(const Record& record) {
+    if constexpr (std::is_same_v<Value, OtInt64>) {
+      return {LineNumber(record.value), record.isNull != 0};
+    } else {
+      return {static_cast<double>(record.value), record.isNull != 0};
+    }
+  }
+
+  // The number of values that qualify: it has never been divided by the range.
+  static double CountInt64(unsigned short op, const Record& record, const Record& low,
+                           const Record& high, double sum) {
+    if (record.isNull && !high.isNull) return 1.0;
+    const bool above =
+        (op & OT_OP_GREATER) || low.value <= record.value || (low.isNull && !record.isNull);
+    const bool below = (op & OT_OP_LESS) || record.value <= high.value;
+    return sum == 0.0 && above && below ? 1.0 : sum;
+  }
+
+  static float EvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, unsigned long count, OtIdxBounds* limits) {
+    StoreBound(limits, value, op, count * storedWidth);
+    if (!HasRange(bounds)) return 0.0F;
+    const Record record = Loaded(static_cast<const unsigned char*>(value), format);
+    const Record low = Loaded(LowerKey<storedWidth>(*bounds).bytes, format);
+    const Record high = Loaded(UpperKey<storedWidth>(*bounds).bytes, format);
+    const double sum = EstimateNullable(op, Place(record), Place(low), Place(high));
+    if constexpr (std::is_same_v<Value, OtInt64>) {
+      return static_cast<float>(CountInt64(op, record, low, high, sum));
+    } else {
+      const double share = sum / (Place(high).number - Place(low).number + 1.0);
+      return static_cast<float>(std::is_same_v<Value, double> ? Floored(share, sum) : share);
+    }
+  }
+
   static int IsNull(void* value) {
     return static_cast<signed char>(static_cast<Record*>(value)->isNull);
   }
@@ -215,6 +251,7 @@ struct Nullable {
             .SizeGet = SizeGet,
             .SizeGetFromMemFile = SizeGetFromMemFile,
             .Compare = Compare,
+            .EvalAndBound = EvalAndBound,
             .Hash = Hash,
             .ConvertTo = NullableConvertTo<AsText, Record>,
             .ConvertFrom = NullableConvertFrom<AsText, Record, Create>,

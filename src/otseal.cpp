@@ -128,23 +128,14 @@ OtInt64 NumberAt(const void* disk) {
   return number;
 }
 
-double Real(const OtInt64& number) {
-  return number.high * 4294967296.0 + number.low;
-}
-
 float EvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value, unsigned char,
                    unsigned long count, OtIdxBounds* limits) {
   StoreBound(limits, value, op, count * width);
   if (!HasRange(bounds)) return 0.0F;
-  const OtInt64 number = NumberAt(value);
-  const OtInt64 lower = NumberAt(bounds->lowerKey);
-  const OtInt64 upper = NumberAt(bounds->upperKey);
-  double share = EstimateRange(op, Real(number), Real(number), Real(lower), Real(upper), 1.0);
-  if (share == 0.0 && ((op & OT_OP_GREATER) || lower <= number) &&
-      ((op & OT_OP_LESS) || number <= upper)) {
-    share = 1.0;
-  }
-  return static_cast<float>(share / (Real(upper) - Real(lower) + 1.0));
+  const OtInt64 lower = NumberAt(ot95::LowerKey<width>(*bounds).bytes);
+  const OtInt64 upper = NumberAt(ot95::UpperKey<width>(*bounds).bytes);
+  return static_cast<float>(EstimateInt64(op, NumberAt(value), lower, upper) /
+                            (LineNumber(upper) - LineNumber(lower) + 1.0));
 }
 
 OtString& PrintToString(OtString& target, void* value, const char*, unsigned long) {

@@ -1,9 +1,7 @@
 #include "ottypevl.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 
 #include "ot95/fault.h"
@@ -11,28 +9,69 @@
 namespace ot95 {
 namespace {
 
-// NaN and infinities count as the greatest number there is.
-double Sanitised(double amount) {
-  return std::isfinite(amount) ? amount : std::numeric_limits<double>::max();
+// What counts of an amount; a not-a-number doesn't.
+double Positive(double amount) {
+  return amount > 0 ? amount : 0;
 }
 
-double Qualifying(double amount) {
-  const double sane = Sanitised(amount);
-  return sane > 0 ? sane : 0;
+// Where the stretches above and below an operand begin and end: outside the range, one step past
+// its end.
+double StartAbove(double last, double lower, double step) {
+  return lower > last ? lower - step : last;
+}
+double EndBelow(double first, double upper, double step) {
+  return upper < first ? upper + step : first;
 }
 
 }  // namespace
 
+double Sanitised(double amount) {
+  return std::isfinite(amount) ? amount : std::numeric_limits<double>::max();
+}
+
+double LineNumber(OtInt64 number) {
+  return number.high * 4294967296.0 + number.low;
+}
+
 double EstimateRange(unsigned short op, double first, double last, double lower, double upper,
                      double step) {
   double sum = 0;
-  if (op & OT_OP_GREATER) sum += Qualifying(upper - (lower > last ? lower - step : last));
-  if (op & OT_OP_LESS) sum += Qualifying((upper < first ? upper + step : first) - lower);
+  if (op & OT_OP_GREATER) sum += Positive(Sanitised(upper - StartAbove(last, lower, step)));
+  if (op & OT_OP_LESS) sum += Positive(Sanitised(EndBelow(first, upper, step) - lower));
   if (op & OT_OP_EQUAL) {
-    const double overlap = Sanitised(std::min(last, upper) - std::max(first, lower)) + step;
-    if (overlap > 0) sum += overlap;
+    sum += Positive(Sanitised(std::min(last, upper) - std::max(first, lower)) + step);
   }
   return sum;
+}
+
+double EstimateInt64(unsigned short op, OtInt64 number, OtInt64 lower, OtInt64 upper) {
+  const double place = LineNumber(number);
+  const double sum = EstimateRange(op, place, place, LineNumber(lower), LineNumber(upper), 1.0);
+  const bool lies =
+      ((op & OT_OP_GREATER) || lower <= number) && ((op & OT_OP_LESS) || number <= upper);
+  return sum == 0.0 && lies ? 1.0 : sum;
+}
+
+double EstimateNullable(unsigned short op, NullableNumber value, NullableNumber lower,
+                        NullableNumber upper) {
+  // What an end of the range or an operand that is null leaves to guess.
+  constexpr double halfOpen = 0.5, equalToOne = 0.1, equalToNull = 0.001;
+  double sum = 0;
+  if ((op & OT_OP_GREATER) && !upper.isNull) {
+    sum += value.isNull || lower.isNull
+               ? halfOpen
+               : Positive(upper.number - StartAbove(value.number, lower.number, 1.0));
+  }
+  if ((op & OT_OP_LESS) && !value.isNull && !upper.isNull) {
+    sum += lower.isNull ? halfOpen
+                        : Positive(EndBelow(value.number, upper.number, 1.0) - lower.number);
+  }
+  if (!(op & OT_OP_EQUAL)) return sum;
+  if (value.isNull) return sum + (lower.isNull ? equalToNull : 0);
+  if (upper.isNull) return sum;
+  const double overlap =
+      std::min(value.number, upper.number) + 1.0 - std::max(value.number, lower.number);
+  return sum + (lower.isNull ? equalToOne : Positive(overlap));
 }
 
 unsigned char* NewKey(void*& key, unsigned char& keyLength, unsigned long size) {

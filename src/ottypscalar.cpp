@@ -1,10 +1,11 @@
 // The rows of the twelve scalars. Families of rows share their functions; within a family only the
-// order, the hash and the format differ.
+// order, the estimate, the hash and the format differ.
 #include "ot95/store.h"
 #include "ottyphash.h"
 #include "rowkit.h"
 #include "rows.h"
 #include "scalarconvert.h"
+#include "scalarevl.h"
 #include "scalartext.h"
 
 namespace ot95 {
@@ -82,7 +83,7 @@ struct DoubleFamily : Family<double, DoubleAsText> {
 
 template <class F>
 constexpr OtTypeDescriptor ScalarRow(const char* name, const char* format, OtCompareFunc compare,
-                                     OtHashFunc hash) {
+                                     OtEvalFunc evaluate, OtHashFunc hash) {
   constexpr auto assign = AssignBytes<F::width>;
   constexpr auto convertFrom = ScalarConvertFrom<typename F::AsText, F::create>;
   return {.name = name,
@@ -94,6 +95,7 @@ constexpr OtTypeDescriptor ScalarRow(const char* name, const char* format, OtCom
           .SizeGet = F::size,
           .SizeGetFromMemFile = F::fileSize,
           .Compare = compare,
+          .EvalAndBound = evaluate,
           .Hash = hash,
           .ConvertTo = ScalarConvertTo<typename F::AsText>,
           .ConvertFrom = convertFrom,
@@ -120,35 +122,36 @@ unsigned long EnumTranslate(void* target, unsigned char targetFormat, unsigned l
 }
 
 constexpr OtTypeDescriptor EnumRow() {
-  OtTypeDescriptor row = ScalarRow<IntFamily>("enum", "%d", IntCompare, ScalarHash<std::int32_t>);
+  OtTypeDescriptor row = ScalarRow<IntFamily>("enum", "%d", IntCompare, EvalNumber<std::int32_t>,
+                                              ScalarHash<std::int32_t>);
   row.Translate = EnumTranslate;
   return row;
 }
 
 }  // namespace
 
-constinit OtTypeDescriptor rowChar =
-    ScalarRow<CharFamily>("char", "%c", CharCompare, ScalarHash<signed char>);
-constinit OtTypeDescriptor rowOtByte =
-    ScalarRow<CharFamily>("OtByte", "%c", ByteCompare, ScalarHash<unsigned char>);
-constinit OtTypeDescriptor rowShort =
-    ScalarRow<ShortFamily>("short", "%hd", ShortCompare, ScalarHash<std::int16_t>);
-constinit OtTypeDescriptor rowOtWord =
-    ScalarRow<ShortFamily>("OtWord", "%hu", WordCompare, ScalarHash<std::uint16_t>);
+constinit OtTypeDescriptor rowChar = ScalarRow<CharFamily>(
+    "char", "%c", CharCompare, EvalNumber<signed char>, ScalarHash<signed char>);
+constinit OtTypeDescriptor rowOtByte = ScalarRow<CharFamily>(
+    "OtByte", "%c", ByteCompare, EvalNumber<unsigned char>, ScalarHash<unsigned char>);
+constinit OtTypeDescriptor rowShort = ScalarRow<ShortFamily>(
+    "short", "%hd", ShortCompare, EvalNumber<std::int16_t>, ScalarHash<std::int16_t>);
+constinit OtTypeDescriptor rowOtWord = ScalarRow<ShortFamily>(
+    "OtWord", "%hu", WordCompare, EvalNumber<std::uint16_t>, ScalarHash<std::uint16_t>);
 constinit OtTypeDescriptor rowLong =
-    ScalarRow<LongFamily>("long", "%ld", LongCompare, ScalarHash<OtLong>);
+    ScalarRow<LongFamily>("long", "%ld", LongCompare, EvalNumber<OtLong>, ScalarHash<OtLong>);
 constinit OtTypeDescriptor rowOtDWord =
-    ScalarRow<LongFamily>("OtDWord", "%lu", DwordCompare, ScalarHash<OtDWord>);
-constinit OtTypeDescriptor rowBlockId =
-    ScalarRow<LongFamily>("BlockId", "#%lu", DwordCompare, ScalarHash<OtDWord>);
-constinit OtTypeDescriptor rowInt =
-    ScalarRow<IntFamily>("int", "%d", IntCompare, ScalarHash<std::int32_t>);
+    ScalarRow<LongFamily>("OtDWord", "%lu", DwordCompare, EvalNumber<OtDWord>, ScalarHash<OtDWord>);
+constinit OtTypeDescriptor rowBlockId = ScalarRow<LongFamily>(
+    "BlockId", "#%lu", DwordCompare, EvalNumber<OtDWord>, ScalarHash<OtDWord>);
+constinit OtTypeDescriptor rowInt = ScalarRow<IntFamily>(
+    "int", "%d", IntCompare, EvalNumber<std::int32_t>, ScalarHash<std::int32_t>);
 constinit OtTypeDescriptor rowEnum = EnumRow();
-constinit OtTypeDescriptor rowUnsigned =
-    ScalarRow<UnsignedFamily>("unsigned", "%u", UnsignedCompare, ScalarHash<std::uint32_t>);
+constinit OtTypeDescriptor rowUnsigned = ScalarRow<UnsignedFamily>(
+    "unsigned", "%u", UnsignedCompare, EvalNumber<std::uint32_t>, ScalarHash<std::uint32_t>);
 constinit OtTypeDescriptor rowFloat =
-    ScalarRow<FloatFamily>("float", "%f", FloatCompare, ScalarHash<float>);
+    ScalarRow<FloatFamily>("float", "%f", FloatCompare, EvalNumber<float>, ScalarHash<float>);
 constinit OtTypeDescriptor rowDouble =
-    ScalarRow<DoubleFamily>("double", "%lf", DoubleCompare, ScalarHash<double>);
+    ScalarRow<DoubleFamily>("double", "%lf", DoubleCompare, EvalNumber<double>, ScalarHash<double>);
 
 }  // namespace ot95

@@ -23,23 +23,13 @@ struct Range {
   double upper = 0;
 };
 
-/// A key of an index in `width` bytes, with zeros for those that it lacks.
-template <std::size_t width>
-struct WholeKey {
-  unsigned char bytes[width] = {};
-  WholeKey(const void* key, unsigned char length) {
-    std::memcpy(bytes, key, length == 0 ? width : std::min<std::size_t>(length, width));
-  }
-};
-
 /// The numbers of an index's keys; zeros where its range isn't known.
 template <class T, class Number>
 Range RangeOf(const OtIdxBounds* bounds, Number number) {
   constexpr std::size_t width = storedForm<T>.width;
   if (!HasRange(bounds)) return {};
-  return {
-      static_cast<double>(number(WholeKey<width>(bounds->lowerKey, bounds->lowerKeyLength).bytes)),
-      static_cast<double>(number(WholeKey<width>(bounds->upperKey, bounds->upperKeyLength).bytes))};
+  return {static_cast<double>(number(LowerKey<width>(*bounds).bytes)),
+          static_cast<double>(number(UpperKey<width>(*bounds).bytes))};
 }
 
 float Share(unsigned short op, double first, double last, const Range& range) {
