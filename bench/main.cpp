@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
   bench::RegisterConversion();
   bench::RegisterScalars();
   bench::RegisterInt64();
+  bench::RegisterTemporal();
   benchmark::RunSpecifiedBenchmarks();
   ___OtTypemgrContext(0);
 }

@@ -27,6 +27,7 @@ void RegisterMatching();
 void RegisterConversion();
 void RegisterScalars();
 void RegisterInt64();
+void RegisterTemporal();
 
 }  // namespace bench
 

@@ -35,6 +35,8 @@ constexpr std::uint64_t kHighBits = 0x8080808080808080u;
 constexpr std::uint64_t kOnes = 0x0101010101010101u;
 constexpr std::uint64_t kUnitOnes = 0x0001000100010001u;
 constexpr std::size_t kBlock = 8;  ///< Bytes or units that the fast paths take at once.
+/// Units that decoding a block may write: four pairs, of which most don't count, behind seven.
+constexpr std::size_t kBlockUnits = 11;
 
 /// The same marks in every 16-bit part of a word.
 constexpr std::uint64_t InEachUnit(std::uint64_t unit) {
@@ -52,9 +54,9 @@ constexpr std::size_t BeforeMark(std::uint64_t marks, int bitsOfOne) {
 using EightBytes [[gnu::vector_size(kBlock)]] = std::uint8_t;
 using EightUnits [[gnu::vector_size(2 * kBlock)]] = std::uint16_t;
 
-inline void Widen(std::uint64_t bytes, std::uint16_t* units) {
+inline void Widen(const void* bytes, void* units) {
   EightBytes block;
-  std::memcpy(&block, &bytes, sizeof block);
+  std::memcpy(&block, bytes, sizeof block);
   const EightUnits wide = __builtin_convertvector(block, EightUnits);
   std::memcpy(units, &wide, sizeof wide);
 }
@@ -130,30 +132,33 @@ inline std::uint64_t LoadBlock(const Byte* at, const Byte* end) {
   return word >> 8 * (kBlock - rest) | ~std::uint64_t{0} << 8 * rest;
 }
 
-/// Takes what is plain or of two-byte sequences from a block, with room for eight units.
+/// Takes what is plain or of two-byte sequences from a block, with room for kBlockUnits.
 /// @return false if neither begins here; the bytes are then decoded one by one.
 template <AtZero atZero>
 inline bool DecodeBlock(std::uint64_t word, std::uint16_t* out, Decoded& at) {
   std::uint64_t marks = word & kHighBits;
   if (atZero == AtZero::kStop) marks |= (word - kOnes) & ~word & kHighBits;
   if (marks == 0) {
-    Widen(word, out);
+    Widen(&word, out);
     at.bytes += kBlock;
     at.units += kBlock;
     return true;
   }
-  if (const std::size_t plain = BeforeMark(marks, 8); plain != 0) {
-    Widen(word, out);
+  // What is plain may be followed by pairs.
+  const std::size_t plain = BeforeMark(marks, 8);
+  if (plain != 0) {
+    Widen(&word, out);
+    out += plain;
     at.bytes += plain;
     at.units += plain;
-    return true;
+    word >>= 8 * plain;
   }
   // Marked is a pair that doesn't look like 110xxxxx 10xxxxxx, or is an overlong form.
   const std::uint64_t pairs = word ^ InEachUnit(0x80c0);
   const std::uint64_t first = word & InEachUnit(0x1e);
   marks = (pairs & InEachUnit(0xc0e0)) | ((first - kUnitOnes) & InEachUnit(0x8000));
   const std::size_t good = marks == 0 ? 4 : BeforeMark(marks, 16);
-  if (good == 0) return false;
+  if (good == 0) return plain != 0;
   const std::uint64_t units = (word & InEachUnit(0x1f)) << 6 | (word >> 8 & InEachUnit(0x3f));
   std::memcpy(out, &units, sizeof units);
   at.bytes += 2 * good;
@@ -184,7 +189,7 @@ Decoded DecodeText(const Byte* s, std::size_t n, std::size_t limit, std::uint16_
   Decoded at;
   const bool inBlocks = kWordsFitThisMachine && limit >= kBlock;
   while (at.bytes < limit) {
-    if (inBlocks && at.units <= room && room - at.units >= kBlock &&
+    if (inBlocks && at.units <= room && room - at.units >= kBlockUnits &&
         DecodeBlock<atZero>(LoadBlock(s + at.bytes, s + limit), out + at.units, at)) {
       continue;
     }
@@ -295,6 +300,42 @@ bool IsAscii(const char* text, std::size_t length) {
   return true;
 }
 
+/// Calls `take` with the place of every block of a text until it answers false. The text has at
+/// least one block; the last may overlap the one before. @return whether all were taken.
+template <class Take>
+inline bool ForBlocks(std::size_t length, Take take) {
+  const std::size_t last = length - kBlock;
+  for (std::size_t at = 0; at < last; at += kBlock) {
+    if (!take(at)) return false;
+  }
+  return take(last);
+}
+
+/// Whether a text of at least one block is ASCII without zeros.
+bool IsPlain(const char* text, std::size_t length) {
+  return ForBlocks(length, [text](std::size_t at) {
+    std::uint64_t block;
+    std::memcpy(&block, text + at, sizeof block);
+    // Without a high bit, taking 1 away sets one under zeros only, or borrows from one.
+    return ((block | (block - kOnes)) & kHighBits) == 0;
+  });
+}
+
+/// Memory for a text of `count` units, with the terminator; null after a failure.
+char* MakeUnits(std::size_t count) {
+  const std::size_t bytes = 2 * count + 2;
+  ot95::CheckTextSize(bytes);
+  char* const text = ot95::NewText(bytes);
+  if (text != nullptr) ot95::StoreWide(text + bytes - 2, 0);
+  return text;
+}
+
+/// Gives `target` a text from MakeUnits. It keeps its language.
+void TakeUnits(OtString& target, char* text, std::size_t count) {
+  ot95::TextAccess::Adopt(target, text, 2 * count + 2);
+  ot95::TextAccess::SetLabels(target, OT_CS_UNICODE, target.GetLanguageCode());
+}
+
 /// Code sets up to this one hold ASCII at its own values.
 constexpr Byte kLastAsciiCodeSet = 0x1a;
 /// The same for OtMBSLength, which trusts fewer.
@@ -337,26 +378,27 @@ long OtMultiByteString2OtString(const char* s, OtString& target, long n) {
   return OtMBS2OtString(s, target, n);
 }
 
-/// Gives `target` units as its text. It keeps its language.
-static void TakeUnits(OtString& target, const std::uint16_t* units, std::size_t count) {
-  char* text = nullptr;
-  const std::size_t bytes = 2 * count + 2;
-  if (count != 0) {
-    ot95::CheckTextSize(bytes);
-    text = ot95::NewText(bytes);
-  }
+/// For a text that IsPlain: what it will be needs no decoding to be known.
+static long TakePlain(const char* s, OtString& target, std::size_t size) {
+  char* const text = MakeUnits(size);
   if (text != nullptr) {
-    std::memcpy(text, units, bytes - 2);
-    ot95::StoreWide(text + bytes - 2, 0);
+    ForBlocks(size, [=](std::size_t at) {
+      Widen(s + at, text + 2 * at);
+      return true;
+    });
   }
-  ot95::TextAccess::Adopt(target, text, bytes);
-  ot95::TextAccess::SetLabels(target, OT_CS_UNICODE, target.GetLanguageCode());
+  TakeUnits(target, text, size);
+  return static_cast<long>(size);
 }
 
 long OtMBS2OtString(const char* s, OtString& target, long n) {
   const std::size_t size = s != nullptr ? CountOf(n) : 0;
+  if (size >= kBlock && size < kMaxDecodedBytes && IsPlain(s, size)) {
+    return TakePlain(s, target, size);
+  }
   const std::size_t limit = std::min(size, kMaxDecodedBytes);
-  const std::size_t room = limit + kBlock;  // so that the last units are decoded as a block, too
+  const std::size_t room =
+      limit + kBlockUnits;  // so that the last units are decoded as a block, too
   std::array<std::uint16_t, 256> nearby;
   std::unique_ptr<std::uint16_t[]> large;
   std::uint16_t* units = nearby.data();
@@ -368,7 +410,9 @@ long OtMBS2OtString(const char* s, OtString& target, long n) {
   // The bytes may be the target's own: they are needed until all is decoded.
   const Decoded all =
       DecodeText<AtZero::kStop>(reinterpret_cast<const Byte*>(s), size, limit, units, room);
-  TakeUnits(target, units, all.units);
+  char* const text = all.units != 0 ? MakeUnits(all.units) : nullptr;
+  if (text != nullptr) std::memcpy(text, units, 2 * all.units);
+  TakeUnits(target, text, all.units);
   if (all.bad || (s == nullptr && n > 0)) return -1;
   return all.bytes >= kMaxDecodedBytes ? -2 : static_cast<long>(all.bytes);
 }

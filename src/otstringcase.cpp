@@ -63,8 +63,24 @@ class CaseCache {
     op_ = op;
     codeSet_ = codeSet;
     language_ = language;
+    plainAscii_ = codeSet == OT_CS_UNICODE && Ascii('i') == Ascii('I');
     // No entry may seem to be that of its own place.
     for (std::uint32_t i = 0; i < kEntries; ++i) entries_[i] = ~i << 16;
+  }
+
+  /// Gives four two-byte characters their other case if they are ASCII, with letters that change as
+  /// everywhere but in Turkish, and none is zero; otherwise false.
+  bool ChangeFour(char* place) const {
+    std::uint64_t word;
+    std::memcpy(&word, place, sizeof word);
+    // A unit of zero borrows from its high bits, which no other ASCII unit does.
+    if (((word | (word - kEach)) & kEach * 0xff80) != 0 || !plainAscii_) return false;
+    const std::uint64_t first = op_ == ot95::CaseOp::kUpper ? 'a' : 'A';
+    const std::uint64_t fromFirst = word + kEach * (0x80 - first);
+    const std::uint64_t fromBehindLast = word + kEach * (0x80 - first - 26);
+    word ^= (fromFirst & ~fromBehindLast & kEach * 0x80) >> 2;
+    std::memcpy(place, &word, sizeof word);
+    return true;
   }
 
   bool Find(std::uint16_t unit, std::uint16_t& other) const {
@@ -83,9 +99,16 @@ class CaseCache {
   }
 
  private:
+  static constexpr std::uint64_t kEach = 0x0001000100010001u;  // 1 in each of four units
   static constexpr std::size_t kEntries = 256;
+
+  std::uint16_t Ascii(std::uint16_t letter) const {
+    return ot95::ChangeCase(op_, letter, codeSet_, language_).unit;
+  }
+
   std::array<std::uint32_t, kEntries> entries_;
   bool filled_ = false;
+  bool plainAscii_ = false;
   ot95::CaseOp op_ = ot95::CaseOp::kUpper;
   unsigned char codeSet_ = 0;
   unsigned char language_ = 0;
@@ -93,12 +116,27 @@ class CaseCache {
 
 thread_local CaseCache caseCache;
 
+/// Kept apart: where the cache is known to be the thread's own, its address is asked for again and
+/// again.
+[[gnu::noipa]] CaseCache& CacheOfThread() {
+  return caseCache;
+}
+
 /// Changes characters where they stand, up to the terminator or to the first whose other case is
-/// longer. @return how many were changed.
+/// longer. The first `known` bytes may be looked at in words. @return how many were changed.
 template <bool kWide>
-std::size_t ChangeInPlace(CaseCache& cache, char* const text) {
+std::size_t ChangeInPlace(CaseCache& cache, char* const text, std::size_t known) {
   constexpr std::size_t kWidth = kWide ? 2 : 1;
+  constexpr std::ptrdiff_t kFour = 4 * kWidth;
+  const char* const end = text + known;
+  const char* nextFour = text;  // where words are worth another try
   for (char* at = text;; at += kWidth) {
+    if constexpr (kWide) {
+      if (at >= nextFour) {
+        while (end - at >= kFour && cache.ChangeFour(at)) at += kFour;
+        nextFour = at + kFour;
+      }
+    }
     const std::uint16_t unit = ot95::LoadUnit(at, kWide);
     std::uint16_t other;
     if (!cache.Find(unit, other)) {
@@ -170,12 +208,10 @@ class CaseWriter {
 };
 
 /// A buffer of the right size stays, which saves more time than the change itself takes.
-/// Kept apart: where the cache is known to be the thread's own, its address is asked for at every
-/// character.
 template <bool kWide>
-[[gnu::noipa]] void ChangeText(CaseCache& cache, OtString& string, char* text) {
+void ChangeText(CaseCache& cache, OtString& string, char* text) {
   constexpr std::size_t kWidth = kWide ? 2 : 1;
-  const std::size_t done = ChangeInPlace<kWide>(cache, text);
+  const std::size_t done = ChangeInPlace<kWide>(cache, text, string.MemLen());
   const bool whole = ot95::LoadUnit(text + done * kWidth, kWide) == 0;
   if (whole && string.MemLen() == static_cast<unsigned short>((done + 1) * kWidth)) return;
   const std::size_t length = ot95::TextAccess::Length(string);
@@ -187,7 +223,7 @@ void ChangeCase(ot95::CaseOp op, OtString& string) {
   if (text == ot95::EmptyText()) return;
   unsigned char language = string.GetLanguageCode();
   if (language == OT_LANG_DEFAULT) language = OtString::GetDefaultLanguage();
-  CaseCache& cache = caseCache;
+  CaseCache& cache = CacheOfThread();
   cache.Select(op, string.GetCodeSetCode(), language);
   ot95::IsWide(string.GetCodeSetCode()) ? ChangeText<true>(cache, string, text)
                                         : ChangeText<false>(cache, string, text);

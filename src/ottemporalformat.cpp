@@ -113,7 +113,7 @@ class Printer {
     return *time_;
   }
 
-  char* WriteDirective(char* end, char directive) {
+  [[gnu::always_inline]] char* WriteDirective(char* end, char directive) {
     switch (directive) {
       case 'Y':
         return WriteFour(end, Date().year);
