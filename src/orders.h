@@ -20,6 +20,10 @@ inline constexpr unsigned short kFirstDigit = 0x3f00;
 inline constexpr unsigned short kFirstLetter = 0x4000;
 inline constexpr unsigned short kFirstHan = 0x8000;
 
+constexpr bool IsLetterWord(unsigned order) {
+  return order >= kFirstLetter && order < kFirstHan;
+}
+
 /// The script byte of characters beyond every alphabet.
 inline constexpr unsigned char kBeyondAlphabets = 0x14;
 /// In the script byte of a key: the key was ended by a change of script.
@@ -144,6 +148,10 @@ class OrderWalk {
   bool direct_;        // units are characters of the table, in the machine's order
   std::uint8_t work_;  // flags of records that aren't the whole answer, contractions apart
 };
+
+// OtStrOrderPosition of the text behind a walk, and of raw bytes, which have no orders.
+double OrderPosition(OrderWalk walk, unsigned maxChars);
+double RawPosition(const TextSpan& text, unsigned maxChars);
 
 }  // namespace ot95
 

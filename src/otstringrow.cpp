@@ -5,6 +5,7 @@
 #include "rowkit.h"
 #include "rows.h"
 #include "storedtext.h"
+#include "stringevl.h"
 #include "stringrow.h"
 
 namespace ot95 {
@@ -159,6 +160,7 @@ constexpr OtTypeDescriptor CurrentRow() {
   row.SizeGet = StringSizeGet;
   row.SizeGetFromMemFile = StringSizeInFile;
   row.Compare = StringCompare;
+  row.EvalAndBound = EvalString<0>;
   row.Hash = HashStrings<false>;
   row.Translate = TranslateStrings;
   row.IsNull = IsNullString;
@@ -173,6 +175,7 @@ constexpr OtTypeDescriptor LegacyRow() {
   row.SizeGet = LegacySize;
   row.SizeGetFromMemFile = LegacySizeInFile;
   row.Compare = CompareStrings<true>;
+  row.EvalAndBound = EvalString<1>;
   row.Hash = HashStrings<true>;
   row.Translate = TranslateLegacyStrings;
   row.IsNull = IsNeverNull;
