@@ -12,6 +12,7 @@ add_compile_options(-ffp-contract=off)
 # What a library exports isn't replaced from outside, so that its own calls can be direct ones.
 add_compile_options(-fno-semantic-interposition)
 if(OT95_ILP32)
+  set(CMAKE_LIBRARY_ARCHITECTURE i386-linux-gnu)
   add_compile_options(-m32 -msse2 -mfpmath=sse)
   add_link_options(-m32)
 endif()

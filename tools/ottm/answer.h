@@ -2,8 +2,9 @@
 #define OTTM_ANSWER_H
 
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <string>
+
+#include "bad_input.h"
 
 namespace ottm {
 
@@ -16,12 +17,7 @@ struct Answer {
   int exit = 0;       ///< 1 where a question was answered no.
 };
 
-/// Ends a command with one line on standard error and exit status 2. The text names the argument
-/// and says what was expected.
-class BadInput : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+using ot95::tools::BadInput;
 
 }  // namespace ottm
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ot95/text.h"
+#include "utf8text.h"
 
 namespace ottm {
 
@@ -23,8 +24,7 @@ struct TextOptions {
   OtString Text(std::string_view utf8) const;
 };
 
-/// The text in UTF-8; unpaired surrogates become U+FFFD.
-std::string ToUtf8(const OtString& text);
+using ot95::tools::ToUtf8;
 
 }  // namespace ottm
 

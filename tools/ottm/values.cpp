@@ -102,7 +102,13 @@ bool Values::IsNull(unsigned long index) const {
   return manager_.IsNullPtrGet(id_) != nullptr && manager_.IsNullValue(id_, Element(index)) != 0;
 }
 
+// A row prints a text by way of an 8-bit code set; conversion gives it whole.
 std::string Values::Print(unsigned long index, const char* format) const {
+  const bool isText = manager_.ExchangeFormat(id_, nullptr) == std::string_view("%s");
+  if (format == nullptr && isText && !IsNull(index)) {
+    const std::unique_ptr<OtTypeConvertData> data(manager_.ConvertTo(id_, Element(index), 1));
+    if (data) return ToUtf8(*data->GetString(0));
+  }
   OtString text(OT_CS_UNICODE, OT_LANG_DEFAULT);
   manager_.PrintToOtString(id_, text, Element(index), format, 1);
   return ToUtf8(text);

@@ -1,0 +1,154 @@
+#include "execute.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+
+#include "bad_input.h"
+#include "keys.h"
+
+namespace otdb {
+namespace {
+
+class Execution {
+ public:
+  Execution(const Store& store, lmdb::txn& txn, const Query& query, const Visitor& visitor)
+      : form_(store.GetSchema().form),
+        trees_(store.TreesOf(*query.type)),
+        txn_(txn),
+        query_(query),
+        visitor_(visitor) {}
+
+  Tally Run(const Plan& plan) {
+    oncePerObject_ = plan.ranges.size() > 1;
+    if (plan.ranges.empty()) {
+      ScanObjects();
+    } else {
+      for (const Range& range : plan.ranges) {
+        if (!ScanRange(range)) break;
+      }
+    }
+    return tally_;
+  }
+
+ private:
+  void ScanObjects() {
+    Cursor cursor(txn_, trees_.objects);
+    for (bool more = cursor.First(); more; more = cursor.Next()) {
+      ++tally_.looked;
+      if (!Offer(cursor.Key(), cursor.Data())) return;
+    }
+  }
+
+  bool ScanRange(const Range& range) {
+    const char type = trees_.type->members[range.index->member].type;
+    Cursor cursor(txn_, range.index->all);
+    bool more = range.lower ? cursor.Seek(*range.lower) : cursor.First();
+    for (; more; more = cursor.Next()) {
+      if (range.upper && CompareKeys(type, cursor.Key(), *range.upper, form_) > 0) break;
+      if (!OfferEntry(cursor.Data())) return false;
+    }
+    return !range.withPartial || ScanPartial(range, type);
+  }
+
+  /// The entries outside the limits.
+  bool ScanPartial(const Range& range, char type) {
+    Cursor cursor(txn_, range.index->partial);
+    bool more = range.lower && cursor.First();
+    for (; more; more = cursor.Next()) {
+      if (CompareKeys(type, cursor.Key(), *range.lower, form_) >= 0) break;
+      if (!OfferEntry(cursor.Data())) return false;
+    }
+    more = range.upper && cursor.Seek(*range.upper);
+    for (; more; more = cursor.Next()) {
+      if (CompareKeys(type, cursor.Key(), *range.upper, form_) == 0) continue;
+      if (!OfferEntry(cursor.Data())) return false;
+    }
+    return true;
+  }
+
+  bool OfferEntry(View id) {
+    ++tally_.looked;
+    if (oncePerObject_ && !seen_.emplace(id.begin(), id.end()).second) return true;
+    const auto bytes = Get(txn_, trees_.objects, id);
+    if (!bytes) throw ot95::tools::BadInput("an index of " + trees_.type->name + " is damaged");
+    return Offer(id, *bytes);
+  }
+
+  /// @return whether to go on.
+  bool Offer(View id, View bytes) {
+    const Record record(*trees_.type, bytes, form_);
+    if (!query_.where.Holds(*trees_.type, record, form_)) return true;
+    ++tally_.found;
+    return visitor_(id, record);
+  }
+
+  unsigned char form_;
+  const ClassTrees& trees_;
+  lmdb::txn& txn_;
+  const Query& query_;
+  const Visitor& visitor_;
+  Tally tally_;
+  bool oncePerObject_ = false;
+  std::unordered_set<std::string> seen_;
+};
+
+/// An object that waits for its turn: views of the store's own pages.
+struct Waiting {
+  View id;
+  View record;
+  std::vector<View> members;
+};
+
+bool ComesBefore(const Query& query, const Waiting& a, const Waiting& b, unsigned char form) {
+  for (std::size_t i = 0; i < query.orders.size(); ++i) {
+    const auto& order = query.orders[i];
+    const long sign = CompareStored(query.type->members[order.member], a.members[i], b.members[i],
+                                    OT_CMP_NO_WILDCARDS, form);
+    if (sign != 0) return order.descending ? sign > 0 : sign < 0;
+  }
+  return false;
+}
+
+Visitor UpTo(std::size_t limit, std::size_t& count, const Visitor& visitor) {
+  return [&visitor, &count, limit](View id, const Record& record) {
+    return visitor(id, record) && ++count < limit;
+  };
+}
+
+Tally ExecuteInOrder(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+                     const Visitor& visitor) {
+  const unsigned char form = store.GetSchema().form;
+  std::vector<Waiting> waiting;
+  const Tally tally = Execution(store, txn, query, [&](View id, const Record& record) {
+                        Waiting next{id, record.All(), {}};
+                        for (const auto& order : query.orders)
+                          next.members.push_back(record.MemberAt(order.member));
+                        waiting.push_back(std::move(next));
+                        return true;
+                      }).Run(plan);
+  std::stable_sort(waiting.begin(), waiting.end(), [&](const Waiting& a, const Waiting& b) {
+    return ComesBefore(query, a, b, form);
+  });
+  if (query.limit && waiting.size() > *query.limit) waiting.resize(*query.limit);
+  for (const Waiting& each : waiting) {
+    if (!visitor(each.id, Record(*query.type, each.record, form))) break;
+  }
+  return tally;
+}
+
+}  // namespace
+
+Tally Execute(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+              const Visitor& visitor) {
+  if (query.limit && *query.limit == 0) return {};
+  if (!query.orders.empty() && !query.count) {
+    return ExecuteInOrder(store, txn, query, plan, visitor);
+  }
+  std::size_t count = 0;
+  if (!query.limit) return Execution(store, txn, query, visitor).Run(plan);
+  const Visitor limited = UpTo(*query.limit, count, visitor);
+  return Execution(store, txn, query, limited).Run(plan);
+}
+
+}  // namespace otdb

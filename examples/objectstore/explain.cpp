@@ -1,0 +1,81 @@
+#include "explain.h"
+
+#include <cmath>
+#include <sstream>
+
+#include "keys.h"
+#include "ot95/text.h"
+#include "utf8text.h"
+#include "value.h"
+
+namespace otdb {
+namespace {
+
+constexpr const char* kKeyDirective = "%4M";  // order words as the characters they stand for
+
+std::string Percent(double share) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.4g%%", share * 100);
+  return text;
+}
+
+std::string NameOf(const Query& query, const Range& range) {
+  return query.type->name + "." + query.type->members[range.index->member].name;
+}
+
+std::string LimitsOf(const Query& query, const Range& range, unsigned char form) {
+  const Member& member = query.type->members[range.index->member];
+  const auto text = [&](const std::optional<Bytes>& key) {
+    return key ? "'" + KeyToText(member, *key, form) + "'" : std::string("...");
+  };
+  return text(range.lower) + " to " + text(range.upper);
+}
+
+std::size_t ObjectsOf(const Store& store, lmdb::txn& txn, const Query& query) {
+  return StatOf(txn, store.TreesOf(*query.type).objects).ms_entries;
+}
+
+}  // namespace
+
+std::string KeyToText(const Member& member, View key, unsigned char form) {
+  Member one = member;
+  one.count = 1;
+  Value value(one);
+  void* place = Types().Create(member.type, 1);
+  Types().Translate(member.type, place, OT_FORMAT_MEMORY, Types().MemLenGet(member.type, 1),
+                    Place(key), KeyFormat(member.type, form), key.size(), 1);
+  OtString text(OT_CS_UNICODE, 1);
+  Types().PrintToOtString(member.type, text, place,
+                          member.IsText() ? kKeyDirective : member.Format(), 1);
+  Types().Delete(member.type, place, 1);
+  return ot95::tools::ToUtf8(text);
+}
+
+std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan) {
+  const unsigned char form = store.GetSchema().form;
+  std::ostringstream out;
+  for (const TermEstimate& term : plan.terms) {
+    out << "term    " << term.text << ": share " << Percent(term.share) << ", "
+        << LimitsOf(query, term.range, form) << "\n";
+  }
+  if (plan.ranges.empty()) {
+    out << "choice  all " << ObjectsOf(store, txn, query) << " objects of " << query.type->name
+        << "\n";
+  }
+  for (const Range& range : plan.ranges) {
+    out << "choice  index " << NameOf(query, range) << " from " << LimitsOf(query, range, form)
+        << (range.withPartial ? ", and its partial keys" : "") << "\n";
+  }
+  return out.str();
+}
+
+std::string ExplainTally(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+                         const Tally& tally) {
+  const auto objects = static_cast<double>(ObjectsOf(store, txn, query));
+  std::ostringstream out;
+  out << "rows    estimated " << std::llround(plan.share * objects) << ", looked at "
+      << tally.looked << ", found " << tally.found << "\n";
+  return out.str();
+}
+
+}  // namespace otdb

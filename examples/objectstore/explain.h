@@ -1,0 +1,21 @@
+#ifndef OTDB_EXPLAIN_H
+#define OTDB_EXPLAIN_H
+
+#include <string>
+
+#include "execute.h"
+
+namespace otdb {
+
+/// A key as a person reads it: order words by what they stand for, other values as they print.
+std::string KeyToText(const Member& member, View key, unsigned char form);
+
+/// Each estimate, and what was chosen.
+std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan);
+/// What was estimated, beside what came.
+std::string ExplainTally(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+                         const Tally& tally);
+
+}  // namespace otdb
+
+#endif

@@ -1,0 +1,203 @@
+#include "import.h"
+
+#include <csv.h>
+#include <algorithm>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "bad_input.h"
+#include "record.h"
+
+namespace otdb {
+namespace {
+
+using ot95::tools::BadInput;
+
+/// Where a column goes.
+struct Target {
+  std::size_t member;
+  unsigned long element;
+};
+
+std::vector<Target> TargetsOf(const Class& type) {
+  std::vector<Target> targets;
+  for (std::size_t i = 0; i < type.members.size(); ++i) {
+    for (unsigned long e = 0; e < type.members[i].count; ++e) targets.push_back({i, e});
+  }
+  return targets;
+}
+
+/// Makes objects of lines, and adds them in batches.
+class Importer {
+ public:
+  Importer(Store& store, const Class& type, const std::string& file, const ImportOptions& options)
+      : store_(store),
+        type_(type),
+        file_(file),
+        options_(options),
+        object_(type, store.GetSchema().form) {}
+
+  void Field(const char* text, std::size_t length) {
+    fields_.emplace_back(text, length);
+    newlines_ += static_cast<std::size_t>(std::count(text, text + length, '\n'));
+  }
+
+  void EndOfLine() {
+    const std::size_t number = line_;
+    line_ += 1 + std::exchange(newlines_, 0);
+    const std::vector<std::string> fields = std::exchange(fields_, {});
+    try {
+      if (columns_.empty()) {
+        ReadHeader(fields);
+      } else {
+        Take(fields);
+      }
+    } catch (const BadInput& error) {
+      Refuse(number, error.what());
+    }
+    if (batch_.size() >= options_.batch) Flush();
+  }
+
+  void Refuse(std::size_t line, const std::string& reason) {
+    const std::string message = file_ + ":" + std::to_string(line) + ": " + reason;
+    if (!options_.skipBad || columns_.empty()) {
+      Flush();
+      throw BadInput(message + " (" + std::to_string(result_.objects) + " objects were added)");
+    }
+    ++result_.bad;
+    if (options_.report) options_.report(message);
+  }
+
+  void Flush() {
+    if (!batch_.empty()) store_.Add(type_, batch_);
+    result_.objects += batch_.size();
+    batch_.clear();
+    if (options_.progress) options_.progress(share_, result_.objects);
+  }
+
+  void SetShare(double share) { share_ = share; }
+  std::size_t Line() const { return line_; }
+  const ImportResult& Result() const { return result_; }
+
+ private:
+  void ReadHeader(const std::vector<std::string>& names) {
+    const std::vector<std::string> known = ColumnsOf(type_);
+    const std::vector<Target> targets = TargetsOf(type_);
+    for (const std::string& name : names) {
+      const auto found = std::find(known.begin(), known.end(), name);
+      if (found == known.end()) {
+        throw BadInput("expected members of " + type_.name + " in the header, found '" + name +
+                       "'");
+      }
+      columns_.push_back(targets[static_cast<std::size_t>(found - known.begin())]);
+    }
+  }
+
+  void Take(const std::vector<std::string>& fields) {
+    if (fields.size() != columns_.size()) {
+      throw BadInput("expected " + std::to_string(columns_.size()) + " fields, found " +
+                     std::to_string(fields.size()));
+    }
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      object_.MemberAt(columns_[i].member).Scan(columns_[i].element, fields[i]);
+    }
+    batch_.push_back(object_.Stored());
+  }
+
+  Store& store_;
+  const Class& type_;
+  const std::string& file_;
+  const ImportOptions& options_;
+  Object object_;
+  std::vector<Target> columns_;
+  std::vector<std::string> fields_;
+  std::vector<Bytes> batch_;
+  std::size_t line_ = 1;
+  std::size_t newlines_ = 0;
+  double share_ = 0;
+  ImportResult result_;
+};
+
+/// The CSV library is C: no exception may cross it, so the first one waits until it has returned.
+struct Feed {
+  Importer& importer;
+  std::exception_ptr error;
+
+  template <class Action>
+  void Guarded(const Action& action) {
+    if (error) return;
+    try {
+      action();
+    } catch (...) {
+      error = std::current_exception();
+    }
+  }
+  static void OnField(void* text, std::size_t length, void* self) {
+    auto& feed = *static_cast<Feed*>(self);
+    feed.Guarded([&] { feed.importer.Field(static_cast<const char*>(text), length); });
+  }
+  static void OnLine(int, void* self) {
+    auto& feed = *static_cast<Feed*>(self);
+    feed.Guarded([&] { feed.importer.EndOfLine(); });
+  }
+  void Check() const {
+    if (error) std::rethrow_exception(error);
+  }
+};
+
+class CsvParser {
+ public:
+  CsvParser() { csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI | CSV_APPEND_NULL); }
+  ~CsvParser() { csv_free(&parser_); }
+  CsvParser(const CsvParser&) = delete;
+  CsvParser& operator=(const CsvParser&) = delete;
+
+  void Parse(const char* bytes, std::size_t length, Feed& feed) {
+    if (csv_parse(&parser_, bytes, length, Feed::OnField, Feed::OnLine, &feed) != length) {
+      Fail(feed);
+    }
+    feed.Check();
+  }
+  void Finish(Feed& feed) {
+    if (csv_fini(&parser_, Feed::OnField, Feed::OnLine, &feed) != 0) Fail(feed);
+    feed.Check();
+  }
+
+ private:
+  [[noreturn]] void Fail(Feed& feed) {
+    feed.Check();
+    feed.importer.Flush();
+    throw BadInput("line " + std::to_string(feed.importer.Line()) +
+                   ": not CSV: " + csv_strerror(csv_error(&parser_)));
+  }
+
+  csv_parser parser_;
+};
+
+}  // namespace
+
+ImportResult Import(Store& store, const Class& type, const std::string& file,
+                    const ImportOptions& options) {
+  std::ifstream input(file, std::ios::binary);
+  if (!input) throw BadInput(file + ": can't be read");
+  std::error_code noSize;
+  const auto size = static_cast<double>(std::filesystem::file_size(file, noSize));
+  Importer importer(store, type, file, options);
+  Feed feed{importer, nullptr};
+  CsvParser parser;
+  std::vector<char> block(1 << 16);
+  double done = 0;
+  while (input.read(block.data(), static_cast<std::streamsize>(block.size())), input.gcount() > 0) {
+    const auto length = static_cast<std::size_t>(input.gcount());
+    done += static_cast<double>(length);
+    if (!noSize) importer.SetShare(done / size);
+    parser.Parse(block.data(), length, feed);
+  }
+  parser.Finish(feed);
+  importer.Flush();
+  return importer.Result();
+}
+
+}  // namespace otdb

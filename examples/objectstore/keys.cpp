@@ -1,0 +1,77 @@
+#include "keys.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "scanlimits.h"
+#include "value.h"
+
+namespace otdb {
+namespace {
+
+constexpr unsigned char kKeyBit = 0x80;
+constexpr std::size_t kTypes = 41;
+
+View ViewOf(const MDB_val* value) {
+  return {static_cast<const unsigned char*>(value->mv_data), value->mv_size};
+}
+
+// The store's callback has no argument for what it compares, so there is one for each type.
+template <char type, unsigned char form>
+int Compare(const MDB_val* key1, const MDB_val* key2) {
+  return CompareKeys(type, ViewOf(key1), ViewOf(key2), form);
+}
+
+template <unsigned char form, std::size_t... types>
+constexpr std::array<MDB_cmp_func*, kTypes> Comparers(std::index_sequence<types...>) {
+  return {Compare<static_cast<char>(types), form>...};
+}
+
+}  // namespace
+
+unsigned char KeyFormat(char type, unsigned char form) {
+  return Types().IsFixed(type) ? form : static_cast<unsigned char>(form | kKeyBit);
+}
+
+int CompareKeys(char type, View key1, View key2, unsigned char form) {
+  int status = 0;
+  const long sign = Types().Cmp(type, key1.size(), Place(key1), key2.size(), Place(key2),
+                                OT_CMP_NO_WILDCARDS, 1, KeyFormat(type, form), status);
+  return (sign > 0) - (sign < 0);
+}
+
+bool IsWhole(char type, View key, unsigned char form) {
+  if (Types().IsFixed(type)) return true;
+  int status = 0;
+  Types().Cmp(type, key.size(), Place(key), key.size(), Place(key), OT_CMP_NO_WILDCARDS, 1,
+              KeyFormat(type, form), status);
+  return status == 0 && key.size() < OtINDEX_MAX_KEYLEN;
+}
+
+MDB_cmp_func* KeyComparer(char type, unsigned char form) {
+  constexpr auto all = std::make_index_sequence<kTypes>();
+  static constexpr auto native = Comparers<OT_FORMAT_NATIVE>(all);
+  static constexpr auto bigEndian = Comparers<OT_FORMAT_BIG_ENDIAN>(all);
+  return (form == OT_FORMAT_NATIVE ? native : bigEndian)[static_cast<std::size_t>(type)];
+}
+
+Bytes KeyOf(const Member& member, View stored, unsigned char form) {
+  Bytes key(OtINDEX_MAX_KEYLEN);
+  const unsigned long length = Types().Translate(member.type, key.data(), form | kKeyBit,
+                                                 key.size(), Place(stored), form, stored.size(), 1);
+  key.resize(std::min<std::size_t>(length, key.size()));
+  return key;
+}
+
+bool CanBeIndexed(const Member& member) {
+  if (member.count != 1) return false;
+  const Bytes stored = Value(member).Stored(OT_FORMAT_BIG_ENDIAN);
+  unsigned short op = unsigned{OT_OP_EQUAL} | OT_CMP_NO_WILDCARDS;
+  Limits limits;
+  Types().EvalAndBound(member.type, nullptr, op, Place(stored), OT_FORMAT_BIG_ENDIAN, 1, &limits,
+                       nullptr);
+  return limits.Lower().has_value() && limits.Upper().has_value();
+}
+
+}  // namespace otdb

@@ -1,0 +1,141 @@
+#include "schema.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "bad_input.h"
+#include "bytes.h"
+#include "keys.h"
+#include "utf8text.h"
+
+namespace otdb {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using ot95::tools::BadInput;
+
+constexpr unsigned long kMostElements = 10'000;
+
+std::string TypeName(char type) {
+  return Types().NameGet(type, nullptr);
+}
+
+template <class T>
+T Field(const Json& object, const char* name, T preset) {
+  const auto found = object.find(name);
+  return found == object.end() ? preset : found->get<T>();
+}
+
+// Names stand in queries and in the names of trees.
+std::string NameIn(const Json& object, const std::string& of) {
+  const std::string name = object.at("name").get<std::string>();
+  const auto isPart = [](unsigned char c) { return std::isalnum(c) || c == '_'; };
+  if (name.empty() || name.size() > 100 || std::isdigit(static_cast<unsigned char>(name[0])) ||
+      !std::all_of(name.begin(), name.end(), isPart)) {
+    throw BadInput("schema: expected a name of letters, digits and '_' for " + of + ", found '" +
+                   name + "'");
+  }
+  return name;
+}
+
+Member MemberFrom(const Json& json, const std::string& className) {
+  Member member;
+  member.name = NameIn(json, "a member of " + className);
+  const std::string where = "schema: " + className + "." + member.name + ": ";
+  const std::string type = json.at("type").get<std::string>();
+  if (Types().Name2OtTypeId(type.c_str(), member.type) != 0 || type == "illegal") {
+    throw BadInput(where + "expected the name of a type, found '" + type + "'");
+  }
+  member.count = Field(json, "count", 1UL);
+  if (member.count == 0 || member.count > kMostElements) {
+    throw BadInput(where + "expected a count of 1 to " + std::to_string(kMostElements));
+  }
+  const auto codeSet = Field(json, "codeSet", 253U);
+  if (codeSet > 253) throw BadInput(where + "expected a code set of 0 to 253");
+  member.codeSet = static_cast<unsigned char>(codeSet);
+  member.language = ot95::tools::LanguageNumber(Field(json, "language", std::string("1")),
+                                                (where + "language").c_str());
+  member.format = Field(json, "format", std::string());
+  member.indexed = Field(json, "indexed", false);
+  if (member.indexed && !CanBeIndexed(member)) {
+    throw BadInput(where + "there is no index over " + type +
+                   (member.count > 1 ? " of several elements" : ""));
+  }
+  return member;
+}
+
+Class ClassFrom(const Json& json) {
+  Class made;
+  made.name = NameIn(json, "a class");
+  std::set<std::string> names;
+  for (const Json& member : json.at("members")) {
+    made.members.push_back(MemberFrom(member, made.name));
+    if (!names.insert(made.members.back().name).second) {
+      throw BadInput("schema: " + made.name + ": two members have the name '" +
+                     made.members.back().name + "'");
+    }
+  }
+  return made;
+}
+
+}  // namespace
+
+bool Member::IsText() const {
+  return Types().ExchangeFormat(type, nullptr) == std::string_view("%s");
+}
+
+std::size_t Class::MemberNamed(const std::string& memberName) const {
+  const auto found = std::find_if(members.begin(), members.end(),
+                                  [&](const Member& m) { return m.name == memberName; });
+  if (found == members.end()) {
+    throw BadInput("expected a member of " + name + ", found '" + memberName + "'");
+  }
+  return static_cast<std::size_t>(found - members.begin());
+}
+
+const Class& Schema::ClassNamed(const std::string& name) const {
+  const auto found =
+      std::find_if(classes.begin(), classes.end(), [&](const Class& c) { return c.name == name; });
+  if (found == classes.end()) throw BadInput("expected a class of the store, found '" + name + "'");
+  return *found;
+}
+
+Schema Schema::FromJson(const std::string& text) {
+  Schema schema;
+  try {
+    const Json json = Json::parse(text, nullptr, true, true);
+    const std::string form = Field(json, "form", std::string("big-endian"));
+    if (form != "big-endian" && form != "native") {
+      throw BadInput("schema: form: expected big-endian or native, found '" + form + "'");
+    }
+    schema.form = form == "native" ? OT_FORMAT_NATIVE : OT_FORMAT_BIG_ENDIAN;
+    for (const Json& each : json.at("classes")) schema.classes.push_back(ClassFrom(each));
+  } catch (const Json::exception& error) {
+    throw BadInput(std::string("schema: ") + error.what());
+  }
+  return schema;
+}
+
+std::string Schema::ToJson() const {
+  Json json = {{"form", form == OT_FORMAT_NATIVE ? "native" : "big-endian"},
+               {"classes", Json::array()}};
+  for (const Class& each : classes) {
+    Json members = Json::array();
+    for (const Member& member : each.members) {
+      Json fields = {{"name", member.name}, {"type", TypeName(member.type)}};
+      if (member.count != 1) fields["count"] = member.count;
+      if (member.IsText()) {
+        fields["codeSet"] = member.codeSet;
+        fields["language"] = std::to_string(member.language);
+      }
+      if (!member.format.empty()) fields["format"] = member.format;
+      if (member.indexed) fields["indexed"] = true;
+      members.push_back(fields);
+    }
+    json["classes"].push_back({{"name", each.name}, {"members", members}});
+  }
+  return json.dump();
+}
+
+}  // namespace otdb

@@ -1,0 +1,240 @@
+#include "store.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <numeric>
+
+#include "bad_input.h"
+#include "keys.h"
+#include "ot95/identity.h"
+#include "ot95/text.h"
+#include "record.h"
+#include "rewrite.h"
+#include "utf8text.h"
+
+namespace otdb {
+namespace {
+
+using ot95::tools::BadInput;
+
+constexpr char kObjId = 15;
+constexpr unsigned kMostTrees = 1000;
+constexpr std::size_t kFirstMapSize = std::size_t{16} << 20;
+constexpr const char* kSchemaKey = "schema";
+constexpr const char* kNextIdKey = "nextId";
+
+lmdb::val ValOf(View bytes) {
+  return {bytes.data(), bytes.size()};
+}
+
+Bytes StoredId(OtObjId id, unsigned char form) {
+  Bytes stored(Types().DiskLenGet(kObjId, &id, form, 1, OT_FORMAT_MEMORY));
+  Types().Store(kObjId, stored.data(), &id, form, 1);
+  return stored;
+}
+
+OtObjId LoadedId(View stored, unsigned char form) {
+  OtObjId id;
+  unsigned long consumed = 0;
+  if (Types().VerifyStored(kObjId, stored.data(), stored.size(), form, 1, consumed) != 0) {
+    throw BadInput("a damaged identifier in the store");
+  }
+  Types().Load(kObjId, &id, Place(stored), form, 1);
+  return id;
+}
+
+std::size_t TreesIn(const Schema& schema) {
+  std::size_t trees = 1;
+  for (const Class& type : schema.classes) {
+    trees +=
+        1 + 2 * static_cast<std::size_t>(std::count_if(type.members.begin(), type.members.end(),
+                                                       [](auto& m) { return m.indexed; }));
+  }
+  return trees;
+}
+
+}  // namespace
+
+const IndexTrees* ClassTrees::IndexOf(std::size_t member) const {
+  const auto found = std::find_if(indexes.begin(), indexes.end(),
+                                  [&](const IndexTrees& i) { return i.member == member; });
+  return found == indexes.end() ? nullptr : &*found;
+}
+
+const ClassTrees& Store::TreesOf(const Class& type) const {
+  return trees_[static_cast<std::size_t>(&type - schema_.classes.data())];
+}
+
+Store::Store(const std::string& path, unsigned flags, const Schema* fresh)
+    : env_(lmdb::env::create()) {
+  env_.set_max_dbs(kMostTrees);
+  if (fresh) env_.set_mapsize(kFirstMapSize);
+  env_.open(path.c_str(), flags, 0644);
+  auto txn = lmdb::txn::begin(env_);
+  facts_ = lmdb::dbi::open(txn, "facts", fresh ? MDB_CREATE : 0).handle();
+  const lmdb::val schemaKey(kSchemaKey);
+  if (fresh) {
+    lmdb::dbi_put(txn, facts_, schemaKey, lmdb::val(fresh->ToJson()), 0);
+    const Bytes first = StoredId(++OtObjId(), fresh->form);
+    lmdb::dbi_put(txn, facts_, lmdb::val(kNextIdKey), ValOf(first), 0);
+  }
+  lmdb::val json;
+  if (!lmdb::dbi_get(txn, facts_, schemaKey, json)) throw BadInput(path + ": holds no schema");
+  schema_ = Schema::FromJson(std::string(json.data(), json.size()));
+  OpenTrees(txn);
+  txn.commit();
+}
+
+Store::Store(const std::string& directory)
+    : Store((RewriteForThisMachine(directory), directory), 0, nullptr) {}
+
+void Store::Create(const std::string& directory, const Schema& schema) {
+  namespace fs = std::filesystem;
+  if (TreesIn(schema) > kMostTrees) throw BadInput("schema: expected fewer classes and indexes");
+  std::error_code error;
+  fs::create_directories(directory, error);
+  if (error || !fs::is_directory(directory)) {
+    throw BadInput(directory + ": expected a directory, or a place for one");
+  }
+  if (!fs::is_empty(directory)) throw BadInput(directory + ": expected an empty directory");
+  Store(directory, 0, &schema);
+}
+
+MDB_dbi Store::OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags,
+                        MDB_cmp_func* order) {
+  auto tree = lmdb::dbi::open(txn, name.c_str(), MDB_CREATE | flags);
+  if (order) tree.set_compare(txn, order);
+  return tree.handle();
+}
+
+void Store::OpenTrees(lmdb::txn& txn) {
+  // Compare of identifiers walks from the last byte to the first, which is by serial number only in
+  // the native form of most machines. Big-endian ones are so by their bytes.
+  MDB_cmp_func* const bySerial =
+      schema_.form == OT_FORMAT_BIG_ENDIAN ? nullptr : KeyComparer(kObjId, schema_.form);
+  for (const Class& type : schema_.classes) {
+    ClassTrees trees{&type, OpenTree(txn, type.name, 0, bySerial), {}};
+    for (std::size_t i = 0; i < type.members.size(); ++i) {
+      const Member& member = type.members[i];
+      if (!member.indexed) continue;
+      const std::string name = type.name + "." + member.name;
+      MDB_cmp_func* const order = KeyComparer(member.type, schema_.form);
+      trees.indexes.push_back({i, OpenTree(txn, name, MDB_DUPSORT | MDB_DUPFIXED, order),
+                               OpenTree(txn, name + "~", MDB_DUPSORT | MDB_DUPFIXED, order)});
+    }
+    trees_.push_back(std::move(trees));
+  }
+}
+
+void Store::Write(const std::function<void(lmdb::txn&)>& body) {
+  for (;;) {
+    try {
+      auto txn = lmdb::txn::begin(env_);
+      body(txn);
+      txn.commit();
+      return;
+    } catch (const lmdb::map_full_error&) {
+      MDB_envinfo info;
+      lmdb::env_info(env_, &info);
+      env_.set_mapsize(info.me_mapsize * 2);
+    }
+  }
+}
+
+std::vector<Bytes> Store::TakeIds(lmdb::txn& txn, std::size_t count) {
+  const auto stored = Get(txn, facts_,
+                          {reinterpret_cast<const unsigned char*>(kNextIdKey),
+                           std::char_traits<char>::length(kNextIdKey)});
+  if (!stored) throw BadInput("the store doesn't tell its next identifier");
+  OtObjId next = LoadedId(*stored, schema_.form);
+  std::vector<Bytes> ids;
+  for (std::size_t i = 0; i < count; ++i, ++next) ids.push_back(StoredId(next, schema_.form));
+  const Bytes after = StoredId(next, schema_.form);
+  lmdb::dbi_put(txn, facts_, lmdb::val(kNextIdKey), ValOf(after), 0);
+  return ids;
+}
+
+void Store::Add(const Class& type, const std::vector<Bytes>& records) {
+  Write([&](lmdb::txn& txn) { Put(txn, TreesOf(type), TakeIds(txn, records.size()), records); });
+}
+
+void Store::Put(lmdb::txn& txn, const ClassTrees& trees, const std::vector<Bytes>& ids,
+                const std::vector<Bytes>& records) {
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    // New identifiers belong at the end until the serial number passes 32 bits.
+    if (lmdb::dbi_put(txn, trees.objects, ValOf(ids[i]), ValOf(records[i]), MDB_APPEND)) continue;
+    lmdb::dbi_put(txn, trees.objects, ValOf(ids[i]), ValOf(records[i]), 0);
+  }
+  for (const IndexTrees& index : trees.indexes) PutEntries(txn, trees, index, ids, records);
+}
+
+// In the order of the tree, so that neighbours find their page at hand.
+void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees& index,
+                       const std::vector<Bytes>& ids, const std::vector<Bytes>& records) {
+  const Member& member = trees.type->members[index.member];
+  std::vector<Bytes> keys;
+  keys.reserve(records.size());
+  for (const Bytes& bytes : records) {
+    const Record record(*trees.type, bytes, schema_.form);
+    keys.push_back(KeyOf(member, record.MemberAt(index.member), schema_.form));
+  }
+  std::vector<std::size_t> order(keys.size());
+  std::iota(order.begin(), order.end(), 0U);
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return CompareKeys(member.type, keys[a], keys[b], schema_.form) < 0;
+  });
+  for (const std::size_t i : order) {
+    lmdb::dbi_put(txn, index.all, ValOf(keys[i]), ValOf(ids[i]), 0);
+    if (IsWhole(member.type, keys[i], schema_.form)) continue;
+    lmdb::dbi_put(txn, index.partial, ValOf(keys[i]), ValOf(ids[i]), 0);
+  }
+}
+
+bool Cursor::Seek(View key) {
+  key_ = {key.size(), Place(key)};
+  return Get(MDB_SET_RANGE);
+}
+
+bool Cursor::Find(View key, View value) {
+  key_ = {key.size(), Place(key)};
+  data_ = {value.size(), Place(value)};
+  return Get(MDB_GET_BOTH);
+}
+
+std::optional<View> Get(lmdb::txn& txn, MDB_dbi tree, View key) {
+  MDB_val found{};
+  if (!lmdb::dbi_get(txn, tree, ValOf(key), &found)) return {};
+  return View(static_cast<const unsigned char*>(found.mv_data), found.mv_size);
+}
+
+MDB_stat StatOf(lmdb::txn& txn, MDB_dbi tree) {
+  MDB_stat stat;
+  lmdb::dbi_stat(txn, tree, &stat);
+  return stat;
+}
+
+namespace {
+
+constexpr const char* kIdFormat = "%L";  // the serial number while it has 32 bits
+
+}  // namespace
+
+std::string IdToText(View id, unsigned char form) {
+  OtObjId loaded = LoadedId(id, form);
+  OtString text;
+  Types().PrintToOtString(kObjId, text, &loaded, loaded.highPart == 0 ? kIdFormat : nullptr, 1);
+  return ot95::tools::ToUtf8(text);
+}
+
+Bytes IdFromText(const std::string& text, unsigned char form) {
+  const bool isSerial = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+  OtString source = ot95::tools::FromUtf8(text, OT_CS_UNICODE, 1);
+  OtObjId id;
+  Types().ScanFromOtString(kObjId, &id, source, isSerial ? kIdFormat : nullptr, 1);
+  if (Types().IsNullValue(kObjId, &id)) {
+    throw BadInput("ID: expected the identifier of an object, found '" + text + "'");
+  }
+  return StoredId(id, form);
+}
+
+}  // namespace otdb

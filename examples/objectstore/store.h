@@ -1,0 +1,107 @@
+#ifndef OTDB_STORE_H
+#define OTDB_STORE_H
+
+#include <lmdb++.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bytes.h"
+#include "schema.h"
+
+namespace otdb {
+
+/// The trees of an index. Each maps keys to the identifiers of objects.
+struct IndexTrees {
+  std::size_t member;
+  MDB_dbi all;
+  MDB_dbi partial;  ///< Again those whose key doesn't tell all of the text; see IsWhole.
+};
+
+/// The trees of a class: identifier to record, and its indexes.
+struct ClassTrees {
+  const Class* type;
+  MDB_dbi objects;
+  std::vector<IndexTrees> indexes;
+
+  const IndexTrees* IndexOf(std::size_t member) const;
+};
+
+/// An object store in a directory. All is read and written in transactions: whatever ends the
+/// process, the store stays as the last commit left it.
+class Store {
+ public:
+  /// Makes a new one. Throws BadInput when the directory isn't empty.
+  static void Create(const std::string& directory, const Schema& schema);
+  /// Opens one. A store that was written on a machine of another word is rewritten for this one.
+  explicit Store(const std::string& directory);
+
+  const Schema& GetSchema() const { return schema_; }
+  const std::vector<ClassTrees>& Trees() const { return trees_; }
+  const ClassTrees& TreesOf(const Class& type) const;
+
+  /// Adds objects in one transaction, under the next identifiers.
+  void Add(const Class& type, const std::vector<Bytes>& records);
+  lmdb::txn Read() const { return lmdb::txn::begin(env_, nullptr, MDB_RDONLY); }
+
+ private:
+  Store(const std::string& path, unsigned flags, const Schema* fresh);
+  friend class Rewriter;
+
+  void OpenTrees(lmdb::txn& txn);
+  /// @param order of the keys; null for that of their bytes.
+  MDB_dbi OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags, MDB_cmp_func* order);
+  /// Runs a write transaction, again with more room when the map was full.
+  void Write(const std::function<void(lmdb::txn&)>& body);
+  void Put(lmdb::txn& txn, const ClassTrees& trees, const std::vector<Bytes>& ids,
+           const std::vector<Bytes>& records);
+  void PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees& index,
+                  const std::vector<Bytes>& ids, const std::vector<Bytes>& records);
+  std::vector<Bytes> TakeIds(lmdb::txn& txn, std::size_t count);
+
+  lmdb::env env_;
+  MDB_dbi facts_ = 0;
+  Schema schema_;
+  std::vector<ClassTrees> trees_;
+};
+
+/// A walk over a tree within a transaction.
+class Cursor {
+ public:
+  Cursor(lmdb::txn& txn, MDB_dbi tree) : cursor_(lmdb::cursor::open(txn, tree)) {}
+
+  /// @return whether there is an entry at the new place.
+  bool First() { return Get(MDB_FIRST); }
+  bool Last() { return Get(MDB_LAST); }
+  bool Next() { return Get(MDB_NEXT); }
+  /// To the first entry whose key isn't below `key`.
+  bool Seek(View key);
+  /// To the entry of exactly this key and value.
+  bool Find(View key, View value);
+
+  View Key() const { return ViewOf(key_); }
+  View Data() const { return ViewOf(data_); }
+
+ private:
+  static View ViewOf(const MDB_val& value) {
+    return {static_cast<const unsigned char*>(value.mv_data), value.mv_size};
+  }
+  bool Get(MDB_cursor_op op) { return lmdb::cursor_get(cursor_, &key_, &data_, op); }
+
+  lmdb::cursor cursor_;
+  MDB_val key_{};
+  MDB_val data_{};
+};
+
+std::optional<View> Get(lmdb::txn& txn, MDB_dbi tree, View key);
+MDB_stat StatOf(lmdb::txn& txn, MDB_dbi tree);
+
+/// Identifiers as text, and in their stored form. FromText throws BadInput.
+std::string IdToText(View id, unsigned char form);
+Bytes IdFromText(const std::string& text, unsigned char form);
+
+}  // namespace otdb
+
+#endif
