@@ -1,5 +1,6 @@
 /// Comparers of the string rows: strings in memory, stored, and in keys that were cut.
 
+#include "otkeycompare.h"
 #include "otstrcmp.h"
 #include "storedtext.h"
 #include "stringrow.h"
@@ -76,6 +77,11 @@ long CompareStrings(unsigned char format, unsigned long length1, void* value1,
                     unsigned long length2, void* value2, unsigned short cmpOp, unsigned long count,
                     int& status) {
   status = 0;
+  if (count == 1) {
+    if (const auto sign = CompareKeysInStep(format, length1, value1, length2, value2, cmpOp)) {
+      return *sign;
+    }
+  }
   long result = 0;
   StringCursor cursor1(value1, length1, format, legacy);
   StringCursor cursor2(value2, length2, format, legacy);

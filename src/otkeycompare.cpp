@@ -1,0 +1,87 @@
+#include "otkeycompare.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "levelwalk.h"
+#include "storedtext.h"
+
+namespace ot95 {
+namespace {
+
+/// The words of a key.
+struct Words {
+  const char* at = nullptr;
+  const char* end = nullptr;
+  unsigned char script = 0;
+
+  bool Read(const void* value, std::size_t available, unsigned char format) {
+    if (value == nullptr || available < kHeaderSize) return false;
+    const std::size_t length = LoadLength(value, format);
+    const auto* key = static_cast<const char*>(value);
+    if (length < kHeaderSize || length + 2 > available) return false;
+    if (static_cast<unsigned char>(key[2]) != OT_CS_ORDER) return false;
+    script = static_cast<unsigned char>(key[3]);
+    at = key + kHeaderSize;
+    end = at + (length - kHeaderSize) / 2 * 2;
+    return script != 0 && (script & kMixedScripts) == 0;
+  }
+  unsigned short Next(bool reversed) {
+    if (at == end) return 0;
+    const unsigned short word = LoadUnit(at, true, reversed);
+    at += 2;
+    return word;
+  }
+};
+
+constexpr bool HasZeroWord(std::uint64_t words) {
+  return ((words - 0x0001000100010001) & ~words & 0x8000800080008000) != 0;
+}
+
+// Four words at a time while they are the same, and none ends the text.
+void PassEqual(Words& words1, Words& words2) {
+  std::uint64_t four1 = 0;
+  std::uint64_t four2 = 0;
+  while (std::min(words1.end - words1.at, words2.end - words2.at) >= 8) {
+    std::memcpy(&four1, words1.at, sizeof four1);
+    std::memcpy(&four2, words2.at, sizeof four2);
+    if (four1 != four2 || HasZeroWord(four1)) return;
+    words1.at += 8;
+    words2.at += 8;
+  }
+}
+
+std::optional<int> CompareWords(Words words1, Words words2, bool reversed, const Levels& levels) {
+  Differences differences;
+  PassEqual(words1, words2);
+  for (;;) {
+    const unsigned short word1 = words1.Next(reversed);
+    const unsigned short word2 = words2.Next(reversed);
+    if (word1 != word2) {
+      const std::uint32_t key1 = ComposeOrderKey(word1, words1.script);
+      const std::uint32_t key2 = ComposeOrderKey(word2, words2.script);
+      if (!IsReal(key1) || !IsReal(key2)) return {};
+      differences.Note(key1, key2);
+      if (differences.primary != 0) return differences.primary;
+    } else if (word1 == 0) {
+      return differences.Decide(levels);
+    }
+  }
+}
+
+}  // namespace
+
+std::optional<int> CompareKeysInStep(unsigned char format, unsigned long length1,
+                                     const void* value1, unsigned long length2, const void* value2,
+                                     unsigned short cmpOp) {
+  constexpr unsigned short way = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  const bool memory = (format & 15) == OT_FORMAT_MEMORY;
+  if ((format & kStoreKey) == 0 || memory || (cmpOp & way) != OT_CMP_NO_WILDCARDS) return {};
+  Words words1;
+  Words words2;
+  if (!words1.Read(value1, length1, format) || !words2.Read(value2, length2, format)) return {};
+  if (words1.script != words2.script) return {};
+  return CompareWords(words1, words2, IsReversed(format), Levels(cmpOp));
+}
+
+}  // namespace ot95
