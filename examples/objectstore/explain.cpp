@@ -1,5 +1,6 @@
 #include "explain.h"
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -38,9 +39,6 @@ std::size_t ObjectsOf(const Store& store, lmdb::txn& txn, const Query& query) {
 }  // namespace
 
 std::string KeyToText(const Member& member, View key, unsigned char form) {
-  Member one = member;
-  one.count = 1;
-  Value value(one);
   void* place = Types().Create(member.type, 1);
   Types().Translate(member.type, place, OT_FORMAT_MEMORY, Types().MemLenGet(member.type, 1),
                     Place(key), KeyFormat(member.type, form), key.size(), 1);
@@ -48,7 +46,11 @@ std::string KeyToText(const Member& member, View key, unsigned char form) {
   Types().PrintToOtString(member.type, text, place,
                           member.IsText() ? kKeyDirective : member.Format(), 1);
   Types().Delete(member.type, place, 1);
-  return ot95::tools::ToUtf8(text);
+  std::string readable = ot95::tools::ToUtf8(text);
+  // An order that no 8-bit character has renders as a control character.
+  std::replace_if(
+      readable.begin(), readable.end(), [](unsigned char c) { return c < ' '; }, '?');
+  return readable;
 }
 
 std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan) {

@@ -193,7 +193,7 @@ int RunQuery(const Arguments& arguments) {
   const Query query = ParseQuery(store.GetSchema(), arguments.query);
   auto txn = store.Read();
   const Plan plan = MakePlan(store, txn, query);
-  if (arguments.explain) std::cout << Explain(store, txn, query, plan) << std::flush;
+  if (arguments.explain) std::cerr << Explain(store, txn, query, plan);
   Printer printer(*query.type, store.GetSchema().form, arguments);
   if (!query.count) printer.Header();
   const Tally tally = Execute(store, txn, query, plan, [&](View id, const Record& record) {
@@ -202,7 +202,7 @@ int RunQuery(const Arguments& arguments) {
   });
   if (query.count) std::printf("%zu\n", tally.found);
   std::fflush(stdout);
-  if (arguments.explain) std::cout << ExplainTally(store, txn, query, plan, tally);
+  if (arguments.explain) std::cerr << ExplainTally(store, txn, query, plan, tally);
   return 0;
 }
 
@@ -239,7 +239,8 @@ void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
   add("check", "Verifies every record, and every index entry against its object", RunCheck);
   CLI::App* query = add("query", "Finds objects", RunQuery);
   query->add_option("QUERY", arguments.query)->required();
-  query->add_flag("--explain", arguments.explain, "Tell how the query is answered");
+  query->add_flag("--explain", arguments.explain,
+                  "Tell on standard error how the query is answered");
   query->add_flag("--json", arguments.json, "JSON lines");
   query->add_flag("--csv", arguments.csv, "CSV");
   query->footer(
