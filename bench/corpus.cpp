@@ -60,6 +60,18 @@ const Names& NamesOf(const std::string& script) {
   return found != read.end() ? found->second : read.emplace(script, Read(script)).first->second;
 }
 
+Names ManyNames(std::size_t count) {
+  const Names& corpus = NamesOf("latin");
+  Names names(corpus);
+  for (std::size_t i = 0; names.size() < count; ++i) {
+    const std::u16string units = corpus[i % corpus.size()].units + u' ' +
+                                 corpus[(i * 7919 + i / corpus.size()) % corpus.size()].units;
+    names.push_back({{}, units, ToWide(units)});
+  }
+  names.resize(count);
+  return names;
+}
+
 Pairs RandomPairs(const Names& names) {
   std::mt19937 random(2);
   std::uniform_int_distribution<std::size_t> any(0, names.size() - 1);

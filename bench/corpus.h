@@ -17,6 +17,9 @@ struct Name {
 };
 
 using Names = std::vector<Name>;
+/// Distinct Latin names: those of the corpus, and each again behind others of it.
+Names ManyNames(std::size_t count);
+
 using Pairs = std::vector<std::pair<const Name*, const Name*>>;
 
 /// The distinct names of a script from the folder of corpora that the program was given: "latin",

@@ -21,6 +21,10 @@ int main(int argc, char** argv) {
   bench::RegisterScalars();
   bench::RegisterInt64();
   bench::RegisterTemporal();
+#ifdef OT95_BENCH_STORE
+  bench::RegisterTrees();
+  bench::RegisterStore();
+#endif
   benchmark::RunSpecifiedBenchmarks();
   ___OtTypemgrContext(0);
 }

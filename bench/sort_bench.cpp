@@ -13,19 +13,6 @@ namespace {
 constexpr std::size_t kNames = 100000;
 constexpr unsigned long kKeyRoom = OtINDEX_MAX_KEYLEN;
 
-/// 100,000 distinct names: those of the corpus, and each again behind others of it.
-Names ManyNames() {
-  const Names& corpus = NamesOf("latin");
-  Names names(corpus);
-  for (std::size_t i = 0; names.size() < kNames; ++i) {
-    const std::u16string units = corpus[i % corpus.size()].units + u' ' +
-                                 corpus[(i * 7919 + i / corpus.size()) % corpus.size()].units;
-    names.push_back({{}, units, ToWide(units)});
-  }
-  names.resize(kNames);
-  return names;
-}
-
 std::vector<unsigned> Indices() {
   std::vector<unsigned> indices(kNames);
   std::iota(indices.begin(), indices.end(), 0U);
@@ -72,7 +59,7 @@ void SortPeerKeys(const Names& names, UCollator* collator) {
 }  // namespace
 
 void RegisterSorting() {
-  const auto names = std::make_shared<Names>(ManyNames());
+  const auto names = std::make_shared<Names>(ManyNames(kNames));
   const Collator collator = OpenCollator("");
   Workload(
       "sort 100,000 names, comparing", 1.6,

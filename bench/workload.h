@@ -28,6 +28,8 @@ void RegisterConversion();
 void RegisterScalars();
 void RegisterInt64();
 void RegisterTemporal();
+void RegisterTrees();
+void RegisterStore();
 
 }  // namespace bench
 

@@ -20,6 +20,7 @@ struct Words {
     const std::size_t length = LoadLength(value, format);
     const auto* key = static_cast<const char*>(value);
     if (length < kHeaderSize || length + 2 > available) return false;
+    if ((format & kStoreKey) == 0 && IsOldForm(value, length)) return false;
     if (static_cast<unsigned char>(key[2]) != OT_CS_ORDER) return false;
     script = static_cast<unsigned char>(key[3]);
     at = key + kHeaderSize;
@@ -76,7 +77,7 @@ std::optional<int> CompareKeysInStep(unsigned char format, unsigned long length1
                                      unsigned short cmpOp) {
   constexpr unsigned short way = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
   const bool memory = (format & 15) == OT_FORMAT_MEMORY;
-  if ((format & kStoreKey) == 0 || memory || (cmpOp & way) != OT_CMP_NO_WILDCARDS) return {};
+  if (memory || (cmpOp & way) != OT_CMP_NO_WILDCARDS) return {};
   Words words1;
   Words words2;
   if (!words1.Read(value1, length1, format) || !words2.Read(value2, length2, format)) return {};

@@ -49,7 +49,7 @@ std::string KeyToText(const Member& member, View key, unsigned char form) {
   std::string readable = ot95::tools::ToUtf8(text);
   // An order that no 8-bit character has renders as a control character.
   std::replace_if(
-      readable.begin(), readable.end(), [](unsigned char c) { return c < ' '; }, '?');
+      readable.begin(), readable.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; }, '?');
   return readable;
 }
 
