@@ -17,7 +17,7 @@ constexpr int Sign(std::uint32_t left, std::uint32_t right) {
 /// Whether a key ends a run of symbols: the end of the text, digits, letters, ideographs, and all
 /// beyond the alphabets.
 constexpr bool IsReal(std::uint32_t key) {
-  return key == 0 || (key & 0xffffff) >= std::uint32_t{kFirstDigit} << 8 ||
+  return (key & 0xffffff) >= std::uint32_t{kFirstDigit} << 8 || key == 0 ||
          key >= std::uint32_t{kBeyondAlphabets} << 24;
 }
 
@@ -30,6 +30,11 @@ struct Levels {
         ignoreAccent((cmpOp & OT_CMP_IGNORE_ACCENT) != 0),
         wildcards((cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0),
         mask((ignoreCase ? kAccentMask : 0xffffffff) & (ignoreAccent ? kCaseMask : 0xffffffff)) {}
+
+  /// Whether a key that isn't real is passed over.
+  bool Ignores(std::uint32_t key) const {
+    return OrderOfKey(key) >= kFirstSymbol ? ignoreSymbols : ignoreSpace;
+  }
 
   bool ignoreSpace;
   bool ignoreSymbols;
@@ -69,6 +74,35 @@ struct Differences {
     return accent != 0 || (!levels.ignoreCase && case_ != 0);
   }
 };
+
+/// Takes both sides to their next real character, and pairs the symbols before them step by step.
+/// @param next1,next2 deliver the keys of a side.
+/// @param endsAll tells of a key of the second side that nothing is taken behind.
+/// @return the last difference of a pair, as a sign.
+template <class Next1, class Next2, class EndsAll>
+int PairSymbols(std::uint32_t& key1, Next1&& next1, std::uint32_t& key2, Next2&& next2,
+                EndsAll&& endsAll) {
+  int difference = 0;
+  bool runs1 = true;
+  bool runs2 = true;
+  while (runs1 || runs2) {
+    unsigned short symbol1 = 0;
+    unsigned short symbol2 = 0;
+    if (runs1) {
+      key1 = next1();
+      runs1 = !IsReal(key1);
+      if (runs1) symbol1 = OrderOfKey(key1);
+    }
+    if (runs2) {
+      key2 = next2();
+      if (endsAll(key2)) break;
+      runs2 = !IsReal(key2);
+      if (runs2) symbol2 = OrderOfKey(key2);
+    }
+    if (symbol1 != symbol2) difference = Sign(symbol1, symbol2);
+  }
+  return difference;
+}
 
 /// One of the two texts.
 struct LevelSide {
@@ -127,35 +161,18 @@ class LevelWalk {
     for (;;) {
       const std::uint32_t key = ++taken <= limit_ ? walk.NextKey(wantScript_) : 0;
       if (IsReal(key)) return key;
-      const bool ignored =
-          OrderOfKey(key) >= kFirstSymbol ? levels_.ignoreSymbols : levels_.ignoreSpace;
-      if (!ignored || (isPattern && (IsAsterisk(key) || IsQuestion(key)))) return key;
+      if (!levels_.Ignores(key) || (isPattern && (IsAsterisk(key) || IsQuestion(key)))) return key;
     }
   }
 
-  /// Takes both sides to their next real character, and pairs the symbols before them step by step.
-  /// A wildcard ends this at once: what the text stands at then is what it meets.
+  /// Takes both sides to their next real character. A wildcard ends this at once: what the text
+  /// stands at then is what it meets.
   template <bool wildcards>
   void TakeSymbols() {
-    symbolDifference_ = 0;
-    bool textRuns = true;
-    bool patternRuns = true;
-    while (textRuns || patternRuns) {
-      unsigned short symbol1 = 0;
-      unsigned short symbol2 = 0;
-      if (textRuns) {
-        text_.key = NextCounting<false>(text_.walk, text_.taken);
-        textRuns = !IsReal(text_.key);
-        if (textRuns) symbol1 = OrderOfKey(text_.key);
-      }
-      if (patternRuns) {
-        pattern_.key = NextCounting<wildcards>(pattern_.walk, pattern_.taken);
-        if (wildcards && (IsAsterisk(pattern_.key) || IsQuestion(pattern_.key))) return;
-        patternRuns = !IsReal(pattern_.key);
-        if (patternRuns) symbol2 = OrderOfKey(pattern_.key);
-      }
-      if (symbol1 != symbol2) symbolDifference_ = Sign(symbol1, symbol2);
-    }
+    symbolDifference_ = PairSymbols(
+        text_.key, [this] { return NextCounting<false>(text_.walk, text_.taken); }, pattern_.key,
+        [this] { return NextCounting<wildcards>(pattern_.walk, pattern_.taken); },
+        [](std::uint32_t key) { return wildcards && (IsAsterisk(key) || IsQuestion(key)); });
   }
 
   LevelSide text_;

@@ -8,10 +8,6 @@
 namespace ot95 {
 namespace {
 
-const OtOrderTable& UnicodeOrders() {
-  return *OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->orderTable;
-}
-
 /// A wildcard as its order word; 0 until it is set or first asked for. Threads that race on the
 /// first use store the same word.
 class WildcardWord {
@@ -102,18 +98,24 @@ OrderWalk::OrderWalk(const TextSpan& span)
                                                        : OtLanguageContext::GetDefaultLanguage()),
       wide_(IsWide(span.codeSet)),
       reversed_(span.reversed) {
-  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(codeSet_);
   language_ = OtLanguageContext::QueryLanguage(languageNumber_);
   const bool tailors = language_ != nullptr && language_->tailorsOrder != 0;
   work_ = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
           (tailors ? OtOrderRecord::kTailoring : 0);
-  defaultScript_ = set->DefaultScript(languageNumber_);
+  if (codeSet_ == OT_CS_UNICODE && language_ != nullptr) {  // most texts
+    table_ = kOrderTables.unicode;
+    defaultScript_ = language_->script;
+    mapped_ = false;
+  } else {
+    const OtCodeSet* set = OtLanguageContext::QueryCodeSet(codeSet_);
+    table_ = set->orderTable;
+    defaultScript_ = set->DefaultScript(languageNumber_);
+    mapped_ = table_ == nullptr;
+  }
   script_ = defaultScript_;
-  table_ = set->orderTable;
-  mapped_ = table_ == nullptr;
   if (mapped_) {
-    table_ = &UnicodeOrders();
-    toUnicode_ = set->UnicodeValues();
+    table_ = kOrderTables.unicode;
+    toUnicode_ = OtLanguageContext::QueryCodeSet(codeSet_)->UnicodeValues();
   }
   direct_ = !mapped_ && !reversed_ && codeSet_ != OT_CS_ORDER;
 }
@@ -245,7 +247,7 @@ std::uint32_t OrderWalk::NextPending(bool wantScript) {
 std::uint32_t OrderWalk::NextPendingCharacter(bool wantScript) {
   const OtCodeSet* set = OtLanguageContext::QueryCodeSet(pendingCodeSet_);
   const bool mapped = set->orderTable == nullptr;
-  const OtOrderTable& table = mapped ? UnicodeOrders() : *set->orderTable;
+  const OtOrderTable& table = mapped ? *kOrderTables.unicode : *set->orderTable;
   unsigned short character = 0;
   pending_->GetAt(pendingIndex_++, &character);
   character = MapToTable(character, pendingCodeSet_, mapped);
@@ -279,7 +281,7 @@ unsigned short OtOrderOfChar(const OtChar& c) {
   const OtOrderTable* table = set->orderTable;
   unsigned short value = c.GetValue();
   if (table == nullptr) {
-    table = &UnicodeOrders();
+    table = kOrderTables.unicode;
     value = c.MapTo(OT_CS_UNICODE).GetValue();
   }
   const OtOrderRecord* record = table->Find(value);

@@ -81,12 +81,6 @@ const OtCodeSet* OtLanguageContext::QueryCodeSet(unsigned char codeSet) {
   return ot95::FindCodeSet(codeSet <= OT_CS_LAST_NARROW ? OT_CS_BASE8 : OT_CS_UNICODE);
 }
 
-const OtLanguage* OtLanguageContext::QueryLanguage(unsigned char language) {
-  if (language >= kLanguagePlaces) return nullptr;
-  const OtLanguage* record = ot95::kOrderTables.languages + language;
-  return record->number != 0 ? record : nullptr;
-}
-
 int OtLanguageContext::SetDefaultCodeSet(unsigned char codeSet) {
   return SetNumber(defaults_.codeSet, codeSet);
 }

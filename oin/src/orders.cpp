@@ -11,8 +11,9 @@ namespace {
 
 }  // namespace
 
-constinit const OrderTables kOrderTables = {kRecords,      kUnits,      kLists,         kLinks,
-                                            kContractions, kTailorings, kRecordNumbers, kLanguages};
+constinit const OrderTables kOrderTables = {kRecords,       kUnits,        kLists,
+                                            kLinks,         kContractions, kTailorings,
+                                            kRecordNumbers, kLanguages,    &kUnicodeOrders};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

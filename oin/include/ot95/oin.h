@@ -33,7 +33,11 @@ class OT95_EXPORT OtLanguageContext {
   /// is stood in for by OT_CS_BASE8 up to 0xe0, by OT_CS_UNICODE above.
   static const OtCodeSet* QueryCodeSet(unsigned char codeSet);
   /// The record of a language, null for 0 and for a number that nobody knows.
-  static const OtLanguage* QueryLanguage(unsigned char language);
+  static const OtLanguage* QueryLanguage(unsigned char language) {
+    if (language >= 0x80) return nullptr;
+    const OtLanguage* record = ot95::kOrderTables.languages + language;
+    return record->number != 0 ? record : nullptr;
+  }
 
   static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
   /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.

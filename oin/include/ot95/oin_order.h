@@ -17,10 +17,13 @@
 #include "ot95/base.h"
 
 struct OtOrderRecord;
+class OtOrderTable;
 
 /// Combining marks and the consonants behind prefixed vowels are all above; most heads of
 /// contractions have no other followers.
 inline constexpr unsigned short OT_FIRST_MARK = 0x300;
+/// The most characters that contract into one.
+inline constexpr int OT_LONGEST_CONTRACTION = 5;
 
 /// A language: its number, the alphabet of its neutral characters, its names.
 struct OtLanguage {
@@ -90,6 +93,7 @@ struct OrderTables {
   const TailoringSet* tailorings;
   const std::uint16_t* recordNumbers;
   const OtLanguage* languages;
+  const OtOrderTable* unicode;  ///< Of OT_CS_UNICODE, for those who can't afford to ask.
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 
