@@ -189,10 +189,6 @@ class LevelWalk {
 /// Matches a pattern: the walk with wildcards. @param shortcuts whether it may leave the plain way.
 int MatchPattern(const LevelWalk& start, bool shortcuts, int* primaryOut);
 
-/// Compares two plain texts of one code set and language, whose units are in the machine's order:
-/// equal stretches are passed over unseen.
-int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
-
 }  // namespace ot95
 
 #endif

@@ -1,17 +1,12 @@
-/// Comparison of two texts that run through the same records. Equal stretches are passed over
-/// unseen, many bytes at a time; once the first difference of case is known, so are stretches that
-/// differ in the case of ASCII letters alone. Where the texts part, most characters cost one record
-/// on each side. Where a contraction can reach into that place, the walk begins again at a seam
-/// before it.
+/// Comparison of two texts that run through the same records. Stretches that are alike are passed
+/// over unseen. Where the texts part, most characters cost one record on each side. Where a
+/// contraction can reach into that place, the walk begins again at a seam before it.
 
-#include <algorithm>
 #include <array>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
+#include "alikeunits.h"
 #include "levelwalk.h"
+#include "otstrcmp.h"
 
 namespace ot95 {
 namespace {
@@ -23,20 +18,23 @@ constexpr auto kAscii = [] {
 }();
 
 // How the characters of a code set reach their records, and what contractions know them as.
-struct NarrowReader {
-  using Unit = std::uint8_t;
-  const OtOrderTable& table;
-  const OtOrderRecord& At(Unit unit) const { return table.AtByte(unit); }
-  static unsigned short Value(Unit unit) { return unit; }
-  const OtOrderRecord& OfValue(unsigned short value) const { return At(static_cast<Unit>(value)); }
-  static bool HoldsAscii() { return true; }
-};
 struct WideReader {
   using Unit = std::uint16_t;
   const OtOrderTable& table;
   const OtOrderRecord& At(Unit unit) const { return table.AtWide(unit); }
+  const OtOrderRecord& OfValue(unsigned short value) const { return At(value); }
   static unsigned short Value(Unit unit) { return unit; }
+  static std::uint32_t Plain(Unit unit) { return PlainKey(unit); }
+  static bool HoldsAscii() { return true; }
+};
+struct NarrowReader {
+  using Unit = std::uint8_t;
+  const OtOrderTable& table;
+  const std::uint16_t* toUnicode;
+  const OtOrderRecord& At(Unit unit) const { return table.AtByte(unit); }
   const OtOrderRecord& OfValue(unsigned short value) const { return At(static_cast<Unit>(value)); }
+  static unsigned short Value(Unit unit) { return unit; }
+  std::uint32_t Plain(Unit unit) const { return PlainKey(toUnicode[unit]); }
   static bool HoldsAscii() { return true; }
 };
 struct MappedReader {
@@ -44,84 +42,62 @@ struct MappedReader {
   const OtOrderTable& table;
   const std::uint16_t* toUnicode;
   const OtOrderRecord& At(Unit unit) const { return table.AtWide(toUnicode[unit]); }
-  unsigned short Value(Unit unit) const { return toUnicode[unit]; }
   const OtOrderRecord& OfValue(unsigned short value) const { return table.AtWide(value); }
+  unsigned short Value(Unit unit) const { return toUnicode[unit]; }
+  std::uint32_t Plain(Unit unit) const { return PlainKey(toUnicode[unit]); }
   bool HoldsAscii() const { return std::memcmp(toUnicode, kAscii.data(), sizeof kAscii) == 0; }
 };
 
-template <class Unit>
-Unit LoadAs(const char* place) {
-  Unit unit;
-  std::memcpy(&unit, place, sizeof unit);
-  return unit;
+bool Tailors(const OtLanguage* language) {
+  return language != nullptr && language->tailorsOrder != 0;
 }
 
-/// Units from here on can follow a head; ASCII letters have no other followers.
 template <class Unit>
-constexpr unsigned kFirstFollower = sizeof(Unit) == 1 ? 0x80 : OT_FIRST_MARK;
+Unit UnitAt(const char* place, std::uintptr_t end) {
+  return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : Unit{0};
+}
 
-/// Whether two units are passed over together. @param folds the case of ASCII letters is no
-/// difference; then nothing that can follow a head is passed over.
+/// Passes over what is alike in the next `bytes` bytes. @return whether all of them are.
+template <class Unit, bool folds, std::size_t bytes>
+bool PassBlock(Places& at, std::ptrdiff_t back = 0) {
+  const auto alike =
+      static_cast<std::ptrdiff_t>(AlikeInBlock<Unit, folds, bytes>(at.one - back, at.two - back));
+  if (alike > back) at = at.Behind(alike - back);
+  return alike == bytes;
+}
+
+/// Goes on to where two texts part. A block that reaches back over bytes that were passed before is
+/// better than units one by one.
 template <class Unit, bool folds>
-bool AreAlike(Unit unit1, Unit unit2) {
-  if (unit1 == 0) return false;
-  if (!folds) return unit1 == unit2;
-  if (unit1 == unit2) return unit1 < kFirstFollower<Unit>;
-  return (unit1 ^ unit2) == 0x20 && static_cast<unsigned>((unit1 | 0x20) - 'a') < 26;
-}
-
-#if defined(__SSE2__)
-constexpr std::size_t kBlock = 16;
-
-template <class Unit>
-__m128i EqualUnits(__m128i a, __m128i b) {
-  return sizeof(Unit) == 1 ? _mm_cmpeq_epi8(a, b) : _mm_cmpeq_epi16(a, b);
-}
-/// The units of `a` that are at most `most`.
-template <class Unit>
-__m128i AtMost(__m128i a, unsigned most) {
-  const __m128i rest = sizeof(Unit) == 1
-                           ? _mm_subs_epu8(a, _mm_set1_epi8(static_cast<char>(most)))
-                           : _mm_subs_epu16(a, _mm_set1_epi16(static_cast<short>(most)));
-  return EqualUnits<Unit>(rest, _mm_setzero_si128());
-}
-template <class Unit>
-__m128i All(char unit) {
-  return sizeof(Unit) == 1 ? _mm_set1_epi8(unit) : _mm_set1_epi16(unit);
-}
-
-/// Bytes before the first unit of a block that isn't alike; kBlock if there is none.
-template <class Unit, bool folds>
-std::size_t AlikeInBlock(const char* place1, const char* place2) {
-  const __m128i block1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(place1));
-  const __m128i block2 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(place2));
-  __m128i alike = EqualUnits<Unit>(block1, block2);
-  if (folds) {
-    const __m128i caseBit = All<Unit>(0x20);
-    const __m128i small = _mm_or_si128(block1, caseBit);
-    const __m128i fromA = sizeof(Unit) == 1 ? _mm_sub_epi8(small, All<Unit>('a'))
-                                            : _mm_sub_epi16(small, All<Unit>('a'));
-    const __m128i otherCase = EqualUnits<Unit>(_mm_xor_si128(block1, block2), caseBit);
-    alike = _mm_or_si128(_mm_and_si128(alike, AtMost<Unit>(block1, kFirstFollower<Unit> - 1)),
-                         _mm_and_si128(otherCase, AtMost<Unit>(fromA, 25)));
+Places PassAlike(Places at, const TextSpan& text1, const TextSpan& text2) {
+  auto left = std::min(static_cast<std::ptrdiff_t>(text1.readable) - (at.one - text1.text),
+                       static_cast<std::ptrdiff_t>(text2.readable) - (at.two - text2.text));
+  for (; left >= 16; left -= 16) {
+    if (!PassBlock<Unit, folds, 16>(at)) return at;
   }
-  const __m128i ends = EqualUnits<Unit>(block1, _mm_setzero_si128());
-  const auto goesOn = static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(ends, alike)));
-  return goesOn == 0xffff ? kBlock : static_cast<std::size_t>(__builtin_ctz(~goesOn));
-}
-#else
-constexpr std::size_t kBlock = 8;
-
-template <class Unit, bool folds>
-std::size_t AlikeInBlock(const char* place1, const char* place2) {
-  std::size_t at = 0;
-  while (at < kBlock &&
-         AreAlike<Unit, folds>(LoadAs<Unit>(place1 + at), LoadAs<Unit>(place2 + at))) {
-    at += sizeof(Unit);
+  if (left >= 8) {
+    if (!PassBlock<Unit, folds, 8>(at)) return at;
+    left -= 8;
+  }
+  const std::ptrdiff_t back = 8 - left;
+  if (left > 0 && at.one - text1.text >= back && at.two - text2.text >= back) {
+    PassBlock<Unit, folds, 8>(at, back);
+  }
+  while (AreAlike<Unit, folds>(UnitAt<Unit>(at.one, text1.end), UnitAt<Unit>(at.two, text2.end))) {
+    at = at.Behind(sizeof(Unit));
   }
   return at;
 }
-#endif
+
+/// Whether a plain key at each of two places counts: nothing that follows makes more of its letter.
+template <class Reader>
+[[gnu::always_inline]] inline bool NoMarkFollows(const Reader& reader, Places at,
+                                                 std::uintptr_t end1, std::uintptr_t end2) {
+  using Unit = typename Reader::Unit;
+  const unsigned next1 = reader.Value(UnitAt<Unit>(at.one + sizeof(Unit), end1));
+  const unsigned next2 = reader.Value(UnitAt<Unit>(at.two + sizeof(Unit), end2));
+  return (next1 | next2) < OT_FIRST_MARK || (IsNoFollower(next1) && IsNoFollower(next2));
+}
 
 template <class Reader>
 class InStep {
@@ -131,109 +107,74 @@ class InStep {
       : reader_(reader),
         text1_(text1),
         text2_(text2),
-        place1_(text1.text),
-        place2_(text2.text),
         language_(language),
         cmpOp_(cmpOp),
         defaultScript_(defaultScript),
-        tailors_(language != nullptr && language->tailorsOrder != 0),
+        tailors_(Tailors(language)),
         script1_(defaultScript),
         script2_(defaultScript) {}
 
   int Run() {
-    // What of a record asks for more than its key, and what tells that a walk can't begin there.
-    const unsigned asks = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
-                          OtOrderRecord::kLowFollowers |
-                          (tailors_ ? unsigned{OtOrderRecord::kTailoring} : 0U);
-    const unsigned follows = OtOrderRecord::kAbsent | OtOrderRecord::kFollows |
-                             (tailors_ ? unsigned{OtOrderRecord::kFollowsTailored} : 0U);
-    for (;;) {
-      const char* const start = place1_;
-      Unit unit1 = UnitAt(place1_, text1_.end);
-      Unit unit2 = UnitAt(place2_, text2_.end);
-      const bool folds = folding_ && AreAlike<Unit, true>(unit1, unit2);
-      if (folds || unit1 == unit2) {
-        folds ? Skip<true>() : Skip<false>();
-        unit1 = UnitAt(place1_, text1_.end);
-        unit2 = UnitAt(place2_, text2_.end);
-        if ((unit1 | unit2) == 0) return Decide();
+    Places at = {text1_.text, text2_.text};
+    do {
+      const char* const start = at.one;
+      Unit unit1 = Unit1(at);
+      Unit unit2 = Unit2(at);
+      if (unit1 == unit2 || folds_) {
+        at = folds_ ? PassAlike<Unit, true>(at, text1_, text2_)
+                    : PassAlike<Unit, false>(at, text1_, text2_);
+        unit1 = Unit1(at);
+        unit2 = Unit2(at);
+        if ((unit1 | unit2) == 0) break;
       }
-      const OtOrderRecord& record1 = reader_.At(unit1);
-      const OtOrderRecord& record2 = reader_.At(unit2);
-      const unsigned flags = record1.flags | record2.flags;
-      bool goesOn = true;
-      if (place1_ != start && (flags & follows) != 0) {
-        goesOn = AdvanceFromSeam(start);
-      } else if (NeedsNoLists(flags, asks, unit1, unit2)) {
-        goesOn = Take(record1.Key(defaultScript_), record2.Key(defaultScript_));
+      const std::uint32_t key1 = reader_.Plain(unit1);
+      const std::uint32_t key2 = reader_.Plain(unit2);
+      const bool plain = key1 != 0 && key2 != 0 &&
+                         NoMarkFollows(reader_, at, text1_.end, text2_.end) &&
+                         (!tailors_ || IsUntailored(key1, key2, at, start));
+      if (plain) {
+        const std::uint32_t letters = ~kTailoredKey;
+        at = Meet(key1 & letters, key2 & letters) ? at.Behind(sizeof(Unit)) : kEnd;
       } else {
-        goesOn = Advance();
+        at = AdvanceByRecords(at, start);
       }
-      if (!goesOn) return Decide();
-    }
+    } while (at.one != nullptr);
+    return differences_.primary != 0 ? differences_.primary : differences_.Decide(Levels(cmpOp_));
   }
 
  private:
   using Unit = typename Reader::Unit;
 
-  int Decide() const {
-    return differences_.primary != 0 ? differences_.primary : differences_.Decide(Levels(cmpOp_));
+  /// In the place of what comes next: the differences are all found.
+  static constexpr Places kEnd = {nullptr, nullptr};
+
+  Unit Unit1(Places at) const { return UnitAt<Unit>(at.one, text1_.end); }
+  Unit Unit2(Places at) const { return UnitAt<Unit>(at.two, text2_.end); }
+
+  /// Whether two plain keys are the language's, too.
+  bool IsUntailored(std::uint32_t key1, std::uint32_t key2, Places at, const char* start) const {
+    if (((key1 | key2) & kTailoredKey) == 0) return true;
+    return language_->Leaves(reader_.Value(Unit1(at)), 0) &&
+           language_->Leaves(reader_.Value(Unit2(at)), 0) && !HasHead(at.one, start);
   }
 
-  static Unit UnitAt(const char* place, std::uintptr_t end) {
-    return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : Unit{0};
-  }
-  unsigned short NextValue(const char* place, std::uintptr_t end) const {
-    return reader_.Value(UnitAt(place + sizeof(Unit), end));
-  }
-
-  /// Whether both records are the whole answers. @param flags of one or the other.
-  bool NeedsNoLists(unsigned flags, unsigned asks, Unit unit1, Unit unit2) const {
-    if ((flags & (asks | OtOrderRecord::kContractions)) == 0) return true;
-    // The terminator has no next unit.
-    const unsigned short next1 = unit1 != 0 ? NextValue(place1_, text1_.end) : Unit{0};
-    const unsigned short next2 = unit2 != 0 ? NextValue(place2_, text2_.end) : Unit{0};
-    if ((flags & asks) == 0) {
-      return (next1 | next2) < OT_FIRST_MARK || !(reader_.OfValue(next1).Follows(tailors_) ||
-                                                  reader_.OfValue(next2).Follows(tailors_));
-    }
-    return tailors_ && language_->Leaves(reader_.Value(unit1), next1) &&
-           language_->Leaves(reader_.Value(unit2), next2);
+  /// Whether a record that may be part of what stands before it has to be looked at from there.
+  /// @param flags of the records at a place before which the texts are alike from `start` on.
+  bool MayBeReached(unsigned flags, const char* place, const char* start) const {
+    constexpr unsigned kByAll = OtOrderRecord::kAbsent | OtOrderRecord::kFollows;
+    if ((flags & kByAll) != 0) return true;
+    return tailors_ && (flags & OtOrderRecord::kFollowsTailored) != 0 && HasHead(place, start);
   }
 
-  /// Goes on to where the texts part.
-  template <bool folds>
-  void Skip() {
-    SkipBlocks<folds>();
-    for (;;) {
-      if (!AreAlike<Unit, folds>(UnitAt(place1_, text1_.end), UnitAt(place2_, text2_.end))) return;
-      place1_ += sizeof(Unit);
-      place2_ += sizeof(Unit);
+  /// Whether a head of the language's own may be near enough before a place to reach it.
+  bool HasHead(const char* place, const char* start) const {
+    for (int i = 1; i < OT_LONGEST_CONTRACTION && place != start; ++i) {
+      place -= sizeof(Unit);
+      const Unit unit = LoadAs<Unit>(place);
+      if (!language_->Leaves(reader_.Value(unit), 0)) return true;
+      if (!reader_.At(unit).Follows(true)) return false;
     }
-  }
-
-  template <bool folds>
-  void SkipBlocks() {
-    const auto passed1 = static_cast<std::size_t>(place1_ - text1_.text);
-    const auto passed2 = static_cast<std::size_t>(place2_ - text2_.text);
-    if (text1_.readable <= passed1 || text2_.readable <= passed2) return;
-    std::size_t left = std::min(text1_.readable - passed1, text2_.readable - passed2);
-    for (; left >= kBlock; left -= kBlock) {
-      const std::size_t alike = AlikeInBlock<Unit, folds>(place1_, place2_);
-      place1_ += alike;
-      place2_ += alike;
-      if (alike != kBlock) return;
-    }
-    // The last block begins before this place; what was passed over is most often alike, too.
-    const std::size_t back = kBlock - left;
-    if (static_cast<std::size_t>(place1_ - text1_.text) < back ||
-        static_cast<std::size_t>(place2_ - text2_.text) < back) {
-      return;
-    }
-    const std::size_t alike = AlikeInBlock<Unit, folds>(place1_ - back, place2_ - back);
-    if (alike <= back) return;
-    place1_ += alike - back;
-    place2_ += alike - back;
+    return false;
   }
 
   /// Whether a character can be part of what stands before it: of a contraction, or of a stretch
@@ -246,86 +187,73 @@ class InStep {
     return record.Follows(tailors_);
   }
 
-  /// Whether a walk can begin at a place of a stretch that both texts have.
-  bool IsSeam(const char* place, std::uintptr_t end, const char* start) const {
-    const Unit unit = UnitAt(place, end);
-    if (!BelongsToBefore(unit)) return true;
-    if (!tailors_ || reader_.Value(unit) >= 0x80) return false;
-    // No head is near enough to reach to this letter.
-    for (int i = 1; i < OT_LONGEST_CONTRACTION && place != start; ++i) {
-      place -= sizeof(Unit);
-      if (!language_->Leaves(reader_.Value(LoadAs<Unit>(place)), 0)) return false;
-    }
-    return true;
+  /// What Run does at a place with other characters than letters with plain keys.
+  [[gnu::noinline]] Places AdvanceByRecords(Places at, const char* start) {
+    const unsigned flags = reader_.At(Unit1(at)).flags | reader_.At(Unit2(at)).flags;
+    const bool reached = at.one != start && MayBeReached(flags, at.one, start);
+    return reached ? AdvanceFromSeam(at, start) : Advance(at);
   }
 
   /// From where the texts part: goes back to the seam before, and on until that place is behind.
-  /// @return whether the walk goes on.
-  [[gnu::noinline]] bool AdvanceFromSeam(const char* start) {
-    const char* const parting = place1_;
-    const char* const start2 = place2_ - (place1_ - start);
-    while (place1_ != start &&
-           !(IsSeam(place1_, text1_.end, start) && IsSeam(place2_, text2_.end, start2))) {
-      place1_ -= sizeof(Unit);
-      place2_ -= sizeof(Unit);
+  Places AdvanceFromSeam(Places at, const char* start) {
+    const char* const parting = at.one;
+    while (at.one != start && (BelongsToBefore(Unit1(at)) || BelongsToBefore(Unit2(at)))) {
+      at = at.Behind(-static_cast<std::ptrdiff_t>(sizeof(Unit)));
     }
     do {
-      if (!Advance()) return false;
-    } while (place1_ <= parting);
-    return true;
+      at = Advance(at);
+    } while (at.one != nullptr && at.one <= parting);
+    return at;
   }
 
   /// The record that is the whole answer for the character at a place; null if there is none.
   const OtOrderRecord* RecordAlone(const char* place, std::uintptr_t end) const {
-    const OtOrderRecord* record = &reader_.At(UnitAt(place, end));
+    const Unit unit = UnitAt<Unit>(place, end);
+    const OtOrderRecord* record = &reader_.At(unit);
     if (tailors_) {
       if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
     }
     const unsigned flags = record->flags;
     if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return nullptr;
     if ((flags & OtOrderRecord::kContractions) != 0) {
-      const Unit next = UnitAt(place + sizeof(Unit), end);
-      const bool far =
-          (flags & OtOrderRecord::kLowFollowers) != 0 || reader_.Value(next) >= OT_FIRST_MARK;
-      if (far && reader_.At(next).Follows(tailors_)) return nullptr;
+      const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
+      const bool far = (flags & OtOrderRecord::kLowFollowers) != 0 || next >= OT_FIRST_MARK;
+      if (far && reader_.OfValue(next).Follows(tailors_)) return nullptr;
     }
     return record;
   }
 
-  /// One character on both sides, or one pass of the plain walk. @return whether the walk goes on.
-  [[gnu::noinline]] bool Advance() {
-    const OtOrderRecord* record1 = RecordAlone(place1_, text1_.end);
-    const OtOrderRecord* record2 = RecordAlone(place2_, text2_.end);
-    if (record1 == nullptr || record2 == nullptr) return AdvancePlainly();
-    return Take(record1->Key(defaultScript_), record2->Key(defaultScript_));
+  /// One character on both sides, or one pass of the plain walk.
+  [[gnu::noinline]] Places Advance(Places at) {
+    const OtOrderRecord* record1 = RecordAlone(at.one, text1_.end);
+    const OtOrderRecord* record2 = RecordAlone(at.two, text2_.end);
+    if (record1 == nullptr || record2 == nullptr) return AdvancePlainly(at);
+    return Take(at, record1->Key(defaultScript_), record2->Key(defaultScript_));
   }
 
-  /// The keys at the two places. @return whether the walk goes on.
-  bool Take(std::uint32_t key1, std::uint32_t key2) {
-    if (!IsReal(key1) || !IsReal(key2)) return AdvanceOverSymbols();
-    return Meet(key1, key2, place1_ + sizeof(Unit), place2_ + sizeof(Unit));
+  /// The keys of the characters at the two places.
+  Places Take(Places at, std::uint32_t key1, std::uint32_t key2) {
+    if (!IsReal(key1) || !IsReal(key2)) return AdvanceOverSymbols(at);
+    return Meet(key1, key2) ? at.Behind(sizeof(Unit)) : kEnd;
   }
 
-  /// Two real characters, and the places behind them. @return whether the walk goes on.
-  bool Meet(std::uint32_t key1, std::uint32_t key2, const char* next1, const char* next2) {
+  /// The keys of two real characters. @return whether the walk goes on behind them.
+  bool Meet(std::uint32_t key1, std::uint32_t key2) {
     if (((key1 ^ key2) & kPrimaryMask) != 0) {
       differences_.primary = Sign(key1, key2);
       return false;
     }
     if (key1 != key2) {
       differences_.Note(key1, key2);
-      if (!folding_) folding_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
+      if (!folds_) folds_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
     }
-    if (key1 == 0) return false;
     script1_ = static_cast<unsigned char>(key1 >> 24);
     script2_ = static_cast<unsigned char>(key2 >> 24);
-    place1_ = next1;
-    place2_ = next2;
-    return true;
+    return key1 != 0;
   }
 
   /// Over the symbols of one text or both, to their next real characters.
-  [[gnu::noinline]] bool AdvanceOverSymbols() {
+  [[gnu::noinline]] Places AdvanceOverSymbols(const Places at) {
     const Levels levels(cmpOp_);
     bool alone = true;
     const auto nextKey = [&](const char*& place, std::uintptr_t end) {
@@ -340,37 +268,82 @@ class InStep {
         if (IsReal(key) || !levels.Ignores(key)) return key;
       }
     };
-    const char* next1 = place1_;
-    const char* next2 = place2_;
+    Places next = at;
     std::uint32_t key1 = 0;
     std::uint32_t key2 = 0;
     const int symbol = PairSymbols(
-        key1, [&] { return nextKey(next1, text1_.end); }, key2,
-        [&] { return nextKey(next2, text2_.end); }, [&](std::uint32_t) { return !alone; });
-    if (!alone) return AdvancePlainly();
+        key1, [&] { return nextKey(next.one, text1_.end); }, key2,
+        [&] { return nextKey(next.two, text2_.end); }, [&](std::uint32_t) { return !alone; });
+    if (!alone) return AdvancePlainly(at);
     if (symbol != 0) differences_.symbol = symbol;
-    return Meet(key1, key2, next1, next2);
+    return Meet(key1, key2) ? next : kEnd;
   }
 
-  [[gnu::noinline, gnu::cold]] bool AdvancePlainly() {
+  [[gnu::noinline, gnu::cold]] Places AdvancePlainly(Places at) {
     LevelWalk walk(OrderWalk(text1_), OrderWalk(text2_), Levels(cmpOp_), false, -1);
-    return walk.PassInStep(place1_, place2_, script1_, script2_, differences_);
+    return walk.PassInStep(at.one, at.two, script1_, script2_, differences_) ? at : kEnd;
   }
 
   const Reader reader_;
   const TextSpan& text1_;
   const TextSpan& text2_;
-  const char* place1_;
-  const char* place2_;
   const OtLanguage* language_;
   unsigned short cmpOp_;
   Differences differences_;
   unsigned char defaultScript_;
   bool tailors_;
-  bool folding_ = false;  // a difference of case in ASCII letters says nothing new
+  bool folds_ = false;  // a difference of case says nothing new
   unsigned char script1_;
   unsigned char script2_;
 };
+
+template <class Reader>
+[[gnu::noinline]] int CompareFromStart(const TextSpan& text1, const TextSpan& text2,
+                                       unsigned short cmpOp, const OtLanguage* language,
+                                       unsigned char script, Reader reader) {
+  return InStep(reader, language, script, text1, text2, cmpOp).Run();
+}
+
+template <class Reader>
+int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
+                     const OtLanguage* language, unsigned char script, Reader reader) {
+  using Unit = typename Reader::Unit;
+  const Unit unit1 = UnitAt<Unit>(text1.text, text1.end);
+  const Unit unit2 = UnitAt<Unit>(text2.text, text2.end);
+  if (unit1 != unit2) {
+    // Most texts that have nothing to do with each other are told apart by their first letters.
+    const std::uint32_t key1 = reader.Plain(unit1);
+    const std::uint32_t key2 = reader.Plain(unit2);
+    const bool differ = ((key1 ^ key2) & kPrimaryMask & ~kTailoredKey) != 0;
+    if (differ && key1 != 0 && key2 != 0 &&
+        (((key1 | key2) & kTailoredKey) == 0 || !Tailors(language)) &&
+        NoMarkFollows(reader, {text1.text, text2.text}, text1.end, text2.end)) {
+      return Sign(key1, key2);
+    }
+  }
+  return CompareFromStart(text1, text2, cmpOp, language, script, reader);
+}
+
+/// In any code set.
+[[gnu::noinline]] int CompareAnySet(const TextSpan& text1, const TextSpan& text2,
+                                    unsigned short cmpOp, const OtLanguage* language,
+                                    unsigned char number) {
+  const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(text1.codeSet);
+  const unsigned char script = language != nullptr ? language->script : set.DefaultScript(number);
+  const auto run = [&](const auto& reader) {
+    return CompareByRecords(text1, text2, cmpOp, language, script, reader);
+  };
+  if (!IsWide(text1.codeSet)) {
+    return set.orderTable != nullptr
+               ? run(NarrowReader{*set.orderTable, set.UnicodeValues()})
+               : run(MappedReader{*kOrderTables.unicode, set.UnicodeValues()});
+  }
+  if (set.orderTable != nullptr) return run(WideReader{*set.orderTable});
+  LevelWalk walk(OrderWalk(text1), OrderWalk(text2), Levels(cmpOp), false, -1);
+  while (walk.Pass()) {
+  }
+  return walk.Decide();
+}
 
 }  // namespace
 
@@ -397,24 +370,11 @@ int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short c
   const unsigned char number =
       text1.language != OT_LANG_DEFAULT ? text1.language : OtLanguageContext::GetDefaultLanguage();
   const OtLanguage* language = OtLanguageContext::QueryLanguage(number);
-  const auto run = [&](const auto& reader, unsigned char script) {
-    return InStep(reader, language, script, text1, text2, cmpOp).Run();
-  };
-  if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {
-    return run(WideReader{*kOrderTables.unicode}, language->script);
+  if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {  // most texts
+    const WideReader reader{*kOrderTables.unicode};
+    return CompareByRecords(text1, text2, cmpOp, language, language->script, reader);
   }
-  const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(text1.codeSet);
-  const unsigned char script = set.DefaultScript(number);
-  if (!IsWide(text1.codeSet)) {
-    return set.orderTable != nullptr
-               ? run(NarrowReader{*set.orderTable}, script)
-               : run(MappedReader{*kOrderTables.unicode, set.UnicodeValues()}, script);
-  }
-  if (set.orderTable != nullptr) return run(WideReader{*set.orderTable}, script);
-  LevelWalk walk(OrderWalk(text1), OrderWalk(text2), Levels(cmpOp), false, -1);
-  while (walk.Pass()) {
-  }
-  return walk.Decide();
+  return CompareAnySet(text1, text2, cmpOp, language, number);
 }
 
 }  // namespace ot95

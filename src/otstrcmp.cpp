@@ -26,13 +26,6 @@ int ComparePlain(LevelWalk& walk, int* primaryOut) {
   return walk.Decide();
 }
 
-/// Both texts run through the same records, unit by unit.
-bool AreAlike(const TextSpan& text1, const TextSpan& text2) {
-  return text1.codeSet == text2.codeSet && text1.language == text2.language && !text1.reversed &&
-         !text2.reversed && text1.codeSet != OT_CS_ORDER && text1.codeSet != 0 &&
-         text1.language != OT_LANG_NULL;
-}
-
 long Compare(TextSpan text, TextSpan pattern, unsigned short cmpOp, long maxChars, int* primaryOut,
              bool shortcuts) {
   const bool plainText = (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) != 0;
@@ -58,10 +51,7 @@ long Compare(TextSpan text, TextSpan pattern, unsigned short cmpOp, long maxChar
 
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut) {
-  constexpr unsigned short kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
-  if ((cmpOp & kWay) == OT_CMP_NO_WILDCARDS && maxChars < 0 && AreAlike(text, pattern)) {
-    return CompareInStep(text, pattern, cmpOp);
-  }
+  if (maxChars < 0 && RunInStep(text, pattern, cmpOp)) return CompareInStep(text, pattern, cmpOp);
   return Compare(text, pattern, cmpOp, maxChars, primaryOut, true);
 }
 

@@ -1,6 +1,7 @@
 // Collation tables: the constants, and what of their reading isn't inline.
 
 #include <algorithm>
+#include <array>
 
 #include "data.h"
 
@@ -9,11 +10,28 @@ namespace {
 
 #include "data/oin_data.inc"
 
+constexpr std::uint32_t PlainKeyOf(const OtOrderRecord& record) {
+  constexpr unsigned kNever = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
+                              OtOrderRecord::kLowFollowers | OtOrderRecord::kFollows;
+  constexpr unsigned kTailored = OtOrderRecord::kTailoring | OtOrderRecord::kFollowsTailored;
+  const bool isLetter = record.order() >= 0x4000 && record.order() < 0x8000;
+  if (!isLetter || record.script == 0 || (record.flags & kNever) != 0) return 0;
+  return record.key | ((record.flags & kTailored) != 0 ? kTailoredKey : 0);
+}
+
+constexpr auto kKeysOfLetters = [] {
+  std::array<std::uint32_t, kPlainKeys> keys{};
+  for (unsigned unit = 0; unit < kPlainKeys; ++unit) {
+    keys[unit] = PlainKeyOf(kRecords[unsigned{kPages[unit >> 8]} << 8 | (unit & 0xff)]);
+  }
+  return keys;
+}();
+
 }  // namespace
 
-constinit const OrderTables kOrderTables = {kRecords,       kUnits,        kLists,
-                                            kLinks,         kContractions, kTailorings,
-                                            kRecordNumbers, kLanguages,    &kUnicodeOrders};
+constinit const OrderTables kOrderTables = {
+    kRecords,    kUnits,         kLists,     kLinks,          kContractions,
+    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kKeysOfLetters.data()};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

@@ -93,13 +93,26 @@ struct OrderTables {
   const TailoringSet* tailorings;
   const std::uint16_t* recordNumbers;
   const OtLanguage* languages;
-  const OtOrderTable* unicode;  ///< Of OT_CS_UNICODE, for those who can't afford to ask.
+  const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
+  const std::uint32_t* plainKeys;  ///< See PlainKey.
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 
 /// A language that tailors nothing, to stand in for null.
 inline const OtLanguage& NeutralLanguage() {
   return kOrderTables.languages[0];
+}
+
+/// Letters from here on have no plain key.
+inline constexpr unsigned kPlainKeys = 0x600;
+/// In a plain key: some language has a record of its own for the letter, alone or behind another.
+inline constexpr std::uint32_t kTailoredKey = 0x80;
+
+/// The comparable key of a letter for which no list has to be looked at while no mark follows it; 0
+/// for any other character. One load, for the Latin, Greek and Cyrillic letters that most texts
+/// consist of.
+inline std::uint32_t PlainKey(unsigned short unicode) {
+  return unicode < kPlainKeys ? kOrderTables.plainKeys[unicode] : 0;
 }
 
 }  // namespace ot95

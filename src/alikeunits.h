@@ -1,0 +1,160 @@
+#ifndef OT95_SRC_ALIKEUNITS_H
+#define OT95_SRC_ALIKEUNITS_H
+
+/// @file
+/// Units that a comparison passes over in two texts at once, many bytes at a time: equal ones and,
+/// once no difference of case counts any more, letters that differ in case alone.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "ot95/oin.h"
+
+namespace ot95 {
+
+template <class Unit>
+Unit LoadAs(const char* place) {
+  Unit unit;
+  std::memcpy(&unit, place, sizeof unit);
+  return unit;
+}
+
+/// The first and the last unit of a range.
+struct UnitRange {
+  unsigned first, last;
+  constexpr bool Has(unsigned unit) const { return unit - first <= last - first; }
+};
+
+inline constexpr unsigned kCaseDistance = 0x20;
+
+/// Capitals whose small letter stands kCaseDistance behind them and sorts like them but for case.
+template <class Unit>
+inline constexpr UnitRange kPlainCapitals[] = {{'A', 'Z'},    {0xc0, 0xc5},   {0xc7, 0xd6},
+                                               {0xd8, 0xde},  {0x391, 0x3a1}, {0x3a3, 0x3ab},
+                                               {0x410, 0x42f}};
+template <>
+inline constexpr UnitRange kPlainCapitals<std::uint8_t>[] = {{'A', 'Z'}};
+
+/// Units that no head of a contraction has behind it.
+template <class Unit>
+inline constexpr UnitRange kNoFollowers[] = {{1, OT_FIRST_MARK - 1}, {0x370, 0x52f}};
+template <>
+inline constexpr UnitRange kNoFollowers<std::uint8_t>[] = {{1, 0x7f}};
+
+template <std::size_t count>
+constexpr bool AnyHas(const UnitRange (&ranges)[count], unsigned unit) {
+  bool has = false;
+#pragma GCC unroll 8
+  for (const UnitRange& range : ranges) has |= range.Has(unit);
+  return has;
+}
+
+inline bool IsNoFollower(unsigned value) {
+  return AnyHas(kNoFollowers<std::uint16_t>, value);
+}
+
+/// Whether two units are passed over together. @param folds case is no difference; then nothing
+/// that can follow a head is passed over.
+template <class Unit, bool folds>
+bool AreAlike(Unit unit1, Unit unit2) {
+  if ((unit1 | unit2) == 0) return false;
+  if (!folds) return unit1 == unit2;
+  if (unit1 == unit2) return AnyHas(kNoFollowers<Unit>, unit1);
+  const unsigned low = std::min(unit1, unit2);
+  const unsigned high = std::max(unit1, unit2);
+  return high - low == kCaseDistance && AnyHas(kPlainCapitals<Unit>, low);
+}
+
+#if defined(__SSE2__)
+
+/// Sixteen bytes as units.
+template <class Unit>
+struct UnitBlock {
+  static constexpr bool kWide = sizeof(Unit) == 2;
+
+  static __m128i Each(unsigned unit) {
+    return kWide ? _mm_set1_epi16(static_cast<short>(unit))
+                 : _mm_set1_epi8(static_cast<char>(unit));
+  }
+  static __m128i Equal(__m128i a, __m128i b) {
+    return kWide ? _mm_cmpeq_epi16(a, b) : _mm_cmpeq_epi8(a, b);
+  }
+  static __m128i Minus(__m128i a, __m128i b) {
+    return kWide ? _mm_sub_epi16(a, b) : _mm_sub_epi8(a, b);
+  }
+  /// Not below zero.
+  static __m128i Beyond(__m128i a, __m128i b) {
+    return kWide ? _mm_subs_epu16(a, b) : _mm_subs_epu8(a, b);
+  }
+  template <std::size_t count>
+  static __m128i In(const UnitRange (&ranges)[count], __m128i units) {
+    __m128i within = _mm_setzero_si128();
+#pragma GCC unroll 8
+    for (const UnitRange& range : ranges) {
+      const __m128i beyond =
+          Beyond(Minus(units, Each(range.first)), Each(range.last - range.first));
+      within = _mm_or_si128(within, Equal(beyond, _mm_setzero_si128()));
+    }
+    return within;
+  }
+};
+
+/// Bytes before the first unit that isn't alike in the 8 or 16 at two places.
+template <class Unit, bool folds, std::size_t bytes>
+std::size_t AlikeInBlock(const char* place1, const char* place2) {
+  using Block = UnitBlock<Unit>;
+  const auto load = [](const char* place) {
+    const auto* block = reinterpret_cast<const __m128i*>(place);
+    return bytes == 16 ? _mm_loadu_si128(block) : _mm_loadl_epi64(block);
+  };
+  const __m128i block1 = load(place1);
+  const __m128i block2 = load(place2);
+  const __m128i zero = _mm_setzero_si128();
+  __m128i alike = Block::Equal(block1, block2);
+  if (folds) {
+    // One of the differences is zero.
+    const __m128i behind = Block::Beyond(block1, block2);
+    const __m128i apart = _mm_or_si128(behind, Block::Beyond(block2, block1));
+    const __m128i low = Block::Minus(block1, behind);
+    alike = _mm_or_si128(_mm_and_si128(alike, Block::In(kNoFollowers<Unit>, block1)),
+                         _mm_and_si128(Block::Equal(apart, Block::Each(kCaseDistance)),
+                                       Block::In(kPlainCapitals<Unit>, low)));
+  } else {
+    alike = _mm_andnot_si128(Block::Equal(block1, zero), alike);
+  }
+  // What lies behind eight bytes is zero, which is never alike.
+  const auto differ = ~static_cast<unsigned>(_mm_movemask_epi8(alike));
+  return static_cast<std::size_t>(__builtin_ctz(differ));
+}
+
+#else
+
+template <class Unit, bool folds, std::size_t bytes>
+std::size_t AlikeInBlock(const char* place1, const char* place2) {
+  std::size_t at = 0;
+  while (at < bytes &&
+         AreAlike<Unit, folds>(LoadAs<Unit>(place1 + at), LoadAs<Unit>(place2 + at))) {
+    at += sizeof(Unit);
+  }
+  return at;
+}
+
+#endif
+
+/// A place in each of two texts.
+struct Places {
+  const char* one;
+  const char* two;
+
+  Places Behind(std::ptrdiff_t bytes) const { return {one + bytes, two + bytes}; }
+};
+
+}  // namespace ot95
+
+#endif
