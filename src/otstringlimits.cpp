@@ -180,7 +180,7 @@ void TextOperand::MakeLower(OtIdxBounds& limits) const {
 void TextOperand::MakeUpper(OtIdxBounds& limits, LineText& text) const {
   const std::size_t top = IsPattern() ? UnitWidth() : 0;
   std::size_t size = layout_.Header() + KeyTextBytes() + top + layout_.Terminator();
-  if (size == layout_.Header() + layout_.Terminator() && IgnoresCharacters()) size += 2;
+  if (IgnoresCharacters() && (size == kEmptyRecordSize || PrefixBytes() == 0)) size += 2;
   unsigned char* key = NewKey(limits.upperKey, limits.upperKeyLength, size);
   if (key == nullptr) return;
   const std::size_t room = TextRoom(size, layout_);
@@ -189,7 +189,9 @@ void TextOperand::MakeUpper(OtIdxBounds& limits, LineText& text) const {
   if (wildBytes_ > 0 || IgnoresCharacters()) textEnd = PutTop(key, textEnd, room);
   Finish(key, textEnd, limits.upperKeyLength);
   text = TextOfKey(key, limits.upperKeyLength, layout_);
-  if (size <= OtINDEX_MAX_KEYLEN) {
+  if (size > OtINDEX_MAX_KEYLEN) {
+    text.chars = static_cast<unsigned>(Less(textEnd, kHeaderSize) / UnitWidth());
+  } else {
     text.chars =
         wildChars_ >= 0 ? static_cast<unsigned>(wildChars_) + static_cast<unsigned>(top) : noLimit;
   }
