@@ -110,6 +110,32 @@ INSTANTIATE_TEST_SUITE_P(
              "ottm: ARG: expected a value of OtDate as %Y-%m-%d, found '2000-13-01'\n", 2}));
 
 INSTANTIATE_TEST_SUITE_P(
+    Estimates, OttmCalls,
+    testing::Values(
+        Call{"estimate OtString 'app*' --low apple --high apricot",
+             "share  0.0936687\nop     9  stands for a range\n"
+             "lower  0a00fe010c704870487000ff  app\n"
+             "upper  0c00fe010c7048704870feff00ff  app…\n"},
+        Call{"estimate OtString 'a*' --op '>=,ignore-case' --form big-endian --json",
+             "{\"share\":0.0,\"op\":13,\"lower\":\"0006fe01700c00ff\",\"upper\":null}\n"},
+        Call{"estimate short 49 --op '<' --low 0 --high 99 --form big-endian --json",
+             "{\"share\":0.49,\"op\":2,\"lower\":null,\"upper\":\"0031\"}\n"},
+        Call{"estimate OtDate --hex 07d0ffff --form big-endian",
+             "share  0\nop     9  stands for a range\n"
+             "lower  07d00101  Sat 01.Jan 2000\nupper  07d00c1f  Sun 31.Dec 2000\n"},
+        Call{"estimate OtString ab --factory legacy",
+             "share  0\nop     1\nlower  0300616200  ab\nupper  0300616200  ab\n"},
+        Call{"estimate OtBlob --hex 0400000000000000 --op 6",
+             "share  1\nop     6\nlower  none\nupper  none\n"},
+        Call{"estimate OtString --hex 0600",
+             "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
+        Call{"estimate short 1 --low 0", "ottm: --low requires --high\n", 2},
+        Call{"estimate short 1 --op '=>'",
+             "ottm: --op: expected a number or of < <= <> = > >= default ignore-accent "
+             "ignore-case ignore-space ignore-symbols no-wildcards order-only, found '=>'\n",
+             2}));
+
+INSTANTIATE_TEST_SUITE_P(
     BadInput, OttmCalls,
     testing::Values(
         Call{"encode short abc", "ottm: VALUE: expected a value of short, found 'abc'\n", 2},
@@ -146,11 +172,13 @@ TEST(Ottm, MatchTellsWhetherAnythingWasFound) {
 
 TEST(Ottm, BatchAnswersALineForALine) {
   const std::string lines =
-      "printf '[\"hash\",\"short\",\"1\"]\\nnonsense\\n[\"edit\",\"lower\",\"ABC\"]\\n' | ";
+      "printf '[\"hash\",\"short\",\"1\"]\\nnonsense\\n[\"edit\",\"lower\",\"ABC\"]\\n"
+      "[\"estimate\",\"short\",\"5\",\"--op\",\">\",\"--low\",\"0\",\"--high\",\"9\"]\\n' | ";
   EXPECT_EQ(Ottm("batch", lines).out,
             "{\"hash\":1103515245,\"status\":0}\n"
             "{\"error\":\"expected a JSON array of texts\",\"exit\":2}\n"
-            "{\"text\":\"abc\"}\n");
+            "{\"text\":\"abc\"}\n"
+            "{\"share\":0.4,\"op\":4,\"lower\":\"0500\",\"upper\":null}\n");
 }
 
 TEST(Ottm, TypesHasARowForEachType) {

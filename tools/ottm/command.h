@@ -32,6 +32,7 @@ void AddTextCommands(CommandList& list);
 void AddOrderCommands(CommandList& list);
 void AddInt64Commands(CommandList& list);
 void AddDateCommands(CommandList& list);
+void AddEstimateCommands(CommandList& list);
 
 }  // namespace ottm
 

@@ -14,6 +14,7 @@ CommandList AllCommands() {
   AddTableCommands(list);
   AddStorageCommands(list);
   AddComparisonCommands(list);
+  AddEstimateCommands(list);
   AddTextCommands(list);
   AddOrderCommands(list);
   AddLineCommands(list);

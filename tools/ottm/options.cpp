@@ -22,6 +22,13 @@ const std::map<std::string, unsigned short> kOps = {{"no-wildcards", OT_CMP_NO_W
                                                     {"ignore-symbols", OT_CMP_IGNORE_SYMBOLS},
                                                     {"default", OT_CMP_DEFAULT}};
 
+const std::map<std::string, unsigned short> kRelations = {{"=", OT_OP_EQUAL},
+                                                          {"<", OT_OP_LESS},
+                                                          {">", OT_OP_GREATER},
+                                                          {"<=", OT_OP_LESS | OT_OP_EQUAL},
+                                                          {">=", OT_OP_GREATER | OT_OP_EQUAL},
+                                                          {"<>", OT_OP_LESS | OT_OP_GREATER}};
+
 template <class Map>
 std::string NamesOf(const Map& map) {
   std::string names;
@@ -72,9 +79,12 @@ unsigned char FormOption::Format() const {
 }
 
 void OpOption::Declare(CLI::App& app) {
-  app.add_option("--op", names,
-                 "Comparison options: a number, or names with commas: " + NamesOf(kOps))
+  app.add_option("--op", names, "A number, or names with commas: " + Expected())
       ->capture_default_str();
+}
+
+std::string OpOption::Expected() const {
+  return (relations ? NamesOf(kRelations) + " " : "") + NamesOf(kOps);
 }
 
 unsigned short OpOption::Word() const {
@@ -83,10 +93,14 @@ unsigned short OpOption::Word() const {
   std::istringstream list(names);
   for (std::string name; std::getline(list, name, ',');) {
     const auto op = kOps.find(name);
-    if (op == kOps.end()) {
-      throw BadInput("--op: expected a number or of " + NamesOf(kOps) + ", found '" + name + "'");
+    const auto relation = kRelations.find(name);
+    if (op != kOps.end()) {
+      word |= op->second;
+    } else if (relations && relation != kRelations.end()) {
+      word |= relation->second;
+    } else {
+      throw BadInput("--op: expected a number or of " + Expected() + ", found '" + name + "'");
     }
-    word |= op->second;
   }
   return static_cast<unsigned short>(word);
 }

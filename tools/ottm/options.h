@@ -28,9 +28,13 @@ struct FormOption {
 /// The comparison-op word, as a number or a comma list of names.
 struct OpOption {
   std::string names = "no-wildcards";
+  bool relations = false;  ///< It is the operator word: names like "<=" count too.
 
   void Declare(CLI::App& app);
   unsigned short Word() const;
+
+ private:
+  std::string Expected() const;
 };
 
 /// The identifier of a type given by name or number. Throws BadInput.
