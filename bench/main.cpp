@@ -1,18 +1,26 @@
-// ot95_bench CORPORA [options of Google Benchmark]
+// ot95_bench CORPORA [estimates] [options of Google Benchmark]
 #include <cstdio>
+#include <string_view>
 
 #include "corpus.h"
 #include "ot95/typemgr.h"
+#include "report.h"
 #include "workload.h"
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: ot95_bench CORPORA [--benchmark_...]\n");
+  const bool estimates = argc == 3 && std::string_view(argv[2]) == "estimates";
+  if (argc != 2 && !estimates) {
+    std::fprintf(stderr, "usage: ot95_bench CORPORA [estimates] [--benchmark_...]\n");
     return 2;
   }
   ___OtTypemgrContext(1);
   bench::SetCorpusFolder(argv[1]);
+  if (estimates) {
+    bench::ReportEstimates();
+    ___OtTypemgrContext(0);
+    return 0;
+  }
   bench::RegisterComparison();
   bench::RegisterSorting();
   bench::RegisterKeys();
