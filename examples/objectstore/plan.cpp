@@ -95,57 +95,38 @@ class Planner {
     const IndexTrees* index = trees_.IndexOf(term.member);
     if (index == nullptr) return {};
     Range range{index, {}, {}, false, 0};
-    range.share = Estimate(*index, term.relation | term.options, term.operand, form_, range);
-    if (term.relation != OT_OP_EQUAL) WidenPartialLimits(term.relation, range);
-    range.withPartial = MayQualifyElsewhere(term);
+    const bool isOpen = Estimate(term, range);
+    if (MemberOf(*index).IsText()) AllowForPartialKeys(term, isOpen, range);
     plan_.terms.push_back({term.text, range.share, range});
     if (!range.lower && !range.upper) return {};
     return Ranges{range};
   }
 
   /// Asks the type. The ends of the index are what the share is measured on.
-  double Estimate(const IndexTrees& index, unsigned relation, View operand, unsigned char format,
-                  Range& range) const {
-    Limits limits;
-    auto op = static_cast<unsigned short>(relation);
-    Cursor first(txn_, index.all), last(txn_, index.all);
-    double share = 0;
-    if (first.First() && last.Last()) {
-      Limits ends(first.Key(), last.Key());
-      share = Ask(index, &ends, op, operand, format, limits);
-    } else {
-      Ask(index, nullptr, op, operand, format, limits);
-    }
+  /// @return whether the operand stands for a range.
+  bool Estimate(const Term& term, Range& range) const {
+    Limits limits, ends;
+    Cursor first(txn_, range.index->all), last(txn_, range.index->all);
+    const bool isEmpty = !first.First() || !last.Last();
+    if (!isEmpty) ends.Set(first.Key(), last.Key());
+    auto op = static_cast<unsigned short>(term.relation | term.options);
+    const float share = Types().EvalAndBound(MemberOf(*range.index).type, isEmpty ? nullptr : &ends,
+                                             op, Place(term.operand), form_, 1, &limits, nullptr);
+    range.share = isEmpty ? 0 : std::clamp(double{share}, 0.0, 1.0);
     range.lower = limits.Lower();
     range.upper = limits.Upper();
-    return std::clamp(share, 0.0, 1.0);
+    return (op & OT_OP_WILDCARD) != 0;
   }
 
-  double Ask(const IndexTrees& index, OtIdxBounds* ends, unsigned short& op, View operand,
-             unsigned char format, Limits& limits) const {
-    return double{Types().EvalAndBound(MemberOf(index).type, ends, op, Place(operand), format, 1,
-                                       &limits, nullptr)};
-  }
-
-  /// What a key doesn't tell decides an inequality, and where characters are ignored the key may
-  /// have ended before the first one that counts.
-  bool MayQualifyElsewhere(const Term& term) const {
-    return trees_.type->members[term.member].IsText() &&
-           (term.relation != OT_OP_EQUAL ||
-            (term.options & (OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS)) != 0);
-  }
-
-  /// Where the limit of an inequality isn't whole, all that begins like it may qualify, with
-  /// whatever accents.
-  void WidenPartialLimits(unsigned short relation, Range& range) const {
-    const char type = MemberOf(*range.index).type;
-    for (auto Range::*limit : {&Range::lower, &Range::upper}) {
-      auto& key = range.*limit;
-      if (!key || IsWhole(type, *key, form_)) continue;
-      Range wider{};
-      Estimate(*range.index, relation | OT_CMP_IGNORE_CASE | OT_CMP_IGNORE_ACCENT, *key,
-               KeyFormat(type, form_), wider);
-      key = wider.*limit;
+  /// What a key or a pattern doesn't tell decides an inequality: a limit that isn't whole is none,
+  /// and entries that aren't whole may qualify wherever they are filed. Characters that are ignored
+  /// can put a key anywhere.
+  void AllowForPartialKeys(const Term& term, bool isOpen, Range& range) const {
+    const bool ignores = (term.options & (OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS)) != 0;
+    range.withPartial = term.relation != OT_OP_EQUAL;
+    for (auto* limit : {&range.lower, &range.upper}) {
+      const bool tells = *limit && !isOpen && IsWhole(MemberOf(*range.index).type, **limit, form_);
+      if (ignores || (range.withPartial && !tells)) limit->reset();
     }
   }
 

@@ -13,12 +13,6 @@ namespace otdb {
 class Limits : public OtIdxBounds {
  public:
   Limits() = default;
-  Limits(View lower, View upper) {
-    lowerKey = Copy(lower);
-    upperKey = Copy(upper);
-    lowerKeyLength = static_cast<unsigned char>(lower.size());
-    upperKeyLength = static_cast<unsigned char>(upper.size());
-  }
   ~Limits() {
     std::free(lowerKey);
     std::free(upperKey);
@@ -26,6 +20,13 @@ class Limits : public OtIdxBounds {
   Limits(const Limits&) = delete;
   Limits& operator=(const Limits&) = delete;
 
+  /// Fills a fresh pair with copies.
+  void Set(View lower, View upper) {
+    lowerKey = Copy(lower);
+    upperKey = Copy(upper);
+    lowerKeyLength = static_cast<unsigned char>(lower.size());
+    upperKeyLength = static_cast<unsigned char>(upper.size());
+  }
   /// Nothing where the range is open.
   std::optional<Bytes> Lower() const { return BytesOf(lowerKey, lowerKeyLength); }
   std::optional<Bytes> Upper() const { return BytesOf(upperKey, upperKeyLength); }
