@@ -135,10 +135,13 @@ void Report(const Column& column) {
   std::printf("\n");
 }
 
-Column Texts(const std::string& script) {
+/// Names in a language of their script: an operand's place on the line begins with that script.
+Column Texts(const std::string& script, const char* tag) {
+  const unsigned char language = OtLanguageContext::LanguageOfTag(tag);
   Column column{script + " names", 11, {}, {}, {}};
   for (const Name& name : NamesOf(script)) {
     OtString text = name.wide;
+    text.SetLanguageCode(language);
     column.values.push_back(Store(column.id, &text));
     Bytes key(OtINDEX_MAX_KEYLEN);
     key.resize(Types().Translate(column.id, key.data(), keyForm, key.size(), &text,
@@ -148,6 +151,7 @@ Column Texts(const std::string& script) {
       auto& patterns = column.patterns[length - 1];
       if (patterns.size() == operandsAsked || name.units.size() <= length) continue;
       OtString pattern = ToWide(name.units.substr(0, length) + u"*");
+      pattern.SetLanguageCode(language);
       patterns.push_back(Store(column.id, &pattern));
     }
   }
@@ -191,7 +195,9 @@ void ReportEstimates() {
   for (const Relation& relation : relations) std::printf(" %14s", relation.name);
   for (const char* pattern : {"x*", "xy*", "xyz*"}) std::printf(" %14s", pattern);
   std::printf("\n");
-  for (const char* script : {"latin", "greek", "cyrillic", "han"}) Report(Texts(script));
+  constexpr std::pair<const char*, const char*> scripts[] = {
+      {"latin", "en"}, {"greek", "el"}, {"cyrillic", "ru"}, {"han", "zh"}};
+  for (const auto& [script, tag] : scripts) Report(Texts(script, tag));
   const OtDate last(2024, 12, 31);
   Report(Numbers("long", "uniform", Longs(std::uniform_real_distribution<>(0, 1e6))));
   Report(Numbers("long", "normal", Longs(std::normal_distribution<>(0, 1e5))));

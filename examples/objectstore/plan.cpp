@@ -4,6 +4,7 @@
 
 #include "keys.h"
 #include "scanlimits.h"
+#include "value.h"
 
 namespace otdb {
 namespace {
@@ -97,6 +98,7 @@ class Planner {
     Range range{index, {}, {}, false, 0};
     const bool isOpen = Estimate(term, range);
     if (MemberOf(*index).IsText()) AllowForPartialKeys(term, isOpen, range);
+    IncludeNull(term, range);
     plan_.terms.push_back({term.text, range.share, range});
     if (!range.lower && !range.upper) return {};
     return Ranges{range};
@@ -127,6 +129,19 @@ class Planner {
     for (auto* limit : {&range.lower, &range.upper}) {
       const bool tells = *limit && !isOpen && IsWhole(MemberOf(*range.index).type, **limit, form_);
       if (ignores || (range.withPartial && !tells)) limit->reset();
+    }
+  }
+
+  /// To some operands a null is like an empty text, but it is filed in front of that.
+  void IncludeNull(const Term& term, Range& range) const {
+    const Member& member = MemberOf(*range.index);
+    Value null(member);
+    if (!range.lower || !null.SetNull(0)) return;
+    const Bytes stored = null.Stored(form_);
+    const long sign = CompareStored(member, stored, term.operand, term.options, form_);
+    const Bytes key = KeyOf(member, stored, form_);
+    if (Satisfies(sign, term.relation) && CompareKeys(member.type, key, *range.lower, form_) < 0) {
+      range.lower = key;
     }
   }
 
