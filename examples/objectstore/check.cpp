@@ -6,8 +6,6 @@
 namespace otdb {
 namespace {
 
-constexpr char kObjId = 15;
-
 class Checker {
  public:
   Checker(const Store& store, lmdb::txn& txn, const std::function<void(const std::string&)>& report)
@@ -27,20 +25,16 @@ class Checker {
     report_(text);
   }
 
-  bool IsId(View id) const {
-    unsigned long consumed = 0;
-    return Types().VerifyStored(kObjId, id.data(), id.size(), form_, 1, consumed) == 0 &&
-           consumed == id.size();
-  }
   std::string NameOf(const ClassTrees& trees, View id) const {
-    return trees.type->name + " " + (IsId(id) ? IdToText(id, form_) : "with a damaged identifier");
+    return trees.type->name + " " +
+           (IsId(id, form_) ? IdToText(id, form_) : "with a damaged identifier");
   }
 
   void CheckObjects(const ClassTrees& trees) {
     Cursor cursor(txn_, trees.objects);
     for (bool more = cursor.First(); more; more = cursor.Next()) {
       ++result_.objects;
-      if (!IsId(cursor.Key())) {
+      if (!IsId(cursor.Key(), form_)) {
         Fault(NameOf(trees, cursor.Key()));
       } else if (!Record(*trees.type, cursor.Data(), form_).IsSound()) {
         Fault(NameOf(trees, cursor.Key()) + ": a damaged record");

@@ -51,15 +51,17 @@ class Execution {
     return !range.withPartial || ScanPartial(range, type);
   }
 
-  /// The entries outside the limits.
+  /// The entries outside the limits, of which the lower may be above the upper.
   bool ScanPartial(const Range& range, char type) {
     Cursor cursor(txn_, range.index->partial);
+    const bool none =
+        range.lower && range.upper && CompareKeys(type, *range.lower, *range.upper, form_) > 0;
     bool more = range.lower && cursor.First();
     for (; more; more = cursor.Next()) {
-      if (CompareKeys(type, cursor.Key(), *range.lower, form_) >= 0) break;
+      if (!none && CompareKeys(type, cursor.Key(), *range.lower, form_) >= 0) break;
       if (!OfferEntry(cursor.Data())) return false;
     }
-    more = range.upper && cursor.Seek(*range.upper);
+    more = !none && range.upper && cursor.Seek(*range.upper);
     for (; more; more = cursor.Next()) {
       if (CompareKeys(type, cursor.Key(), *range.upper, form_) == 0) continue;
       if (!OfferEntry(cursor.Data())) return false;

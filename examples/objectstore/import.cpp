@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <string_view>
 
 #include "bad_input.h"
 #include "record.h"
@@ -45,8 +46,8 @@ class Importer {
   }
 
   void EndOfLine() {
-    const std::size_t number = line_;
-    line_ += 1 + std::exchange(newlines_, 0);
+    const std::size_t number = line_ - std::exchange(newlines_, 0);
+    rowsEnd_ = line_;
     const std::vector<std::string> fields = std::exchange(fields_, {});
     try {
       if (columns_.empty()) {
@@ -61,13 +62,20 @@ class Importer {
   }
 
   void Refuse(std::size_t line, const std::string& reason) {
-    const std::string message = file_ + ":" + std::to_string(line) + ": " + reason;
-    if (!options_.skipBad || columns_.empty()) {
-      Flush();
-      throw BadInput(message + " (" + std::to_string(result_.objects) + " objects were added)");
-    }
+    if (!options_.skipBad || columns_.empty()) Stop(line, reason);
     ++result_.bad;
-    if (options_.report) options_.report(message);
+    if (options_.report) options_.report(At(line) + reason);
+  }
+
+  /// Ends the import, bad lines skipped or not.
+  [[noreturn]] void Stop(std::size_t line, const std::string& reason) {
+    Flush();
+    throw BadInput(At(line) + reason + " (" + std::to_string(result_.objects) +
+                   " objects were added)");
+  }
+
+  void RequireHeader() {
+    if (columns_.empty()) Stop(line_, "expected a header line with members of " + type_.name);
   }
 
   void Flush() {
@@ -78,21 +86,29 @@ class Importer {
   }
 
   void SetShare(double share) { share_ = share; }
+  /// The lines of the file are counted here: the CSV library is silent about empty ones.
+  void NextLine() { ++line_; }
   std::size_t Line() const { return line_; }
+  /// Where the row begins that isn't complete.
+  std::size_t OpenLine() const { return rowsEnd_ + 1; }
   const ImportResult& Result() const { return result_; }
 
  private:
+  std::string At(std::size_t line) const { return file_ + ":" + std::to_string(line) + ": "; }
+
   void ReadHeader(const std::vector<std::string>& names) {
     const std::vector<std::string> known = ColumnsOf(type_);
     const std::vector<Target> targets = TargetsOf(type_);
+    std::vector<Target> columns;  // all of them or none
     for (const std::string& name : names) {
       const auto found = std::find(known.begin(), known.end(), name);
       if (found == known.end()) {
         throw BadInput("expected members of " + type_.name + " in the header, found '" + name +
                        "'");
       }
-      columns_.push_back(targets[static_cast<std::size_t>(found - known.begin())]);
+      columns.push_back(targets[static_cast<std::size_t>(found - known.begin())]);
     }
+    columns_ = std::move(columns);
   }
 
   void Take(const std::vector<std::string>& fields) {
@@ -115,7 +131,8 @@ class Importer {
   std::vector<std::string> fields_;
   std::vector<Bytes> batch_;
   std::size_t line_ = 1;
-  std::size_t newlines_ = 0;
+  std::size_t rowsEnd_ = 0;   ///< The line in which the last row ended.
+  std::size_t newlines_ = 0;  ///< In the fields of this row.
   double share_ = 0;
   ImportResult result_;
 };
@@ -154,23 +171,28 @@ class CsvParser {
   CsvParser(const CsvParser&) = delete;
   CsvParser& operator=(const CsvParser&) = delete;
 
-  void Parse(const char* bytes, std::size_t length, Feed& feed) {
-    if (csv_parse(&parser_, bytes, length, Feed::OnField, Feed::OnLine, &feed) != length) {
-      Fail(feed);
+  void Parse(std::string_view bytes, Feed& feed) {
+    while (!bytes.empty()) {
+      const std::size_t length = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
+      if (csv_parse(&parser_, bytes.data(), length, Feed::OnField, Feed::OnLine, &feed) != length) {
+        Fail(feed, feed.importer.Line());
+      }
+      feed.Check();
+      if (bytes[length - 1] == '\n') feed.importer.NextLine();
+      bytes.remove_prefix(length);
     }
-    feed.Check();
   }
   void Finish(Feed& feed) {
-    if (csv_fini(&parser_, Feed::OnField, Feed::OnLine, &feed) != 0) Fail(feed);
+    if (csv_fini(&parser_, Feed::OnField, Feed::OnLine, &feed) != 0) {
+      Fail(feed, feed.importer.OpenLine());
+    }
     feed.Check();
   }
 
  private:
-  [[noreturn]] void Fail(Feed& feed) {
+  [[noreturn]] void Fail(Feed& feed, std::size_t line) {
     feed.Check();
-    feed.importer.Flush();
-    throw BadInput("line " + std::to_string(feed.importer.Line()) +
-                   ": not CSV: " + csv_strerror(csv_error(&parser_)));
+    feed.importer.Stop(line, std::string("not CSV: ") + csv_strerror(csv_error(&parser_)));
   }
 
   csv_parser parser_;
@@ -193,9 +215,10 @@ ImportResult Import(Store& store, const Class& type, const std::string& file,
     const auto length = static_cast<std::size_t>(input.gcount());
     done += static_cast<double>(length);
     if (!noSize) importer.SetShare(done / size);
-    parser.Parse(block.data(), length, feed);
+    parser.Parse({block.data(), length}, feed);
   }
   parser.Finish(feed);
+  importer.RequireHeader();
   importer.Flush();
   return importer.Result();
 }

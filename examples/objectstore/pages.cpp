@@ -1,6 +1,7 @@
 #include "pages.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -62,18 +63,25 @@ bool PageFile<Word>::IsOne(const std::string& path) {
 }
 
 template <class Word>
-PageFile<Word>::PageFile(const std::string& path)
-    : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-  if (file_ < 0) throw BadInput(path + ": can't be read");
-  pageSize_ = kHeader + kTreesInMeta<Word> + 4;
-  pageSize_ = At<std::uint32_t>(Read(0), kHeader + kTreesInMeta<Word>);
-  if (pageSize_ < 512 || pageSize_ > 65536) Damaged();
-  root_ = NewestRoot();
+PageFile<Word>::File::File(const std::string& path)
+    : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) throw BadInput(path + ": can't be read");
 }
 
 template <class Word>
-PageFile<Word>::~PageFile() {
-  close(file_);
+PageFile<Word>::File::~File() {
+  close(descriptor_);
+}
+
+template <class Word>
+PageFile<Word>::PageFile(const std::string& path) : file_(path) {
+  pageSize_ = kHeader + kTreesInMeta<Word> + 4;
+  pageSize_ = At<std::uint32_t>(Read(0), kHeader + kTreesInMeta<Word>);
+  if (pageSize_ < 512 || pageSize_ > 65536) Damaged();
+  struct stat facts {};
+  if (fstat(file_, &facts) != 0) throw BadInput(path + ": can't be read");
+  pages_ = static_cast<std::uint64_t>(facts.st_size) / pageSize_;
+  root_ = NewestRoot();
 }
 
 template <class Word>
@@ -104,19 +112,26 @@ Word PageFile<Word>::NewestRoot() const {
 }
 
 template <class Word>
-Bytes PageFile<Word>::Overflow(Word page, std::size_t length) const {
+void PageFile<Word>::Take(Place place, std::uint64_t pages) {
+  if (pages > place.pagesLeft) Damaged();
+  place.pagesLeft -= pages;
+}
+
+template <class Word>
+Bytes PageFile<Word>::Overflow(Word page, std::size_t length, Place place) const {
   const Bytes first = Read(page);
   const auto pages = At<std::uint32_t>(first, sizeof(Word) + 4);
-  const std::size_t needed = (kHeader + length + pageSize_ - 1) / pageSize_;
+  const std::uint64_t needed = (std::uint64_t{kHeader} + length + pageSize_ - 1) / pageSize_;
   if ((At<std::uint16_t>(first, sizeof(Word) + 2) & kOverflowPage) == 0 || pages < needed) {
     Damaged();
   }
-  return Read(page, needed);
+  Take(place, needed);
+  return Read(page, static_cast<std::size_t>(needed));
 }
 
 template <class Word>
 template <class Leaf>
-void PageFile<Word>::WalkNode(const Bytes& page, std::size_t at, bool isLeaf, int depth,
+void PageFile<Word>::WalkNode(const Bytes& page, std::size_t at, bool isLeaf, Place place,
                               const Leaf& leaf) const {
   const std::uint64_t low =
       At<std::uint16_t>(page, at) | std::uint64_t{At<std::uint16_t>(page, at + 2)} << 16;
@@ -125,14 +140,14 @@ void PageFile<Word>::WalkNode(const Bytes& page, std::size_t at, bool isLeaf, in
   if (!isLeaf) {
     Word child = static_cast<Word>(low);
     if constexpr (sizeof(Word) == 8) child |= Word{flags} << 32;
-    Walk(child, depth + 1, leaf);
+    Walk(child, {place.depth + 1, place.pagesLeft}, leaf);
     return;
   }
   const View key = Part(page, at + kNodeHeader, keySize);
   const auto length = static_cast<std::size_t>(low);
   const std::size_t value = at + kNodeHeader + keySize;
   if (flags & kBigData) {
-    const Bytes pages = Overflow(At<Word>(page, value), length);
+    const Bytes pages = Overflow(At<Word>(page, value), length, place);
     leaf(flags, key, Part(pages, kHeader, length));
   } else {
     leaf(flags, key, Part(page, value, length));
@@ -141,28 +156,36 @@ void PageFile<Word>::WalkNode(const Bytes& page, std::size_t at, bool isLeaf, in
 
 template <class Word>
 template <class Leaf>
-void PageFile<Word>::Walk(Word number, int depth, const Leaf& leaf) const {
-  if (number == static_cast<Word>(-1)) return;  // an empty tree
-  if (depth > kDeepest) Damaged();
+void PageFile<Word>::WalkTree(Word root, const Leaf& leaf) const {
+  if (root == static_cast<Word>(-1)) return;  // an empty tree
+  std::uint64_t pagesLeft = pages_;
+  Walk(root, {0, pagesLeft}, leaf);
+}
+
+template <class Word>
+template <class Leaf>
+void PageFile<Word>::Walk(Word number, Place place, const Leaf& leaf) const {
+  if (place.depth > kDeepest) Damaged();
+  Take(place, 1);
   const Bytes page = Read(number);
   const unsigned flags = At<std::uint16_t>(page, sizeof(Word) + 2);
   const std::size_t end = At<std::uint16_t>(page, sizeof(Word) + 4);
   if ((flags & (kBranchPage | kLeafPage)) == 0 || end < kHeader) Damaged();
   for (std::size_t at = kHeader; at + 1 < end; at += 2) {
-    WalkNode(page, At<std::uint16_t>(page, at), (flags & kLeafPage) != 0, depth, leaf);
+    WalkNode(page, At<std::uint16_t>(page, at), (flags & kLeafPage) != 0, place, leaf);
   }
 }
 
 template <class Word>
 bool PageFile<Word>::Visit(const std::string& tree, const Visitor& visitor) const {
   std::optional<Word> root;
-  Walk(root_, 0, [&](unsigned flags, View key, View value) {
+  WalkTree(root_, [&](unsigned flags, View key, View value) {
     const std::string name(key.begin(), key.end());
     if ((flags & kSubTree) == 0 || name != tree) return;
     root = At<Word>(Bytes(value.begin(), value.end()), kRootInTree<Word>);
   });
   if (!root) return false;
-  Walk(*root, 0, [&](unsigned flags, View key, View value) {
+  WalkTree(*root, [&](unsigned flags, View key, View value) {
     if (flags & (kDuplicates | kSubTree)) Damaged();
     visitor(key, value);
   });

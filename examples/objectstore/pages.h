@@ -10,7 +10,8 @@
 namespace otdb {
 
 /// Reads the pages of a storage file of a given machine word, as the storage engine documents and
-/// writes them. Nothing in the file is trusted: whatever doesn't fit ends in BadInput.
+/// writes them. Nothing in the file is trusted: whatever doesn't fit ends in BadInput, and a walk
+/// that takes more pages than the file has, round a circle or into a shared part, doesn't fit.
 /// @tparam Word an unsigned integer of the word's size.
 template <class Word>
 class PageFile {
@@ -21,9 +22,6 @@ class PageFile {
   static bool IsOne(const std::string& path);
 
   explicit PageFile(const std::string& path);
-  ~PageFile();
-  PageFile(const PageFile&) = delete;
-  PageFile& operator=(const PageFile&) = delete;
 
   /// Walks a named tree in the order of its keys. @return whether there is one.
   bool Visit(const std::string& tree, const Visitor& visitor) const;
@@ -31,15 +29,37 @@ class PageFile {
  private:
   static constexpr std::size_t kHeader = sizeof(Word) + 8;
 
+  class File {
+   public:
+    explicit File(const std::string& path);
+    ~File();
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    operator int() const { return descriptor_; }
+
+   private:
+    int descriptor_;
+  };
+  /// Where a walk is, and how many pages it may still take.
+  struct Place {
+    int depth;
+    std::uint64_t& pagesLeft;
+  };
+
   Bytes Read(Word page, std::size_t pages = 1) const;
   Word NewestRoot() const;
   template <class Leaf>
-  void Walk(Word page, int depth, const Leaf& leaf) const;
+  void WalkTree(Word root, const Leaf& leaf) const;
   template <class Leaf>
-  void WalkNode(const Bytes& page, std::size_t at, bool isLeaf, int depth, const Leaf& leaf) const;
-  Bytes Overflow(Word page, std::size_t length) const;
+  void Walk(Word page, Place place, const Leaf& leaf) const;
+  template <class Leaf>
+  void WalkNode(const Bytes& page, std::size_t at, bool isLeaf, Place place,
+                const Leaf& leaf) const;
+  Bytes Overflow(Word page, std::size_t length, Place place) const;
+  static void Take(Place place, std::uint64_t pages);
 
-  int file_;
+  File file_;
+  std::uint64_t pages_ = 0;  ///< Of the whole file.
   std::size_t pageSize_ = 0;
   Word root_ = 0;
 };

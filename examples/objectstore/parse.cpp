@@ -1,5 +1,6 @@
 #include <cctype>
 #include <charconv>
+#include <type_traits>
 
 #include "bad_input.h"
 #include "query.h"
@@ -86,7 +87,9 @@ class Parser {
   Query Run() {
     Query query;
     Require("from");
-    query.type = type_ = &schema_.ClassNamed(Word("a class"));
+    if (token_.kind != Token::kWord) Fail("a class");
+    query.type = type_ = &Here([&]() -> auto& { return schema_.ClassNamed(token_.text); });
+    Step();
     if (Take("where")) query.where = Either(false);
     if (Take("order")) {
       Require("by");
@@ -122,11 +125,14 @@ class Parser {
   void Require(const char* word) {
     if (!Take(word)) Fail(std::string("'") + word + "'");
   }
-  std::string Word(const char* what) {
-    if (token_.kind != Token::kWord) Fail(what);
-    std::string word = token_.text;
-    Step();
-    return word;
+  /// Tells the place of what an action refuses.
+  template <class Action>
+  std::invoke_result_t<Action> Here(const Action& action) const {
+    try {
+      return action();
+    } catch (const BadInput& error) {
+      throw BadInput("query, at " + std::to_string(token_.place + 1) + ": " + error.what());
+    }
   }
   std::size_t Number() {
     std::size_t number = 0;
@@ -138,7 +144,7 @@ class Parser {
   }
   std::size_t MemberHere() {
     if (token_.kind != Token::kWord) Fail("a member of " + type_->name);
-    const std::size_t member = type_->MemberNamed(token_.text);
+    const std::size_t member = Here([&] { return type_->MemberNamed(token_.text); });
     if (type_->members[member].count != 1) Fail("a member of one element");
     Step();
     return member;
@@ -212,13 +218,14 @@ class Parser {
 
   Bytes Literal(const Member& member) {
     if (token_.kind != Token::kWord && token_.kind != Token::kText) Fail("a value");
-    const bool isNull = Is("null");
-    const std::string literal = token_.text;
+    Bytes operand = Here([&] {
+      if (!Is("null")) return OperandFor(member, token_.text, schema_.form);
+      Value value(member);
+      if (!value.SetNull(0)) throw BadInput(member.name + " has no null");
+      return value.Stored(schema_.form);
+    });
     Step();
-    if (!isNull) return OperandFor(member, literal, schema_.form);
-    Value value(member);
-    if (!value.SetNull(0)) throw BadInput("query: " + member.name + " has no null");
-    return value.Stored(schema_.form);
+    return operand;
   }
 
   const Schema& schema_;

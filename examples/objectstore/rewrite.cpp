@@ -9,6 +9,7 @@
 
 #include "bad_input.h"
 #include "pages.h"
+#include "record.h"
 #include "store.h"
 
 namespace otdb {
@@ -49,6 +50,9 @@ class Rewriter {
   }
 
   void Take(const ClassTrees& trees, View id, View record) {
+    if (!IsId(id, schema_.form) || !Record(*trees.type, record, schema_.form).IsSound()) {
+      throw BadInput("a damaged object in the store");
+    }
     ids_.emplace_back(id.begin(), id.end());
     records_.emplace_back(record.begin(), record.end());
     if (ids_.size() == kBatch) Flush(trees);

@@ -16,6 +16,7 @@ using Json = nlohmann::ordered_json;
 using ot95::tools::BadInput;
 
 constexpr unsigned long kMostElements = 10'000;
+constexpr const char* kStoreFacts = "facts";  // the tree in which the store keeps the schema
 
 std::string TypeName(char type) {
   return Types().NameGet(type, nullptr);
@@ -47,11 +48,12 @@ Member MemberFrom(const Json& json, const std::string& className) {
   if (Types().Name2OtTypeId(type.c_str(), member.type) != 0 || type == "illegal") {
     throw BadInput(where + "expected the name of a type, found '" + type + "'");
   }
-  member.count = Field(json, "count", 1UL);
-  if (member.count == 0 || member.count > kMostElements) {
+  const auto count = Field(json, "count", std::uint64_t{1});
+  if (count == 0 || count > kMostElements) {
     throw BadInput(where + "expected a count of 1 to " + std::to_string(kMostElements));
   }
-  const auto codeSet = Field(json, "codeSet", 253U);
+  member.count = static_cast<unsigned long>(count);
+  const auto codeSet = Field(json, "codeSet", std::uint64_t{253});
   if (codeSet > 253) throw BadInput(where + "expected a code set of 0 to 253");
   member.codeSet = static_cast<unsigned char>(codeSet);
   member.language = ot95::tools::LanguageNumber(Field(json, "language", std::string("1")),
@@ -110,7 +112,12 @@ Schema Schema::FromJson(const std::string& text) {
       throw BadInput("schema: form: expected big-endian or native, found '" + form + "'");
     }
     schema.form = form == "native" ? OT_FORMAT_NATIVE : OT_FORMAT_BIG_ENDIAN;
-    for (const Json& each : json.at("classes")) schema.classes.push_back(ClassFrom(each));
+    std::set<std::string> names = {kStoreFacts};
+    for (const Json& each : json.at("classes")) {
+      schema.classes.push_back(ClassFrom(each));
+      const std::string& name = schema.classes.back().name;
+      if (!names.insert(name).second) throw BadInput("schema: the name '" + name + "' is taken");
+    }
   } catch (const Json::exception& error) {
     throw BadInput(std::string("schema: ") + error.what());
   }

@@ -35,10 +35,7 @@ Bytes StoredId(OtObjId id, unsigned char form) {
 
 OtObjId LoadedId(View stored, unsigned char form) {
   OtObjId id;
-  unsigned long consumed = 0;
-  if (Types().VerifyStored(kObjId, stored.data(), stored.size(), form, 1, consumed) != 0) {
-    throw BadInput("a damaged identifier in the store");
-  }
+  if (!IsId(stored, form)) throw BadInput("a damaged identifier in the store");
   Types().Load(kObjId, &id, Place(stored), form, 1);
   return id;
 }
@@ -211,6 +208,12 @@ MDB_stat StatOf(lmdb::txn& txn, MDB_dbi tree) {
   MDB_stat stat;
   lmdb::dbi_stat(txn, tree, &stat);
   return stat;
+}
+
+bool IsId(View id, unsigned char form) {
+  unsigned long consumed = 0;
+  return Types().VerifyStored(kObjId, id.data(), id.size(), form, 1, consumed) == 0 &&
+         consumed == id.size();
 }
 
 namespace {

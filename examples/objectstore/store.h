@@ -98,6 +98,8 @@ class Cursor {
 std::optional<View> Get(lmdb::txn& txn, MDB_dbi tree, View key);
 MDB_stat StatOf(lmdb::txn& txn, MDB_dbi tree);
 
+/// Whether bytes are the stored form of an identifier, and no more.
+bool IsId(View id, unsigned char form);
 /// Identifiers as text, and in their stored form. FromText throws BadInput.
 std::string IdToText(View id, unsigned char form);
 Bytes IdFromText(const std::string& text, unsigned char form);
