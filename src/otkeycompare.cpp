@@ -52,21 +52,43 @@ void PassEqual(Words& words1, Words& words2) {
   }
 }
 
-std::optional<int> CompareWords(Words words1, Words words2, bool reversed, const Levels& levels) {
+// What begins with symbols on one side or both: to the next real character of each.
+void MeetBehindSymbols(Words& words1, Words& words2, std::uint32_t& key1, std::uint32_t& key2,
+                       bool reversed, const Levels& levels, Differences& differences) {
+  const auto next = [&](Words& words) {
+    std::uint32_t key = 0;
+    do key = ComposeOrderKey(words.Next(reversed), words.script);
+    while (!IsReal(key) && levels.Ignores(key));
+    return key;
+  };
+  const int symbol = PairSymbols(
+      key1, [&] { return next(words1); }, key2, [&] { return next(words2); },
+      [](std::uint32_t) { return false; });
+  if (symbol != 0) differences.symbol = symbol;
+}
+
+int CompareWords(Words words1, Words words2, bool reversed, const Levels& levels) {
   Differences differences;
   PassEqual(words1, words2);
   for (;;) {
+    const Words before1 = words1;
+    const Words before2 = words2;
     const unsigned short word1 = words1.Next(reversed);
     const unsigned short word2 = words2.Next(reversed);
-    if (word1 != word2) {
-      const std::uint32_t key1 = ComposeOrderKey(word1, words1.script);
-      const std::uint32_t key2 = ComposeOrderKey(word2, words2.script);
-      if (!IsReal(key1) || !IsReal(key2)) return {};
-      differences.Note(key1, key2);
-      if (differences.primary != 0) return differences.primary;
-    } else if (word1 == 0) {
-      return differences.Decide(levels);
+    if (word1 == word2) {
+      if (word1 == 0) return differences.Decide(levels);
+      continue;
     }
+    std::uint32_t key1 = ComposeOrderKey(word1, words1.script);
+    std::uint32_t key2 = ComposeOrderKey(word2, words2.script);
+    if (!IsReal(key1) || !IsReal(key2)) {
+      words1 = before1;
+      words2 = before2;
+      MeetBehindSymbols(words1, words2, key1, key2, reversed, levels, differences);
+    }
+    differences.Note(key1, key2);
+    if (differences.primary != 0) return differences.primary;
+    if (key1 == 0) return differences.Decide(levels);
   }
 }
 

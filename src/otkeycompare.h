@@ -5,10 +5,9 @@
 
 namespace ot95 {
 
-/// Compares two keys of order words as an index does at every step down its tree: word by word, as
-/// long as no symbol makes them fall out of step.
-/// @return what the level walk gives, or nothing where these aren't two whole keys of one script or
-///   where it takes that walk.
+/// Compares two keys of order words as an index does at every step down its tree: word by word.
+/// @return what the level walk gives; nothing where these aren't two whole keys of one script, or
+///   where wildcards or whole orders are asked for.
 std::optional<int> CompareKeysInStep(unsigned char format, unsigned long length1,
                                      const void* value1, unsigned long length2, const void* value2,
                                      unsigned short cmpOp);
