@@ -106,6 +106,11 @@ class OrderWalk {
   /// all if `wantScript` is false, take the one of the walk.
   std::uint32_t NextKey(bool wantScript);
 
+  /// Hands on the keys of the characters that come next, for as long as each takes the short way of
+  /// PlainKeys and `take` doesn't decline one.
+  template <class Take>
+  void TakePlain(Take&& take);
+
   /// At the end of the text, with nothing pending.
   bool AtEnd() const { return pending_ == nullptr && CharacterAt(position_) == 0; }
   /// Nothing of an expansion is pending: the walk stands between two characters.
@@ -133,6 +138,7 @@ class OrderWalk {
   const char* position_;
   std::uintptr_t end_;
   const OtOrderTable* table_;
+  const std::uint16_t* plainMap_;   // for PlainKeys
   const std::uint16_t* toUnicode_;  // null: characters are the table's own, or two bytes wide
   const OtLanguage* language_;
   const OtWCharList* pending_;
@@ -145,6 +151,7 @@ class OrderWalk {
   bool wide_;
   bool reversed_;
   bool mapped_;
+  bool plain_;         // PlainKeys can read the text
   bool direct_;        // units are characters of the table, in the machine's order
   std::uint8_t work_;  // flags of records that aren't the whole answer, contractions apart
 };

@@ -129,7 +129,7 @@ class InStep {
       }
       const std::uint32_t key1 = reader_.Plain(unit1);
       const std::uint32_t key2 = reader_.Plain(unit2);
-      const bool plain = key1 != 0 && key2 != 0 &&
+      const bool plain = (key1 & key2 & kLetterKey) != 0 &&
                          NoMarkFollows(reader_, at, text1_.end, text2_.end) &&
                          (!tailors_ || IsUntailored(key1, key2, at, start));
       if (plain) {
@@ -315,7 +315,7 @@ int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned shor
     const std::uint32_t key1 = reader.Plain(unit1);
     const std::uint32_t key2 = reader.Plain(unit2);
     const bool differ = ((key1 ^ key2) & kPrimaryMask & ~kTailoredKey) != 0;
-    if (differ && key1 != 0 && key2 != 0 &&
+    if (differ && (key1 & key2 & kLetterKey) != 0 &&
         (((key1 | key2) & kTailoredKey) == 0 || !Tailors(language)) &&
         NoMarkFollows(reader, {text1.text, text2.text}, text1.end, text2.end)) {
       return Sign(key1, key2);

@@ -89,6 +89,7 @@ TextSpan TextSpan::Of(const OtString& text) {
 OrderWalk::OrderWalk(const TextSpan& span)
     : position_(span.text),
       end_(span.end),
+      plainMap_(nullptr),
       toUnicode_(nullptr),
       pending_(nullptr),
       pendingIndex_(0),
@@ -111,12 +112,14 @@ OrderWalk::OrderWalk(const TextSpan& span)
     table_ = set->orderTable;
     defaultScript_ = set->DefaultScript(languageNumber_);
     mapped_ = table_ == nullptr;
+    plainMap_ = set->UnicodeValues();
   }
   script_ = defaultScript_;
   if (mapped_) {
     table_ = kOrderTables.unicode;
-    toUnicode_ = OtLanguageContext::QueryCodeSet(codeSet_)->UnicodeValues();
+    toUnicode_ = plainMap_;
   }
+  plain_ = wide_ ? codeSet_ == OT_CS_UNICODE && !reversed_ : plainMap_ != nullptr;
   direct_ = !mapped_ && !reversed_ && codeSet_ != OT_CS_ORDER;
 }
 

@@ -1,5 +1,6 @@
 /// Hashes of strings.
 
+#include "plainkeys.h"
 #include "rowkit.h"
 #include "storedtext.h"
 #include "stringrow.h"
@@ -28,10 +29,15 @@ std::uint32_t HashText(const TextSpan& text, long length) {
     return hash;
   }
   OrderWalk walk(text);
+  const auto take = [&hash](std::uint32_t key) {
+    hash = hash * 9 + key;
+    return true;
+  };
   for (long i = 0; all || i < length; ++i) {
+    if (all) walk.TakePlain(take);
     const std::uint32_t key = walk.NextKey(true);
     if (key == 0 && all) break;
-    hash = hash * 9 + key;
+    take(key);
   }
   return hash;
 }

@@ -1,6 +1,7 @@
 /// The key of a text: its order words, for as long as its script stays the same.
 
 #include "ot95/fault.h"
+#include "plainkeys.h"
 #include "storedtext.h"
 #include "stringrow.h"
 
@@ -21,7 +22,17 @@ std::size_t BuildKey(unsigned char* target, std::size_t room, unsigned char targ
   unsigned char script = source.text.IsNullValue() ? 0 : walk.script();
   std::size_t size = kHeaderSize;
   bool complete = false;
+  const auto store = [&](unsigned short order) {
+    StoreUnit(key + size, order, true, reversed);
+    size += 2;
+  };
   while (size < room && !complete) {
+    walk.TakePlain([&](std::uint32_t plain) {
+      if (size >= room || plain >> 24 != script) return false;
+      store(OrderOfKey(plain));
+      return true;
+    });
+    if (size >= room) break;
     unsigned short order = OrderOfKey(walk.NextKey(true));
     if (order == 0 && source.cut) break;
     if (walk.script() != script) {
@@ -35,8 +46,7 @@ std::size_t BuildKey(unsigned char* target, std::size_t room, unsigned char targ
     if (order == 0) {
       complete = true;
     } else {
-      StoreUnit(key + size, order, true, reversed);
-      size += 2;
+      store(order);
     }
   }
   if (!complete && room > kMaxCutKey) {

@@ -157,6 +157,35 @@ TEST(Levels, EqualAnObviousReference) {
   }
 }
 
+std::uint32_t ReferenceHash(OtStringIterator it) {
+  std::uint32_t hash = 0;
+  while (const unsigned short order = it.GetNextOrder(1)) {
+    hash = hash * 9 + ot95::ComposeOrderKey(order, it.GetScript());
+  }
+  return hash;
+}
+
+TEST(Levels, HashesFollowTheWalk) {
+  RandomPairs texts;
+  for (int i = 0; i < 20000; ++i) {
+    const std::u16string text = texts.Text(20);
+    const unsigned char languages[] = {1, 15, 17, 23, 59, 0x61, 0};
+    const unsigned char language = languages[texts.Number() % std::size(languages)];
+    const char* units = reinterpret_cast<const char*>(text.c_str());
+    ASSERT_EQ(HashString(OT_CS_UNICODE, language, units, -1, OT_FORMAT_NATIVE),
+              ReferenceHash(OtStringIterator(units, OT_CS_UNICODE, language, 1)))
+        << Hex(text.data(), 2 * text.size()) << " language " << int{language};
+    std::string bytes;
+    for (const char16_t unit : text) bytes += static_cast<char>(unit % 255 + 1);
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 5, 15}) {
+      ASSERT_EQ(HashString(codeSet, language, bytes.c_str(), -1, OT_FORMAT_NATIVE),
+                ReferenceHash(OtStringIterator(bytes.c_str(), codeSet, language, 1)))
+          << Hex(bytes.data(), bytes.size()) << " in " << int{codeSet} << " language "
+          << int{language};
+    }
+  }
+}
+
 TEST(Levels, OneByteTextsAgreeWithTheirWideForm) {
   std::mt19937 random(7);
   for (int i = 0; i < 30000; ++i) {

@@ -14,12 +14,12 @@ constexpr std::uint32_t PlainKeyOf(const OtOrderRecord& record) {
   constexpr unsigned kNever = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
                               OtOrderRecord::kLowFollowers | OtOrderRecord::kFollows;
   constexpr unsigned kTailored = OtOrderRecord::kTailoring | OtOrderRecord::kFollowsTailored;
-  const bool isLetter = record.order() >= 0x4000 && record.order() < 0x8000;
-  if (!isLetter || record.script == 0 || (record.flags & kNever) != 0) return 0;
+  const bool isLetter = record.order() >= 0x4000;
+  if ((isLetter && record.script == 0) || (record.flags & kNever) != 0) return 0;
   return record.key | ((record.flags & kTailored) != 0 ? kTailoredKey : 0);
 }
 
-constexpr auto kKeysOfLetters = [] {
+constexpr auto kPlainKeysOf = [] {
   std::array<std::uint32_t, kPlainKeys> keys{};
   for (unsigned unit = 0; unit < kPlainKeys; ++unit) {
     keys[unit] = PlainKeyOf(kRecords[unsigned{kPages[unit >> 8]} << 8 | (unit & 0xff)]);
@@ -31,7 +31,7 @@ constexpr auto kKeysOfLetters = [] {
 
 constinit const OrderTables kOrderTables = {
     kRecords,    kUnits,         kLists,     kLinks,          kContractions,
-    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kKeysOfLetters.data()};
+    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data()};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

@@ -103,14 +103,17 @@ inline const OtLanguage& NeutralLanguage() {
   return kOrderTables.languages[0];
 }
 
-/// Letters from here on have no plain key.
+/// Characters from here on have no plain key.
 inline constexpr unsigned kPlainKeys = 0x600;
-/// In a plain key: some language has a record of its own for the letter, alone or behind another.
+/// In a plain key: some language has a record of its own for the character, alone or behind
+/// another.
 inline constexpr std::uint32_t kTailoredKey = 0x80;
+/// In the plain key of a letter, and of nothing else.
+inline constexpr std::uint32_t kLetterKey = 0x400000;
 
-/// The comparable key of a letter for which no list has to be looked at while no mark follows it; 0
-/// for any other character. One load, for the Latin, Greek and Cyrillic letters that most texts
-/// consist of.
+/// The comparable key of a character for which no list has to be looked at while no mark follows
+/// it; 0 for any other. Its script byte is 0 where the record's is; a letter always has one. One
+/// load, for the Latin, Greek and Cyrillic characters that most texts consist of.
 inline std::uint32_t PlainKey(unsigned short unicode) {
   return unicode < kPlainKeys ? kOrderTables.plainKeys[unicode] : 0;
 }

@@ -1,0 +1,95 @@
+#ifndef OT95_SRC_PLAINKEYS_H
+#define OT95_SRC_PLAINKEYS_H
+
+/// @file
+/// The short way from characters to keys, for those whose record is the whole answer. Whoever takes
+/// it needs the long one for all others.
+
+#include "alikeunits.h"
+#include "orders.h"
+
+namespace ot95 {
+
+/// Reads keys from texts of one code set and language.
+template <class CodeUnit>
+class PlainKeys {
+ public:
+  using Unit = CodeUnit;
+
+  /// @param toUnicode of a one-byte set; null for Unicode.
+  /// @param language null if nobody knows it.
+  PlainKeys(const std::uint16_t* toUnicode, const OtLanguage* language, unsigned char defaultScript)
+      : toUnicode_(toUnicode),
+        language_(language),
+        tailored_(language != nullptr && language->tailorsOrder != 0 ? kTailoredKey : 0),
+        script_(std::uint32_t{defaultScript} << 24) {}
+
+  /// The Unicode value at a place, 0 at the end.
+  unsigned ValueAt(const char* place, std::uintptr_t end) const {
+    if (reinterpret_cast<std::uintptr_t>(place) >= end) return 0;
+    const Unit unit = LoadAs<Unit>(place);
+    return sizeof(Unit) == 1 ? toUnicode_[unit] : unit;
+  }
+  /// The key of a character of a walk that goes forward; 0 for one that takes the long way, and for
+  /// the end. @param next the value behind it; anything behind the end.
+  std::uint32_t Key(unsigned value, unsigned next) const {
+    const std::uint32_t key = PlainKey(static_cast<unsigned short>(value));
+    if (key == 0 || (next >= OT_FIRST_MARK && !IsNoFollower(next))) return 0;
+    const bool leaves =
+        (key & tailored_) == 0 ||
+        language_->Leaves(static_cast<unsigned short>(value), static_cast<unsigned short>(next));
+    return leaves ? Whole(key) : 0;
+  }
+  /// The key of a character whatever is before it, if nothing behind it is a mark.
+  std::uint32_t KeyAnywhere(unsigned value) const {
+    const std::uint32_t key = PlainKey(static_cast<unsigned short>(value));
+    return key == 0 || (key & tailored_) != 0 ? 0 : Whole(key);
+  }
+
+  /// Hands on the keys from a place on, until one takes the long way or `take` declines.
+  /// @return the place behind the last that was taken.
+  template <class Take>
+  const char* Run(const char* place, std::uintptr_t end, Take&& take) const {
+    unsigned value = ValueAt(place, end);
+    while (value != 0) {
+      const char* const nextPlace = place + sizeof(Unit);
+      const unsigned next = ValueAt(nextPlace, end);
+      const std::uint32_t key = Key(value, next);
+      if (key == 0 || !take(key)) break;
+      place = nextPlace;
+      value = next;
+    }
+    return place;
+  }
+
+ private:
+  /// With a script byte; without a branch, as it would be hard to foresee.
+  std::uint32_t Whole(std::uint32_t key) const {
+    return (key & ~kTailoredKey) | (script_ & (key < 0x1000000 ? 0xff000000 : 0));
+  }
+
+  const std::uint16_t* toUnicode_;
+  const OtLanguage* language_;
+  std::uint32_t tailored_;  ///< In keys that the language may not share.
+  std::uint32_t script_;
+};
+
+template <class Take>
+void OrderWalk::TakePlain(Take&& take) {
+  if (!plain_ || pending_ != nullptr) return;
+  const auto run = [&](auto keys) {
+    std::uint32_t last = 0;
+    position_ = keys.Run(position_, end_, [&](std::uint32_t key) {
+      if (!take(key)) return false;
+      last = key;
+      return true;
+    });
+    if (last != 0) script_ = static_cast<unsigned char>(last >> 24);
+  };
+  wide_ ? run(PlainKeys<std::uint16_t>(nullptr, language_, defaultScript_))
+        : run(PlainKeys<std::uint8_t>(plainMap_, language_, defaultScript_));
+}
+
+}  // namespace ot95
+
+#endif
