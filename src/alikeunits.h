@@ -14,7 +14,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "ot95/oin.h"
+#include "orders.h"
 
 namespace ot95 {
 
@@ -154,6 +154,45 @@ struct Places {
 
   Places Behind(std::ptrdiff_t bytes) const { return {one + bytes, two + bytes}; }
 };
+
+/// The unit at a place, 0 at the end of a text.
+template <class Unit>
+Unit UnitAt(const char* place, std::uintptr_t end) {
+  return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : Unit{0};
+}
+
+/// Passes over what is alike in the next `bytes` bytes. @return whether all of them are.
+template <class Unit, bool folds, std::size_t bytes>
+[[gnu::always_inline]] inline bool PassBlock(Places& at, std::ptrdiff_t back = 0) {
+  const auto alike =
+      static_cast<std::ptrdiff_t>(AlikeInBlock<Unit, folds, bytes>(at.one - back, at.two - back));
+  if (alike > back) at = at.Behind(alike - back);
+  return alike == bytes;
+}
+
+/// Goes on to where two texts part. A block that reaches back over bytes that were passed before is
+/// better than units one by one.
+template <class Unit, bool folds>
+[[gnu::always_inline]] inline Places PassAlike(Places at, const TextSpan& text1,
+                                               const TextSpan& text2) {
+  auto left = std::min(static_cast<std::ptrdiff_t>(text1.readable) - (at.one - text1.text),
+                       static_cast<std::ptrdiff_t>(text2.readable) - (at.two - text2.text));
+  for (; left >= 16; left -= 16) {
+    if (!PassBlock<Unit, folds, 16>(at)) return at;
+  }
+  if (left >= 8) {
+    if (!PassBlock<Unit, folds, 8>(at)) return at;
+    left -= 8;
+  }
+  const std::ptrdiff_t back = 8 - left;
+  if (left > 0 && at.one - text1.text >= back && at.two - text2.text >= back) {
+    PassBlock<Unit, folds, 8>(at, back);
+  }
+  while (AreAlike<Unit, folds>(UnitAt<Unit>(at.one, text1.end), UnitAt<Unit>(at.two, text2.end))) {
+    at = at.Behind(sizeof(Unit));
+  }
+  return at;
+}
 
 }  // namespace ot95
 

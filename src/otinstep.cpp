@@ -7,6 +7,7 @@
 #include "alikeunits.h"
 #include "levelwalk.h"
 #include "otstrcmp.h"
+#include "plainkeys.h"
 
 namespace ot95 {
 namespace {
@@ -20,6 +21,7 @@ constexpr auto kAscii = [] {
 // How the characters of a code set reach their records, and what contractions know them as.
 struct WideReader {
   using Unit = std::uint16_t;
+  static constexpr const std::uint16_t* toUnicode = nullptr;
   const OtOrderTable& table;
   const OtOrderRecord& At(Unit unit) const { return table.AtWide(unit); }
   const OtOrderRecord& OfValue(unsigned short value) const { return At(value); }
@@ -50,43 +52,6 @@ struct MappedReader {
 
 bool Tailors(const OtLanguage* language) {
   return language != nullptr && language->tailorsOrder != 0;
-}
-
-template <class Unit>
-Unit UnitAt(const char* place, std::uintptr_t end) {
-  return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : Unit{0};
-}
-
-/// Passes over what is alike in the next `bytes` bytes. @return whether all of them are.
-template <class Unit, bool folds, std::size_t bytes>
-bool PassBlock(Places& at, std::ptrdiff_t back = 0) {
-  const auto alike =
-      static_cast<std::ptrdiff_t>(AlikeInBlock<Unit, folds, bytes>(at.one - back, at.two - back));
-  if (alike > back) at = at.Behind(alike - back);
-  return alike == bytes;
-}
-
-/// Goes on to where two texts part. A block that reaches back over bytes that were passed before is
-/// better than units one by one.
-template <class Unit, bool folds>
-Places PassAlike(Places at, const TextSpan& text1, const TextSpan& text2) {
-  auto left = std::min(static_cast<std::ptrdiff_t>(text1.readable) - (at.one - text1.text),
-                       static_cast<std::ptrdiff_t>(text2.readable) - (at.two - text2.text));
-  for (; left >= 16; left -= 16) {
-    if (!PassBlock<Unit, folds, 16>(at)) return at;
-  }
-  if (left >= 8) {
-    if (!PassBlock<Unit, folds, 8>(at)) return at;
-    left -= 8;
-  }
-  const std::ptrdiff_t back = 8 - left;
-  if (left > 0 && at.one - text1.text >= back && at.two - text2.text >= back) {
-    PassBlock<Unit, folds, 8>(at, back);
-  }
-  while (AreAlike<Unit, folds>(UnitAt<Unit>(at.one, text1.end), UnitAt<Unit>(at.two, text2.end))) {
-    at = at.Behind(sizeof(Unit));
-  }
-  return at;
 }
 
 /// Whether a plain key at each of two places counts: nothing that follows makes more of its letter.
@@ -307,20 +272,10 @@ template <class Reader>
 template <class Reader>
 int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
                      const OtLanguage* language, unsigned char script, Reader reader) {
-  using Unit = typename Reader::Unit;
-  const Unit unit1 = UnitAt<Unit>(text1.text, text1.end);
-  const Unit unit2 = UnitAt<Unit>(text2.text, text2.end);
-  if (unit1 != unit2) {
-    // Most texts that have nothing to do with each other are told apart by their first letters.
-    const std::uint32_t key1 = reader.Plain(unit1);
-    const std::uint32_t key2 = reader.Plain(unit2);
-    const bool differ = ((key1 ^ key2) & kPrimaryMask & ~kTailoredKey) != 0;
-    if (differ && (key1 & key2 & kLetterKey) != 0 &&
-        (((key1 | key2) & kTailoredKey) == 0 || !Tailors(language)) &&
-        NoMarkFollows(reader, {text1.text, text2.text}, text1.end, text2.end)) {
-      return Sign(key1, key2);
-    }
-  }
+  const PlainKeys<typename Reader::Unit> keys(reader.toUnicode, language, script);
+  std::uint32_t key2 = 0;
+  const int sign = keys.SignOfFirstLetters(text1, text2, key2);
+  if (sign != 0) return sign;
   return CompareFromStart(text1, text2, cmpOp, language, script, reader);
 }
 

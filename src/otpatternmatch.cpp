@@ -11,6 +11,7 @@
 
 #include "levelwalk.h"
 #include "ot95/fault.h"
+#include "patternunits.h"
 
 namespace ot95 {
 namespace {
@@ -77,31 +78,6 @@ class CandidateList {
   std::size_t first_ = 0;
   std::size_t last_ = 0;
 };
-
-// Units of a pattern in place of keys, which all have a script byte.
-constexpr std::uint32_t kStar = 0;
-constexpr std::uint32_t kAny = 1;
-
-bool Fits(std::uint32_t key, std::uint32_t unit) {
-  return unit == kAny || key == unit;
-}
-
-/// Whether the text [text, textEnd) is anything followed by what the pattern describes. The part
-/// behind the last star can only stand at the end; the others take the first place they find.
-bool MatchesBehindStar(const std::uint32_t* text, const std::uint32_t* textEnd,
-                       const std::uint32_t* pattern, const std::uint32_t* patternEnd) {
-  for (; patternEnd != pattern && patternEnd[-1] != kStar; --patternEnd, --textEnd) {
-    if (textEnd == text || !Fits(textEnd[-1], patternEnd[-1])) return false;
-  }
-  while (pattern != patternEnd) {
-    const std::uint32_t* star = std::find(pattern, patternEnd, kStar);
-    text = std::search(text, textEnd, pattern, star, Fits);
-    if (text == textEnd && pattern != star) return false;
-    text += star - pattern;
-    pattern = star + 1;
-  }
-  return true;
-}
 
 class PatternMatch : private LevelWalk {
  public:

@@ -51,7 +51,14 @@ long Compare(TextSpan text, TextSpan pattern, unsigned short cmpOp, long maxChar
 
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut) {
-  if (maxChars < 0 && RunInStep(text, pattern, cmpOp)) return CompareInStep(text, pattern, cmpOp);
+  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  if (maxChars < 0 && RunInStep(text, pattern)) {
+    if ((cmpOp & kWay) == OT_CMP_NO_WILDCARDS) return CompareInStep(text, pattern, cmpOp);
+    if ((cmpOp & kWay) == 0) {
+      const int match = MatchPlain(text, pattern, cmpOp);
+      if (match != kUndecided) return match;
+    }
+  }
   return Compare(text, pattern, cmpOp, maxChars, primaryOut, true);
 }
 

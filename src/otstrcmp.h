@@ -8,16 +8,19 @@
 
 namespace ot95 {
 
-/// Whether two texts are compared as they stand and run through the same records, unit by unit.
-inline bool RunInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
-  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
-  return (cmpOp & kWay) == OT_CMP_NO_WILDCARDS && text1.codeSet == text2.codeSet &&
-         text1.language == text2.language && !text1.reversed && !text2.reversed &&
-         text1.codeSet != OT_CS_ORDER && text1.codeSet != 0 && text1.language != OT_LANG_NULL;
+/// Whether two texts run through the same records, unit by unit.
+inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
+  return text1.codeSet == text2.codeSet && text1.language == text2.language && !text1.reversed &&
+         !text2.reversed && text1.codeSet != OT_CS_ORDER && text1.codeSet != 0 &&
+         text1.language != OT_LANG_NULL;
 }
 
 /// Compares two texts that run in step: what they have alike is passed over unseen.
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
+
+/// Matches two texts that run in step without walking them. @return kUndecided if that can't tell.
+int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
+inline constexpr int kUndecided = 2;
 
 /// Compares two texts in levels, or matches the second as a pattern. All comparison ends here.
 /// @param maxChars orders compared on each side; negative: all.
@@ -25,8 +28,10 @@ int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short c
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut = nullptr);
 inline long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp) {
-  return RunInStep(text, pattern, cmpOp) ? CompareInStep(text, pattern, cmpOp)
-                                         : CompareSpans(text, pattern, cmpOp, -1, nullptr);
+  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  const bool plainText = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS;
+  return plainText && RunInStep(text, pattern) ? CompareInStep(text, pattern, cmpOp)
+                                               : CompareSpans(text, pattern, cmpOp, -1, nullptr);
 }
 
 /// The same without any short cut: what the others are measured against.

@@ -6,7 +6,7 @@
 /// it needs the long one for all others.
 
 #include "alikeunits.h"
-#include "orders.h"
+#include "levelwalk.h"
 
 namespace ot95 {
 
@@ -44,6 +44,24 @@ class PlainKeys {
   std::uint32_t KeyAnywhere(unsigned value) const {
     const std::uint32_t key = PlainKey(static_cast<unsigned short>(value));
     return key == 0 || (key & tailored_) != 0 ? 0 : Whole(key);
+  }
+
+  /// How two texts sort that begin with letters of different rank, as most do that have nothing to
+  /// do with each other; 0 for all others. @param letter2 set to the key of the second text's.
+  int SignOfFirstLetters(const TextSpan& text1, const TextSpan& text2,
+                         std::uint32_t& letter2) const {
+    const unsigned value1 = ValueAt(text1.text, text1.end);
+    const unsigned value2 = ValueAt(text2.text, text2.end);
+    if (value1 == value2 || value1 >= kPlainKeys || value2 >= kPlainKeys) return 0;
+    const std::uint32_t key1 = kOrderTables.plainKeys[value1];
+    const std::uint32_t key2 = kOrderTables.plainKeys[value2];
+    if ((key1 & key2 & kLetterKey) == 0 || (key1 ^ key2) < 2 * kTailoredKey) return 0;
+    if (((key1 | key2) & tailored_) != 0) return 0;
+    const unsigned next1 = ValueAt(text1.text + sizeof(Unit), text1.end);
+    const unsigned next2 = ValueAt(text2.text + sizeof(Unit), text2.end);
+    if ((next1 | next2) >= OT_FIRST_MARK && !(IsNoFollower(next1) && IsNoFollower(next2))) return 0;
+    letter2 = key2;
+    return key1 < key2 ? -1 : 1;
   }
 
   /// Hands on the keys from a place on, until one takes the long way or `take` declines.

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "bytes_testing.h"
+#include "mixedtexts.h"
 #include "otstrcmp.h"
 
 namespace {
@@ -93,6 +95,35 @@ TEST(Wildcards, EqualATextbookMatcherOverCaseAndAccents) {
   const auto texts = AllTexts("aA\xe1-", 4);
   const auto patterns = AllTexts("aA\xe1*?", 4);
   for (unsigned short op : Ops{0, 0x20, 0x40, 0x60, 0x2e0}) CheckAllPairs(texts, patterns, op);
+}
+
+TEST(Wildcards, ShortCutsEqualTheWalkOverMixedTexts) {
+  MixedTexts texts;
+  for (int i = 0; i < 60000; ++i) {
+    const std::u16string text = texts.Text(16);
+    std::u16string pattern = texts.Pattern(i % 4 == 0 ? texts.Like(text) : text);
+    if (i % 5 == 0) pattern = texts.Recased(pattern);
+    const unsigned char languages[] = {1, 15, 17, 23, 59, 0x61};
+    const unsigned char language = languages[texts.Number() % std::size(languages)];
+    const unsigned short ops[] = {0, 0x20, 0x40, 0x60, 0x80, 0x200, 0x2e0};
+    const unsigned short op = ops[texts.Number() % std::size(ops)];
+    SCOPED_TRACE(::testing::Message() << Hex(text.data(), 2 * text.size()) << " ~ "
+                                      << Hex(pattern.data(), 2 * pattern.size()) << " language "
+                                      << int{language} << " op " << op);
+    ExactBlock textBlock(text.data(), 2 * text.size());
+    ExactBlock patternBlock(pattern.data(), 2 * pattern.size());
+    const auto bounded = [language](ExactBlock& block) {
+      return TextSpan::Bounded(reinterpret_cast<char*>(block.data()), block.size(), OT_CS_UNICODE,
+                               language, false);
+    };
+    const auto terminated = [language](const std::u16string& units) {
+      return TextSpan::Terminated(reinterpret_cast<const char*>(units.c_str()), OT_CS_UNICODE,
+                                  language);
+    };
+    const int plain = SignOf(ot95::CompareSpansPlainly(terminated(text), terminated(pattern), op));
+    ASSERT_EQ(SignOf(ot95::CompareSpans(bounded(textBlock), bounded(patternBlock), op)), plain);
+    ASSERT_EQ(SignOf(ot95::CompareSpans(terminated(text), terminated(pattern), op)), plain);
+  }
 }
 
 TEST(Wildcards, CandidatesBeyondTheStack) {
