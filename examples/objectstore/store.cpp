@@ -180,8 +180,10 @@ void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
     return CompareKeys(member.type, keys[a], keys[b], schema_.form) < 0;
   });
+  // A cursor finds a neighbour of its last entry without a way down the tree.
+  auto cursor = lmdb::cursor::open(txn, index.all);
   for (const std::size_t i : order) {
-    lmdb::dbi_put(txn, index.all, ValOf(keys[i]), ValOf(ids[i]), 0);
+    lmdb::cursor_put(cursor, ValOf(keys[i]), ValOf(ids[i]), 0);
     if (IsWhole(member.type, keys[i], schema_.form)) continue;
     lmdb::dbi_put(txn, index.partial, ValOf(keys[i]), ValOf(ids[i]), 0);
   }
