@@ -74,11 +74,17 @@ struct TextSpan {
 
   /// A terminated text; null is an empty one.
   static TextSpan Terminated(const char* text, unsigned char codeSet, unsigned char language,
-                             bool reversed = false);
+                             bool reversed = false) {
+    return {text != nullptr ? text : EmptyText(), kUnbounded, 0, codeSet, language, reversed};
+  }
   /// The text of `bytes` bytes, or up to a terminator before; an odd last byte is dropped.
   static TextSpan Bounded(const char* text, std::size_t bytes, unsigned char codeSet,
                           unsigned char language, bool reversed);
-  static TextSpan Of(const OtString& text);
+  static TextSpan Of(const OtString& text) {
+    // A text beyond the limit of strings is longer than its member says, never shorter.
+    return {text.StrGet(),          kUnbounded, text.MemLen(), text.GetCodeSetCode(),
+            text.GetLanguageCode(), false};
+  }
 
   bool IsNullValue() const {
     return language == OT_LANG_NULL || (codeSet == OT_CS_ORDER && language == 0);

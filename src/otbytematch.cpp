@@ -5,6 +5,7 @@
 /// as these are used up.
 
 #include <algorithm>
+#include <cstring>
 
 #include "otstrcmp.h"
 
@@ -16,12 +17,26 @@ class Bytes {
  public:
   explicit Bytes(const TextSpan& span)
       : bytes_(reinterpret_cast<const unsigned char*>(span.text)),
-        length_(span.end - reinterpret_cast<std::uintptr_t>(span.text)) {}
+        length_(span.end - reinterpret_cast<std::uintptr_t>(span.text)),
+        bounded_(span.end != kUnbounded) {}
   unsigned operator[](std::size_t place) const { return place < length_ ? bytes_[place] : 0; }
+  std::size_t Length() const {
+    if (!bounded_) return std::strlen(reinterpret_cast<const char*>(bytes_));
+    const void* const zero = std::memchr(bytes_, 0, length_);
+    return zero == nullptr
+               ? length_
+               : static_cast<std::size_t>(static_cast<const unsigned char*>(zero) - bytes_);
+  }
+  /// The last byte, 0 of an empty text.
+  unsigned Last() const {
+    const std::size_t length = Length();
+    return length == 0 ? 0 : bytes_[length - 1];
+  }
 
  private:
   const unsigned char* bytes_;
   std::size_t length_;
+  bool bounded_;
 };
 
 class ByteMatch {
@@ -41,6 +56,7 @@ class ByteMatch {
       if (sought == '*') {
         while (pattern_[inPattern_] == '*') ++inPattern_;
         if (pattern_[inPattern_] == 0) return 0;
+        if (!star_ && CantEnd()) return -1;
         if (!Scan()) return -1;
       } else if (sought == '?' ? Byte() != 0 : Byte() == sought) {
         Step();
@@ -58,6 +74,12 @@ class ByteMatch {
 
  private:
   unsigned Byte() const { return text_[inText_]; }
+  /// Whether the last bytes of the text and of a pattern with a star keep them from matching.
+  bool CantEnd() const {
+    const unsigned last = pattern_.Last();
+    return limit_ == SIZE_MAX && last != '*' && last != '?' && last != text_.Last();
+  }
+
   /// Takes the pattern's byte behind the star to the first place from here on that has it. Another
   /// try can begin behind that place at once: all before it fail alike.
   bool Scan() {

@@ -68,22 +68,11 @@ unsigned short QuestionWord() {
   return question.Get();
 }
 
-TextSpan TextSpan::Terminated(const char* text, unsigned char codeSet, unsigned char language,
-                              bool reversed) {
-  return {text != nullptr ? text : EmptyText(), kUnbounded, 0, codeSet, language, reversed};
-}
-
 TextSpan TextSpan::Bounded(const char* text, std::size_t bytes, unsigned char codeSet,
                            unsigned char language, bool reversed) {
   if (text == nullptr) return Terminated(nullptr, codeSet, language, reversed);
   const std::size_t whole = IsWide(codeSet) ? bytes & ~std::size_t{1} : bytes;
   return {text, reinterpret_cast<std::uintptr_t>(text) + whole, whole, codeSet, language, reversed};
-}
-
-TextSpan TextSpan::Of(const OtString& text) {
-  // A text beyond the limit of strings is longer than its member says, never shorter.
-  return {text.StrGet(),          kUnbounded, text.MemLen(), text.GetCodeSetCode(),
-          text.GetLanguageCode(), false};
 }
 
 OrderWalk::OrderWalk(const TextSpan& span)

@@ -26,8 +26,27 @@ int ComparePlain(LevelWalk& walk, int* primaryOut) {
   return walk.Decide();
 }
 
-long Compare(TextSpan text, TextSpan pattern, unsigned short cmpOp, long maxChars, int* primaryOut,
-             bool shortcuts) {
+/// A raw text that meets one of characters is one of the native set.
+TextSpan AsCharacters(const TextSpan& span) {
+  TextSpan text = span;
+  if (text.codeSet == 0) text.codeSet = OtLanguageContext::GetNativeCodeSet();
+  return text;
+}
+
+[[gnu::noinline]] long CompareWalking(const TextSpan& text, const TextSpan& pattern,
+                                      unsigned short cmpOp, long maxChars, int* primaryOut,
+                                      bool shortcuts) {
+  const OrderWalk walk1(AsCharacters(text));
+  const OrderWalk walk2(AsCharacters(pattern));
+  if ((cmpOp & OT_CMP_ORDER_ONLY) != 0) return CompareWholeKeys(walk1, walk2, maxChars);
+  const bool keyText = text.codeSet == OT_CS_ORDER || pattern.codeSet == OT_CS_ORDER;
+  LevelWalk walk(walk1, walk2, Levels(cmpOp), keyText, maxChars);
+  if ((cmpOp & OT_CMP_NO_WILDCARDS) == 0) return MatchPattern(walk, shortcuts, primaryOut);
+  return ComparePlain(walk, primaryOut);
+}
+
+long Compare(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp, long maxChars,
+             int* primaryOut, bool shortcuts) {
   const bool plainText = (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) != 0;
   if (pattern.IsNullValue()) return text.IsNullValue() ? 0 : 1;
   if (text.IsNullValue() && plainText) return -1;
@@ -35,16 +54,7 @@ long Compare(TextSpan text, TextSpan pattern, unsigned short cmpOp, long maxChar
   if (text.codeSet == 0 && pattern.codeSet == 0) {
     return plainText ? CompareBytes(text, pattern, maxChars) : MatchBytes(text, pattern, maxChars);
   }
-  if (text.codeSet == 0) text.codeSet = OtLanguageContext::GetNativeCodeSet();
-  if (pattern.codeSet == 0) pattern.codeSet = OtLanguageContext::GetNativeCodeSet();
-
-  const OrderWalk walk1(text);
-  const OrderWalk walk2(pattern);
-  if ((cmpOp & OT_CMP_ORDER_ONLY) != 0) return CompareWholeKeys(walk1, walk2, maxChars);
-  const bool keyText = text.codeSet == OT_CS_ORDER || pattern.codeSet == OT_CS_ORDER;
-  LevelWalk walk(walk1, walk2, Levels(cmpOp), keyText, maxChars);
-  if (!plainText) return MatchPattern(walk, shortcuts, primaryOut);
-  return ComparePlain(walk, primaryOut);
+  return CompareWalking(text, pattern, cmpOp, maxChars, primaryOut, shortcuts);
 }
 
 }  // namespace

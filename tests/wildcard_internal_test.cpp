@@ -99,7 +99,7 @@ TEST(Wildcards, EqualATextbookMatcherOverCaseAndAccents) {
 
 TEST(Wildcards, ShortCutsEqualTheWalkOverMixedTexts) {
   MixedTexts texts;
-  for (int i = 0; i < 60000; ++i) {
+  for (int i = 0; i < 30000; ++i) {
     const std::u16string text = texts.Text(16);
     std::u16string pattern = texts.Pattern(i % 4 == 0 ? texts.Like(text) : text);
     if (i % 5 == 0) pattern = texts.Recased(pattern);
