@@ -154,7 +154,14 @@ class InStep {
 
   /// What Run does at a place with other characters than letters with plain keys.
   [[gnu::noinline]] Places AdvanceByRecords(Places at, const char* start) {
-    const unsigned flags = reader_.At(Unit1(at)).flags | reader_.At(Unit2(at)).flags;
+    const Unit unit1 = Unit1(at);
+    const Unit unit2 = Unit2(at);
+    const OtOrderRecord& record1 = reader_.At(unit1);
+    const OtOrderRecord& record2 = reader_.At(unit2);
+    const unsigned flags = record1.flags | record2.flags;
+    if (flags == 0) return Take(at, record1.Key(defaultScript_), record2.Key(defaultScript_));
+    const auto isPlain = [this](Unit unit) { return unit == 0 || reader_.Plain(unit) != 0; };
+    if (!tailors_ && isPlain(unit1) && isPlain(unit2)) return AdvanceOverSymbols(at);
     const bool reached = at.one != start && MayBeReached(flags, at.one, start);
     return reached ? AdvanceFromSeam(at, start) : Advance(at);
   }
@@ -221,15 +228,20 @@ class InStep {
   [[gnu::noinline]] Places AdvanceOverSymbols(const Places at) {
     const Levels levels(cmpOp_);
     bool alone = true;
+    const PlainKeys<Unit> plain(reader_.toUnicode, language_, defaultScript_);
     const auto nextKey = [&](const char*& place, std::uintptr_t end) {
       for (;;) {
-        const OtOrderRecord* record = RecordAlone(place, end);
-        if (record == nullptr) {
-          alone = false;
-          return std::uint32_t{0};
+        std::uint32_t key = plain.KeyAt(place, end);
+        if (key == 0) {
+          if (UnitAt<Unit>(place, end) == 0) return key;
+          const OtOrderRecord* record = RecordAlone(place, end);
+          if (record == nullptr) {
+            alone = false;
+            return std::uint32_t{0};
+          }
+          key = record->Key(defaultScript_);
         }
-        const std::uint32_t key = record->Key(defaultScript_);
-        if (key != 0) place += sizeof(Unit);
+        place += sizeof(Unit);
         if (IsReal(key) || !levels.Ignores(key)) return key;
       }
     };
@@ -272,9 +284,9 @@ template <class Reader>
 template <class Reader>
 int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
                      const OtLanguage* language, unsigned char script, Reader reader) {
-  const PlainKeys<typename Reader::Unit> keys(reader.toUnicode, language, script);
-  std::uint32_t key2 = 0;
-  const int sign = keys.SignOfFirstLetters(text1, text2, key2);
+  std::uint32_t letter2 = 0;
+  const int sign = PlainKeys<typename Reader::Unit>(reader.toUnicode, language, script)
+                       .SignOfFirstLetters(text1, text2, letter2);
   if (sign != 0) return sign;
   return CompareFromStart(text1, text2, cmpOp, language, script, reader);
 }

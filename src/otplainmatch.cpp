@@ -72,10 +72,8 @@ class PlainMatch {
   };
 
   std::uint32_t KeyAt(const char* place, std::uintptr_t end) const {
-    const unsigned value = keys_.ValueAt(place, end);
-    if (value == 0) return 0;
-    const std::uint32_t key = keys_.Key(value, keys_.ValueAt(place + sizeof(Unit), end));
-    return key != 0 ? key : kNotPlain;
+    const std::uint32_t key = keys_.KeyAt(place, end);
+    return key != 0 || keys_.ValueAt(place, end) == 0 ? key : kNotPlain;
   }
 
   std::uint32_t UnitOfKey(std::uint32_t key) const {

@@ -40,6 +40,10 @@ class PlainKeys {
         language_->Leaves(static_cast<unsigned short>(value), static_cast<unsigned short>(next));
     return leaves ? Whole(key) : 0;
   }
+  std::uint32_t KeyAt(const char* place, std::uintptr_t end) const {
+    const unsigned value = ValueAt(place, end);
+    return value == 0 ? 0 : Key(value, ValueAt(place + sizeof(Unit), end));
+  }
   /// The key of a character whatever is before it, if nothing behind it is a mark.
   std::uint32_t KeyAnywhere(unsigned value) const {
     const std::uint32_t key = PlainKey(static_cast<unsigned short>(value));
