@@ -152,6 +152,17 @@ class InStep {
     return record.Follows(tailors_);
   }
 
+  /// Whether a text goes on with symbols and something real behind them.
+  bool RealFollows(const char* place, std::uintptr_t end) const {
+    bool found = false;
+    PlainKeys<Unit>(reader_.toUnicode, language_, defaultScript_)
+        .Run(place, end, [&found](std::uint32_t key) {
+          found = IsReal(key);
+          return !found;
+        });
+    return found;
+  }
+
   /// What Run does at a place with other characters than letters with plain keys.
   [[gnu::noinline]] Places AdvanceByRecords(Places at, const char* start) {
     const Unit unit1 = Unit1(at);
@@ -161,7 +172,13 @@ class InStep {
     const unsigned flags = record1.flags | record2.flags;
     if (flags == 0) return Take(at, record1.Key(defaultScript_), record2.Key(defaultScript_));
     const auto isPlain = [this](Unit unit) { return unit == 0 || reader_.Plain(unit) != 0; };
-    if (!tailors_ && isPlain(unit1) && isPlain(unit2)) return AdvanceOverSymbols(at);
+    if (!tailors_ && isPlain(unit1) && isPlain(unit2)) {
+      const bool longer1 = unit2 == 0 && RealFollows(at.one, text1_.end);
+      const bool longer2 = unit1 == 0 && RealFollows(at.two, text2_.end);
+      if (!longer1 && !longer2) return AdvanceOverSymbols(at);
+      differences_.primary = longer1 ? 1 : -1;
+      return kEnd;
+    }
     const bool reached = at.one != start && MayBeReached(flags, at.one, start);
     return reached ? AdvanceFromSeam(at, start) : Advance(at);
   }
