@@ -40,10 +40,12 @@ class MixedTexts {
     }
     return text;
   }
-  /// Writes some ASCII letters in the other case.
+  /// Writes some letters in the other case.
   std::u16string Recased(std::u16string text) {
+    const std::u16string others = u"\u00e9\u00c9\u00e8\u00f6\u03b1\u0391\u0431\u0411";
     for (char16_t& unit : text) {
-      if (static_cast<unsigned>((unit | 0x20) - u'a') < 26 && random_() % 2 == 0) unit ^= 0x20;
+      const bool ascii = static_cast<unsigned>((unit | 0x20) - u'a') < 26;
+      if ((ascii || others.find(unit) != others.npos) && random_() % 2 == 0) unit ^= 0x20;
     }
     return text;
   }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "alikeunits.h"
 #include "bytes_testing.h"
 #include "mixedtexts.h"
 #include "otstrcmp.h"
@@ -132,6 +133,40 @@ TEST(Levels, HashesFollowTheWalk) {
           << Hex(bytes.data(), bytes.size()) << " in " << int{codeSet} << " language "
           << int{language};
     }
+  }
+}
+
+TEST(Levels, EveryCharacterHashesAsTheWalkSays) {
+  for (char16_t unit = 1; unit < 0x700; ++unit) {
+    for (const char16_t next : u"h\u0301\u017e") {
+      const char16_t text[] = {u'c', unit, next, 0};
+      const char* units = reinterpret_cast<const char*>(text);
+      for (unsigned char language = 0; language < 0x80;
+           language = static_cast<unsigned char>(language + 7)) {
+        ASSERT_EQ(HashString(OT_CS_UNICODE, language, units, -1, OT_FORMAT_NATIVE),
+                  ReferenceHash(OtStringIterator(units, OT_CS_UNICODE, language, 1)))
+            << std::hex << unsigned{unit} << " " << unsigned{next} << " language "
+            << unsigned{language};
+      }
+    }
+  }
+}
+
+TEST(Levels, WhatIsPassedOverDiffersInCaseAlone) {
+  const OtOrderTable& table = *OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->orderTable;
+  constexpr unsigned kLists = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
+                              OtOrderRecord::kLowFollowers | OtOrderRecord::kFollows;
+  for (unsigned unit = 1; unit < 0x10000; ++unit) {
+    SCOPED_TRACE(unit);
+    const auto place = static_cast<unsigned short>(unit);
+    const OtOrderRecord& record = table.At(place);
+    ASSERT_FALSE(ot95::IsNoFollower(unit) && record.Follows(false));
+    const auto behind = static_cast<unsigned short>(unit + ot95::kCaseDistance);
+    if (!ot95::AreAlike<std::uint16_t, true>(place, behind)) continue;
+    const OtOrderRecord& small = table.At(behind);
+    ASSERT_EQ((record.flags | small.flags) & kLists, 0U);
+    ASSERT_EQ(record.script, small.script);
+    ASSERT_EQ((record.key ^ small.key) & ot95::kAccentMask, 0U);
   }
 }
 
