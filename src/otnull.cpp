@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "narrowtext.h"
+#include "nulltext.h"
 #include "numbertext.h"
 #include "ot95/int64.h"
 #include "ot95/store.h"
@@ -216,16 +216,11 @@ struct Nullable {
     }
   }
 
-  static bool IsNullText(const char* text, std::size_t length) {
-    const NarrowText null(nullPrintString);
-    return length == 0 || std::strncmp(text, null.Bytes(), std::strlen(null.Bytes())) == 0;
-  }
-
   static void* Scan(void* value, OtString& text, const char* format, unsigned long) {
     if (value == nullptr) return nullptr;
     auto& record = *static_cast<Record*>(value);
     const NarrowText narrow(text);
-    if (IsNullText(narrow.Bytes(), narrow.Length())) {
+    if (narrow.Length() == 0 || BeginsWithNullText(narrow)) {
       MakeNull(record);
     } else if constexpr (std::is_same_v<Value, OtInt64>) {
       record.value.ScanFromOtString(text,

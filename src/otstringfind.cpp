@@ -1,7 +1,6 @@
 /// Searching: places of a text in another by collation, replacement, and lists.
 
 #include <algorithm>
-#include <vector>
 
 #include "ot95/text.h"
 #include "textunits.h"
@@ -99,16 +98,23 @@ short OtString::SubStringPos(const OtString& pattern, unsigned short cmpOp) cons
 }
 
 // What is inserted isn't searched, and what follows a place isn't changed: all places are found in
-// the old text, and the new one is made at once.
+// the old text, first to know the room and then to fill it.
 OtString& OtString::ReplaceAll(const OtString& from, const OtString& to, unsigned short start) {
   const Search search(*this, from, OT_CMP_DEFAULT);
   const std::size_t sought = from.Length();
-  std::vector<std::size_t> places;
-  for (std::size_t at = FindFrom(search, start); at != kNotFound;
-       at = FindFrom(search, at + sought)) {
-    places.push_back(at);
-  }
-  if (places.empty()) return *this;
+  const auto forEachPlace = [&](auto&& take) {
+    for (std::size_t at = FindFrom(search, start); at != kNotFound;
+         at = FindFrom(search, at + sought)) {
+      take(at);
+    }
+  };
+  std::size_t places = 0;
+  std::size_t last = 0;
+  forEachPlace([&](std::size_t place) {
+    ++places;
+    last = place;
+  });
+  if (places == 0) return *this;
 
   OtString inserted(codeSet_, language_);
   inserted += to;
@@ -116,20 +122,19 @@ OtString& OtString::ReplaceAll(const OtString& from, const OtString& to, unsigne
   const std::size_t length = Length();
   const std::size_t piece = inserted.Length() * width;
   // Under wildcards the last match may be shorter than what was sought.
-  const std::size_t removed =
-      (places.size() - 1) * sought + std::min(sought, length - places.back());
-  const std::size_t size = (length - removed + 1) * width + places.size() * piece;
+  const std::size_t removed = (places - 1) * sought + std::min(sought, length - last);
+  const std::size_t size = (length - removed + 1) * width + places * piece;
   ot95::CheckTextSize(size);
   char* const fresh = ot95::NewText(size);
   if (fresh == nullptr) return *this;
 
   char* target = fresh;
   std::size_t done = 0;
-  for (std::size_t place : places) {
+  forEachPlace([&](std::size_t place) {
     target = std::copy(buffer_ + done * width, buffer_ + place * width, target);
     target = std::copy_n(inserted.StrGet(), piece, target);
     done = std::min(place + sought, length);
-  }
+  });
   std::copy(buffer_ + done * width, buffer_ + (length + 1) * width, target);
   Adopt(fresh, size);
   return *this;
