@@ -13,6 +13,23 @@ using ot95::tools::BadInput;
 
 constexpr char kStrings = 11;  // the type of what conversion data carries
 
+bool HasDigit(const std::string& text) {
+  return text.find_first_of("0123456789") != std::string::npos;
+}
+
+/// A whole number as it prints: no sign but a minus, no needless zero.
+bool IsPlainNumber(const std::string& text) {
+  const std::size_t first = text.starts_with('-') ? 1 : 0;
+  return text.size() > first && text.find_first_not_of("0123456789", first) == std::string::npos &&
+         (text[first] != '0' || text.size() == 1);
+}
+
+/// Whether a value can be what a text says. Scans take what they find and wrap what is too large.
+bool CanMean(const std::string& text, const std::string& printed) {
+  if (IsPlainNumber(text) && IsPlainNumber(printed)) return text == printed;
+  return HasDigit(text) || !HasDigit(printed);
+}
+
 void* Converted(char type, const char* text) {
   OtString string(text);
   const std::unique_ptr<OtTypeConvertData> data(
@@ -81,7 +98,7 @@ void Value::Scan(unsigned long element, const std::string& utf8) {
   OtString text = ot95::tools::FromUtf8(utf8, member_.codeSet, member_.language);
   if (member_.IsText()) {  // takes any
     Types().ScanFromOtString(member_.type, Element(element), text, member_.Format(), 1);
-  } else if (!ScanOver(element, text)) {
+  } else if (!ScanOver(element, text) || !(IsNull(element) || CanMean(utf8, Print(element)))) {
     throw BadInput(member_.name + ": expected a value of " +
                    Types().NameGet(member_.type, nullptr) + ", found '" + utf8 + "'");
   }
