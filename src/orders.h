@@ -97,6 +97,8 @@ struct TextSpan {
   }
 };
 
+struct PlainStretch;
+
 /// The walk from characters to keys. Cheap to copy; allocates nothing.
 class OrderWalk {
  public:
@@ -116,6 +118,9 @@ class OrderWalk {
   /// PlainKeys and `take` doesn't decline one.
   template <class Take>
   void TakePlain(Take&& take);
+
+  /// Goes on behind a stretch that was read from where the walk stands.
+  void GoOnBehind(const PlainStretch& stretch);
 
   /// At the end of the text, with nothing pending.
   bool AtEnd() const { return pending_ == nullptr && CharacterAt(position_) == 0; }

@@ -28,11 +28,15 @@ std::uint32_t HashText(const TextSpan& text, long length) {
     }
     return hash;
   }
-  OrderWalk walk(text);
   const auto take = [&hash](std::uint32_t key) {
     hash = hash * 9 + key;
     return true;
   };
+  PlainStretch stretch{text.text};
+  if (all) stretch = RunFromStart(text, take);
+  if (stretch.all) return hash;
+  OrderWalk walk(text);
+  walk.GoOnBehind(stretch);
   for (long i = 0; all || i < length; ++i) {
     if (all) walk.TakePlain(take);
     const std::uint32_t key = walk.NextKey(true);

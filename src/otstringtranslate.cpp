@@ -24,6 +24,13 @@ struct Place {
   }
 };
 
+unsigned long BuildOneKey(const Place& target, const OtString& string, unsigned char codeSet) {
+  if (target.length < kHeaderSize) return 0;
+  TextSpan text = TextSpan::Of(string);
+  text.codeSet = codeSet;
+  return BuildKey(target.bytes, target.length, target.format, {text, false});
+}
+
 /// Keys of as many strings as there is room for. The first gets one even if its header fills the
 /// target.
 unsigned long BuildKeys(Place target, const Place& source, unsigned long count) {
@@ -146,7 +153,9 @@ unsigned long StoreStrings(const Place& target, const Place& source, unsigned lo
   if (count == 0) return 0;
   const auto* strings = reinterpret_cast<const OtString*>(source.bytes);
   const unsigned char codeSet = TargetCodeSet(strings->GetCodeSetCode(), target.format);
-  if (codeSet != 0 && codeSet != OT_CS_ORDER) return BuildKeys(target, source, count);
+  if (codeSet != 0 && codeSet != OT_CS_ORDER) {
+    return count == 1 ? BuildOneKey(target, *strings, codeSet) : BuildKeys(target, source, count);
+  }
   return MoveFromMemory(target, source, codeSet, count);
 }
 

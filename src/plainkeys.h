@@ -10,6 +10,13 @@
 
 namespace ot95 {
 
+/// What was read of a text.
+struct PlainStretch {
+  const char* end;         ///< Behind the last character that was taken.
+  std::uint32_t last = 0;  ///< Its key; 0 if none was taken.
+  bool all = false;        ///< The text ends here.
+};
+
 /// Reads keys from texts of one code set and language.
 template <class CodeUnit>
 class PlainKeys {
@@ -33,7 +40,7 @@ class PlainKeys {
   /// The key of a character of a walk that goes forward; 0 for one that takes the long way, and for
   /// the end. @param next the value behind it; anything behind the end.
   std::uint32_t Key(unsigned value, unsigned next) const {
-    const std::uint32_t key = PlainKey(static_cast<unsigned short>(value));
+    const std::uint32_t key = value < kPlainKeys ? keys_[value] : 0;
     if (key == 0 || (next >= OT_FIRST_MARK && !IsNoFollower(next))) return 0;
     const bool leaves =
         (key & tailored_) == 0 ||
@@ -69,19 +76,22 @@ class PlainKeys {
   }
 
   /// Hands on the keys from a place on, until one takes the long way or `take` declines.
-  /// @return the place behind the last that was taken.
   template <class Take>
-  const char* Run(const char* place, std::uintptr_t end, Take&& take) const {
-    unsigned value = ValueAt(place, end);
+  [[gnu::always_inline]] inline PlainStretch Run(const char* place, std::uintptr_t end,
+                                                 Take&& take) const {
+    const PlainKeys keys = *this;  // what `take` writes can't reach it
+    std::uint32_t last = 0;
+    unsigned value = keys.ValueAt(place, end);
     while (value != 0) {
       const char* const nextPlace = place + sizeof(Unit);
-      const unsigned next = ValueAt(nextPlace, end);
-      const std::uint32_t key = Key(value, next);
+      const unsigned next = keys.ValueAt(nextPlace, end);
+      const std::uint32_t key = keys.Key(value, next);
       if (key == 0 || !take(key)) break;
+      last = key;
       place = nextPlace;
       value = next;
     }
-    return place;
+    return {place, last, value == 0};
   }
 
  private:
@@ -90,26 +100,43 @@ class PlainKeys {
     return (key & ~kTailoredKey) | (script_ & (key < 0x1000000 ? 0xff000000 : 0));
   }
 
+  const std::uint32_t* keys_ = kOrderTables.plainKeys;
   const std::uint16_t* toUnicode_;
   const OtLanguage* language_;
   std::uint32_t tailored_;  ///< In keys that the language may not share.
   std::uint32_t script_;
 };
 
+/// Hands on the keys of a text's first characters without setting up a walk, which goes on where
+/// they end. A text in a language that nobody knows has none.
+template <class Take>
+[[gnu::always_inline]] inline PlainStretch RunFromStart(const TextSpan& text, Take&& take) {
+  const OtLanguage* language = OtLanguageContext::QueryLanguage(
+      text.language != OT_LANG_DEFAULT ? text.language : OtLanguageContext::GetDefaultLanguage());
+  if (language == nullptr) return {text.text};
+  if (text.codeSet == OT_CS_UNICODE && !text.reversed) {
+    return PlainKeys<std::uint16_t>(nullptr, language, language->script)
+        .Run(text.text, text.end, take);
+  }
+  if (IsWide(text.codeSet)) return {text.text};
+  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(text.codeSet);
+  return PlainKeys<std::uint8_t>(set->UnicodeValues(), language, language->script)
+      .Run(text.text, text.end, take);
+}
+
+inline void OrderWalk::GoOnBehind(const PlainStretch& stretch) {
+  position_ = stretch.end;
+  if (stretch.last != 0) script_ = static_cast<unsigned char>(stretch.last >> 24);
+}
+
 template <class Take>
 void OrderWalk::TakePlain(Take&& take) {
   if (!plain_ || pending_ != nullptr) return;
-  const auto run = [&](auto keys) {
-    std::uint32_t last = 0;
-    position_ = keys.Run(position_, end_, [&](std::uint32_t key) {
-      if (!take(key)) return false;
-      last = key;
-      return true;
-    });
-    if (last != 0) script_ = static_cast<unsigned char>(last >> 24);
-  };
-  wide_ ? run(PlainKeys<std::uint16_t>(nullptr, language_, defaultScript_))
-        : run(PlainKeys<std::uint8_t>(plainMap_, language_, defaultScript_));
+  GoOnBehind(
+      wide_
+          ? PlainKeys<std::uint16_t>(nullptr, language_, defaultScript_).Run(position_, end_, take)
+          : PlainKeys<std::uint8_t>(plainMap_, language_, defaultScript_)
+                .Run(position_, end_, take));
 }
 
 }  // namespace ot95
