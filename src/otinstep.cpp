@@ -310,10 +310,10 @@ int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned shor
 
 /// In any code set.
 [[gnu::noinline]] int CompareAnySet(const TextSpan& text1, const TextSpan& text2,
-                                    unsigned short cmpOp, const OtLanguage* language,
-                                    unsigned char number) {
+                                    unsigned short cmpOp, const OtLanguage* language) {
   const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(text1.codeSet);
-  const unsigned char script = language != nullptr ? language->script : set.DefaultScript(number);
+  const unsigned char script =
+      language != nullptr ? language->script : set.DefaultScript(text1.language);
   const auto run = [&](const auto& reader) {
     return CompareByRecords(text1, text2, cmpOp, language, script, reader);
   };
@@ -351,14 +351,17 @@ bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned ch
 }
 
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
-  const unsigned char number =
-      text1.language != OT_LANG_DEFAULT ? text1.language : OtLanguageContext::GetDefaultLanguage();
-  const OtLanguage* language = OtLanguageContext::QueryLanguage(number);
-  if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {  // most texts
-    const WideReader reader{*kOrderTables.unicode};
-    return CompareByRecords(text1, text2, cmpOp, language, language->script, reader);
+  const OtLanguage* language = LanguageOf(text1);
+  if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {
+    return CompareFirstInStep(text1, text2, cmpOp);
   }
-  return CompareAnySet(text1, text2, cmpOp, language, number);
+  return CompareAnySet(text1, text2, cmpOp, language);
+}
+
+int CompareUnicodeInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
+                         const OtLanguage* language) {
+  return InStep(WideReader{*kOrderTables.unicode}, language, language->script, text1, text2, cmpOp)
+      .Run();
 }
 
 }  // namespace ot95

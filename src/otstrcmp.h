@@ -4,7 +4,7 @@
 /// @file
 /// Comparison of text, from the inside: with known lengths, and in its plain form.
 
-#include "orders.h"
+#include "plainkeys.h"
 
 namespace ot95 {
 
@@ -18,6 +18,24 @@ inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
 /// Compares two texts that run in step: what they have alike is passed over unseen.
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
 
+/// The same for Unicode in a language that is known.
+int CompareUnicodeInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
+                         const OtLanguage* language);
+/// ... and for most pairs without a call.
+[[gnu::always_inline]] inline int CompareFirstInStep(const TextSpan& text1, const TextSpan& text2,
+                                                     unsigned short cmpOp) {
+  const OtLanguage* language = LanguageOf(text1);
+  if (text1.codeSet != OT_CS_UNICODE || language == nullptr) {
+    return CompareInStep(TextSpan(text1), TextSpan(text2), cmpOp);
+  }
+  std::uint32_t letter2 = 0;
+  const int sign = PlainKeys<std::uint16_t>(nullptr, language, language->script)
+                       .SignOfFirstLetters(text1, text2, letter2);
+  if (sign != 0) return sign;
+  // Copies: otherwise even pairs that don't come here would have to be in memory.
+  return CompareUnicodeInStep(TextSpan(text1), TextSpan(text2), cmpOp, language);
+}
+
 /// Matches two texts that run in step without walking them. @return kUndecided if that can't tell.
 int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
 inline constexpr int kUndecided = 2;
@@ -27,11 +45,12 @@ inline constexpr int kUndecided = 2;
 /// @param primaryOut null, or where the primary difference is reported.
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut = nullptr);
-inline long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp) {
+[[gnu::always_inline]] inline long CompareSpans(const TextSpan& text, const TextSpan& pattern,
+                                                unsigned short cmpOp) {
   constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
   const bool plainText = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS;
-  return plainText && RunInStep(text, pattern) ? CompareInStep(text, pattern, cmpOp)
-                                               : CompareSpans(text, pattern, cmpOp, -1, nullptr);
+  if (plainText && RunInStep(text, pattern)) return CompareFirstInStep(text, pattern, cmpOp);
+  return CompareSpans(TextSpan(text), TextSpan(pattern), cmpOp, -1, nullptr);
 }
 
 /// The same without any short cut: what the others are measured against.

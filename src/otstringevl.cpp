@@ -92,11 +92,11 @@ unsigned PassCommon(FourWalks& walks, unsigned limit, unsigned short mask) {
 }
 
 // Where the four texts lie on the line.
-struct Places {
+struct Positions {
   double low = 0, high = 0, lower = 0, upper = 0;
 };
 
-Places Measure(const FourTexts& texts, unsigned short mask) {
+Positions Measure(const FourTexts& texts, unsigned short mask) {
   const unsigned limit = texts.CommonLimit();
   if (limit == 0) return {};
   FourWalks walks(texts);
@@ -123,7 +123,7 @@ bool BeginsAboveAscii(const LineText& text) {
 }
 
 // What the line couldn't tell apart is asked of the texts themselves.
-double Rescue(unsigned short op, unsigned short cmpOp, const FourTexts& texts, const Places& at,
+double Rescue(unsigned short op, unsigned short cmpOp, const FourTexts& texts, const Positions& at,
               double step) {
   const auto& [low, high, rangeLow, rangeHigh] = texts;
   double sum = 0;
@@ -176,7 +176,7 @@ float StringEvalAndBound(OtIdxBounds* bounds, unsigned short& op, void* value, u
   if (!operand.HasNoPrefix()) TakeLimits(operand, op, layout, *limits, texts);
 
   const double step = operand.IsRaw() ? rawStep : orderStep;
-  const Places at = Measure(texts, operand.IgnoredBits());
+  const Positions at = Measure(texts, operand.IgnoredBits());
   const double all = at.upper - at.lower + step;
   double range = EstimateRange(op, at.low, at.high, at.lower, at.upper, step);
   if (range == 0.0) {

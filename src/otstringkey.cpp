@@ -20,7 +20,7 @@ class KeyWords {
   bool IsEmpty() const { return size_ == kHeaderSize; }
   bool IsFull() const { return size_ >= room_; }
   std::size_t size() const { return size_; }
-  unsigned char script() const { return script_; }
+  unsigned char script() const { return static_cast<unsigned char>(script_); }
 
   void SetScript(unsigned char script) { script_ = script; }
   void Store(unsigned short order) {
@@ -36,13 +36,23 @@ class KeyWords {
     Store(OrderOfKey(plain));
     return true;
   }
+  /// The same, where the first one tells the script.
+  bool TakeOrBegin(std::uint32_t plain) {
+    if (IsFull()) return false;
+    if (plain >> 24 != script_) [[unlikely]] {
+      if (!IsEmpty()) return false;
+      script_ = plain >> 24;
+    }
+    Store(OrderOfKey(plain));
+    return true;
+  }
 
  private:
   char* key_;
   std::size_t size_ = kHeaderSize;
   std::size_t room_;
   bool reversed_;
-  unsigned char script_ = 0;
+  std::uint32_t script_ = 0;
 };
 
 /// Adds the words of a text behind those of a stretch. @return whether they are all.
@@ -75,10 +85,8 @@ class KeyWords {
 
 /// Adds the words of a text. @return whether they are all.
 [[gnu::always_inline]] inline bool AddText(KeyWords& words, const KeySource& source) {
-  const PlainStretch stretch = RunFromStart(source.text, [&words](std::uint32_t plain) {
-    if (words.IsEmpty()) words.SetScript(static_cast<unsigned char>(plain >> 24));
-    return words.Take(plain);
-  });
+  const PlainStretch stretch =
+      RunFromStart(source.text, [&words](std::uint32_t plain) { return words.TakeOrBegin(plain); });
   if (stretch.all && !words.IsEmpty() && !words.IsFull()) return !source.cut;
   KeyWords more = words;
   const bool complete = AddByWalk(more, source, stretch);

@@ -59,8 +59,8 @@ class PlainKeys {
 
   /// How two texts sort that begin with letters of different rank, as most do that have nothing to
   /// do with each other; 0 for all others. @param letter2 set to the key of the second text's.
-  int SignOfFirstLetters(const TextSpan& text1, const TextSpan& text2,
-                         std::uint32_t& letter2) const {
+  [[gnu::always_inline]] inline int SignOfFirstLetters(const TextSpan& text1, const TextSpan& text2,
+                                                       std::uint32_t& letter2) const {
     const unsigned value1 = ValueAt(text1.text, text1.end);
     const unsigned value2 = ValueAt(text2.text, text2.end);
     if (value1 == value2 || value1 >= kPlainKeys || value2 >= kPlainKeys) return 0;
@@ -80,18 +80,28 @@ class PlainKeys {
   [[gnu::always_inline]] inline PlainStretch Run(const char* place, std::uintptr_t end,
                                                  Take&& take) const {
     const PlainKeys keys = *this;  // what `take` writes can't reach it
-    std::uint32_t last = 0;
+    const std::uint32_t unlike = 0xff000000 | tailored_;
+    PlainStretch stretch{place};
     unsigned value = keys.ValueAt(place, end);
+    if (value >= kPlainKeys) return stretch;
     while (value != 0) {
-      const char* const nextPlace = place + sizeof(Unit);
+      const char* const nextPlace = stretch.end + sizeof(Unit);
       const unsigned next = keys.ValueAt(nextPlace, end);
-      const std::uint32_t key = keys.Key(value, next);
-      if (key == 0 || !take(key)) break;
-      last = key;
-      place = nextPlace;
+      if (next >= OT_FIRST_MARK && !IsNoFollower(next)) return stretch;
+      std::uint32_t key = keys.keys_[value];
+      if (((key ^ keys.script_) & unlike) == 0) [[likely]] {  // a letter of the language's alphabet
+        key &= ~kTailoredKey;
+      } else {
+        key = keys.Key(value, next);
+        if (key == 0) return stretch;
+      }
+      if (!take(key)) return stretch;
+      stretch.last = key;
+      stretch.end = nextPlace;
       value = next;
     }
-    return {place, last, value == 0};
+    stretch.all = true;
+    return stretch;
   }
 
  private:
@@ -107,12 +117,17 @@ class PlainKeys {
   std::uint32_t script_;
 };
 
+/// The language of a text, null if nobody knows it.
+inline const OtLanguage* LanguageOf(const TextSpan& text) {
+  return OtLanguageContext::QueryLanguage(
+      text.language != OT_LANG_DEFAULT ? text.language : OtLanguageContext::GetDefaultLanguage());
+}
+
 /// Hands on the keys of a text's first characters without setting up a walk, which goes on where
 /// they end. A text in a language that nobody knows has none.
 template <class Take>
 [[gnu::always_inline]] inline PlainStretch RunFromStart(const TextSpan& text, Take&& take) {
-  const OtLanguage* language = OtLanguageContext::QueryLanguage(
-      text.language != OT_LANG_DEFAULT ? text.language : OtLanguageContext::GetDefaultLanguage());
+  const OtLanguage* language = LanguageOf(text);
   if (language == nullptr) return {text.text};
   if (text.codeSet == OT_CS_UNICODE && !text.reversed) {
     return PlainKeys<std::uint16_t>(nullptr, language, language->script)
