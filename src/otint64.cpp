@@ -149,6 +149,22 @@ bool TakeNumber(const char*& text, char directive, char terminator, std::uint64_
   return true;
 }
 
+/// The road of nearly all numbers by the default format: decimal digits up to the end of the text.
+/// False for anything else, which may yet be a number.
+bool ScanDecimal(const char* text, std::uint64_t& value) {
+  const bool negative = *text == '-';
+  if (negative || *text == '+') ++text;
+  if (*text == '0') return false;
+  std::uint64_t magnitude = 0;
+  for (; *text != 0; ++text) {
+    const unsigned digit = static_cast<unsigned char>(*text) - unsigned{'0'};
+    if (digit > 9) return false;
+    magnitude = magnitude * 10 + digit;
+  }
+  value = negative ? 0 - magnitude : magnitude;
+  return true;
+}
+
 /// Walks a terminated text in step with a terminated format. The last number is the value.
 bool Scan(const char* text, const char* format, std::uint64_t& value) {
   for (;; ++format, ++text) {
@@ -202,9 +218,12 @@ OtString& OtInt64::PrintToOtString(OtString& out, const char* format) const {
 void OtInt64::ScanFromOtString(const OtString& text, const char* format) {
   if (!format) format = defaultFormat;
   const ot95::NarrowText narrow(text);
-  if (*format == 0 || *narrow.Bytes() == 0) return;
+  const char* const bytes = narrow.Bytes();
+  if (*format == 0 || *bytes == 0) return;
   std::uint64_t value = Unsigned();  // Stays if the format has no number.
-  *this = Scan(narrow.Bytes(), format, value) ? OtInt64(Bits{value}) : OtInt64(-1);
+  const bool scanned =
+      (format == defaultFormat && ScanDecimal(bytes, value)) || Scan(bytes, format, value);
+  *this = scanned ? OtInt64(Bits{value}) : OtInt64(-1);
 }
 
 // ---------------------------------------------------------------------------------------------

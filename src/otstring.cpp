@@ -53,6 +53,28 @@ void ReportTextSize() {
 using ot95::CharWidth;
 using ot95::IsWide;
 
+/// The single place where a string gets another buffer. A text beyond the limit has a memLen_ cut
+/// to 16 bits; all that touches the buffer measures the text itself.
+void OtString::Adopt(char* buffer, std::size_t bytes) {
+  delete[] buffer_;
+  buffer_ = buffer;
+  memLen_ = static_cast<unsigned short>(buffer != nullptr ? bytes : 0);
+}
+
+/// The first `head` bytes of the text, then those of a piece and a terminator: what nearly all
+/// changes come to, and inline because the making of every string is one of them.
+[[gnu::always_inline]] inline void OtString::Join(std::size_t head, const char* piece, std::size_t bytes) {
+  const std::size_t end = head + bytes;
+  const std::size_t size = end + CharWidth(codeSet_);
+  ot95::CheckTextSize(size);
+  char* const fresh = ot95::NewText(size);
+  if (fresh == nullptr) return;
+  if (head != 0) std::memcpy(fresh, buffer_, head);
+  std::memcpy(fresh + head, piece, bytes);
+  ot95::StoreUnit(fresh + end, 0, IsWide(codeSet_));
+  Adopt(fresh, size);
+}
+
 OtString::OtString(const OtString& other) : OtString(other.codeSet_, other.language_) {
   if (other.buffer_ != nullptr) Join(0, other.buffer_, other.Length() * CharWidth(codeSet_));
 }
@@ -70,8 +92,15 @@ OtString::OtString(unsigned short character)
   SetText(&character, codeSet_, character != 0);
 }
 
-OtString::OtString(const char* text) : OtString(text, 0xffff) {}
-OtString::OtString(const unsigned short* text) : OtString(text, 0xffff) {}
+OtString::OtString(const char* text) : OtString(GetDefault8CodeSet(), GetDefaultLanguage()) {
+  if (text != nullptr) Join(0, text, std::strlen(text));
+}
+
+OtString::OtString(const unsigned short* text)
+    : OtString(GetDefault16CodeSet(), GetDefaultLanguage()) {
+  const char* const place = reinterpret_cast<const char*>(text);
+  if (place != nullptr) Join(0, place, 2 * ot95::WideLength(place, 0));
+}
 
 OtString::OtString(const char* text, unsigned short length)
     : OtString(GetDefault8CodeSet(), GetDefaultLanguage()) {
@@ -171,14 +200,6 @@ bool OtString::TakesBytesOf(const ot95::TextSource& source) const {
   return TakesUnitsOf(source) && !source.reversed;
 }
 
-/// The single place where a string gets another buffer. A text beyond the limit has a memLen_ cut
-/// to 16 bits; all that touches the buffer measures the text itself.
-void OtString::Adopt(char* buffer, std::size_t bytes) {
-  delete[] buffer_;
-  buffer_ = buffer;
-  memLen_ = static_cast<unsigned short>(buffer != nullptr ? bytes : 0);
-}
-
 void OtString::SetText(const void* source, unsigned char codeSet, unsigned short length,
                        unsigned char format) {
   buffer_ = nullptr;
@@ -209,20 +230,6 @@ void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size
   ot95::ConvertUnits(source.text, source.codeSet, source.reversed, length, converted.get(),
                      codeSet_);
   SpliceUnits(mode, {converted.get(), codeSet_, std::min(source.length, length)}, position, repeat);
-}
-
-/// The first `head` bytes of the text, then those of a piece and a terminator: what nearly all
-/// changes come to.
-void OtString::Join(std::size_t head, const char* piece, std::size_t bytes) {
-  const std::size_t end = head + bytes;
-  const std::size_t size = end + CharWidth(codeSet_);
-  ot95::CheckTextSize(size);
-  char* const fresh = ot95::NewText(size);
-  if (fresh == nullptr) return;
-  if (head != 0) std::memcpy(fresh, buffer_, head);
-  std::memcpy(fresh + head, piece, bytes);
-  ot95::StoreUnit(fresh + end, 0, IsWide(codeSet_));
-  Adopt(fresh, size);
 }
 
 OtString& OtString::Append(const ot95::TextSource& source) {
