@@ -63,7 +63,8 @@ void OtString::Adopt(char* buffer, std::size_t bytes) {
 
 /// The first `head` bytes of the text, then those of a piece and a terminator: what nearly all
 /// changes come to, and inline because the making of every string is one of them.
-[[gnu::always_inline]] inline void OtString::Join(std::size_t head, const char* piece, std::size_t bytes) {
+[[gnu::always_inline]] inline void OtString::Join(std::size_t head, const char* piece,
+                                                  std::size_t bytes) {
   const std::size_t end = head + bytes;
   const std::size_t size = end + CharWidth(codeSet_);
   ot95::CheckTextSize(size);

@@ -64,6 +64,11 @@ char* WriteFour(char* end, int value) {
   return WritePair(WritePair(end, number / 100), number % 100);
 }
 
+void AppendTo(OtString& out, const char* text, const char* end) {
+  const auto length = static_cast<std::size_t>(end - text);
+  TextAccess::Append(out, {text, OtString::GetDefault8CodeSet(), length});
+}
+
 // Whether the format shows the half of the day, so that hours count from 1 to 12.
 bool ShowsNoon(const char* format) {
   while ((format = std::strchr(format, '%')) != nullptr && format[1] != '\0') {
@@ -99,8 +104,7 @@ class Printer {
  private:
   static char* Flush(OtString& out, char* text, char* end) {
     *end = '\0';
-    const auto length = static_cast<std::size_t>(end - text);
-    TextAccess::Append(out, {text, OtString::GetDefault8CodeSet(), length});
+    AppendTo(out, text, end);
     return text;
   }
 
@@ -183,6 +187,17 @@ const char* DayName(int weekday) {
 
 void PrintNull(OtString& out) {
   out = OtTypeMgr::GetNullPrintString();
+}
+
+void PrintDate(OtString& out, const OtDate& date) {
+  char text[longestPiece * 2];
+  char* end = WriteFour(text, date.year);
+  *end++ = '-';
+  end = WriteTwo(end, date.month);
+  *end++ = '-';
+  end = WriteTwo(end, date.day);
+  *end = '\0';
+  AppendTo(out, text, end);
 }
 
 void PrintTemporal(OtString& out, const OtDate* date, const OtTime* time, const char* format) {

@@ -1,4 +1,6 @@
 // The text operations of OtDate, OtTime and OtDateTime.
+#include <cstring>
+
 #include "ot95/text.h"
 #include "temporaltext.h"
 
@@ -20,7 +22,10 @@ OtString OtDate::PrintDayOfTheDate() const {
 
 void OtDate::PrintToOtString(OtString& out, const char* format) const {
   if (IsNullValue()) return ot95::PrintNull(out);
-  ot95::PrintTemporal(out, this, nullptr, Or(format, defaultDateFormat));
+  if (format == nullptr || std::strcmp(format, defaultDateFormat) == 0) {
+    return ot95::PrintDate(out, *this);
+  }
+  ot95::PrintTemporal(out, this, nullptr, format);
 }
 
 void OtDate::ScanFromOtString(const OtString& text, const char* format) {

@@ -16,6 +16,8 @@ const char* MonthName(int month);
 /// The name of an OtDaysOfTheWeek; "no day" for any other number.
 const char* DayName(int weekday);
 
+/// Appends a date to `out` as "%Y-%m-%d" does, the form in which most are printed.
+void PrintDate(OtString& out, const OtDate& date);
 /// Appends a record to `out`. A half that is null is the clock's, which is read only if the format
 /// asks for it.
 void PrintTemporal(OtString& out, const OtDate* date, const OtTime* time, const char* format);
