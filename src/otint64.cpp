@@ -154,7 +154,7 @@ bool TakeNumber(const char*& text, char directive, char terminator, std::uint64_
 bool ScanDecimal(const char* text, std::uint64_t& value) {
   const bool negative = *text == '-';
   if (negative || *text == '+') ++text;
-  if (*text == '0') return false;
+  if (*text < '1' || *text > '9') return false;
   std::uint64_t magnitude = 0;
   for (; *text != 0; ++text) {
     const unsigned digit = static_cast<unsigned char>(*text) - unsigned{'0'};
