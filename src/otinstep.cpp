@@ -353,7 +353,7 @@ bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned ch
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
   const OtLanguage* language = LanguageOf(text1);
   if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {
-    return CompareFirstInStep(text1, text2, cmpOp);
+    return CompareUnicodeInStep(text1, text2, cmpOp, language);
   }
   return CompareAnySet(text1, text2, cmpOp, language);
 }

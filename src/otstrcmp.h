@@ -10,9 +10,9 @@ namespace ot95 {
 
 /// Whether two texts run through the same records, unit by unit.
 inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
-  return text1.codeSet == text2.codeSet && text1.language == text2.language && !text1.reversed &&
-         !text2.reversed && text1.codeSet != OT_CS_ORDER && text1.codeSet != 0 &&
-         text1.language != OT_LANG_NULL;
+  if (text1.codeSet != text2.codeSet || text1.language != text2.language) return false;
+  if (text1.reversed || text2.reversed || text1.language == OT_LANG_NULL) return false;
+  return text1.codeSet != OT_CS_ORDER && text1.codeSet != 0;
 }
 
 /// Compares two texts that run in step: what they have alike is passed over unseen.
@@ -21,21 +21,6 @@ int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short c
 /// The same for Unicode in a language that is known.
 int CompareUnicodeInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
                          const OtLanguage* language);
-/// ... and for most pairs without a call.
-[[gnu::always_inline]] inline int CompareFirstInStep(const TextSpan& text1, const TextSpan& text2,
-                                                     unsigned short cmpOp) {
-  const OtLanguage* language = LanguageOf(text1);
-  if (text1.codeSet != OT_CS_UNICODE || language == nullptr) {
-    return CompareInStep(TextSpan(text1), TextSpan(text2), cmpOp);
-  }
-  std::uint32_t letter2 = 0;
-  const int sign = PlainKeys<std::uint16_t>(nullptr, language, language->script)
-                       .SignOfFirstLetters(text1, text2, letter2);
-  if (sign != 0) return sign;
-  // Copies: otherwise even pairs that don't come here would have to be in memory.
-  return CompareUnicodeInStep(TextSpan(text1), TextSpan(text2), cmpOp, language);
-}
-
 /// Matches two texts that run in step without walking them. @return kUndecided if that can't tell.
 int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
 inline constexpr int kUndecided = 2;
@@ -45,12 +30,23 @@ inline constexpr int kUndecided = 2;
 /// @param primaryOut null, or where the primary difference is reported.
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut = nullptr);
+/// For most pairs of texts without a call, and without a need for them to be in memory.
 [[gnu::always_inline]] inline long CompareSpans(const TextSpan& text, const TextSpan& pattern,
                                                 unsigned short cmpOp) {
   constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
   const bool plainText = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS;
-  if (plainText && RunInStep(text, pattern)) return CompareFirstInStep(text, pattern, cmpOp);
-  return CompareSpans(TextSpan(text), TextSpan(pattern), cmpOp, -1, nullptr);
+  if (!plainText || !RunInStep(text, pattern)) {
+    return CompareSpans(TextSpan(text), TextSpan(pattern), cmpOp, -1, nullptr);
+  }
+  const OtLanguage* language = LanguageOf(text);
+  if (text.codeSet != OT_CS_UNICODE || language == nullptr) {
+    return CompareInStep(TextSpan(text), TextSpan(pattern), cmpOp);
+  }
+  std::uint32_t letter2 = 0;
+  const int sign = PlainKeys<std::uint16_t>(nullptr, language, language->script)
+                       .SignOfFirstLetters(text, pattern, letter2);
+  if (sign != 0) return sign;
+  return CompareUnicodeInStep(TextSpan(text), TextSpan(pattern), cmpOp, language);
 }
 
 /// The same without any short cut: what the others are measured against.
