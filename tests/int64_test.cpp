@@ -8,6 +8,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -187,6 +188,7 @@ TEST(Int64, Scans) {
               {"0X1f", "%S", 31},
               {"017", "%S", 15},
               {"0", "%S", 0},
+              {"-", "%S", 0},
               {"-0x10", "%x", -16},
               {"010", "%o", 8},
               {"0x8000000000000000", "%x", kMin},
@@ -216,10 +218,13 @@ TEST(Int64, Scans) {
               {"5,", "%S", -1},
               {"5", "%5d", -1}};
   for (const auto& row : rows) {
-    OtInt64 value = Make(old);
-    value.ScanFromOtString(OtString(row.text), row.format);
-    EXPECT_EQ(Native(value), row.value)
-        << '"' << row.text << "\" by " << (row.format ? row.format : "null");
+    const bool isDefault = row.format && std::string_view(row.format) == "%S";
+    for (const char* format : {row.format, isDefault ? nullptr : row.format}) {
+      OtInt64 value = Make(old);
+      value.ScanFromOtString(OtString(row.text), format);
+      EXPECT_EQ(Native(value), row.value)
+          << '"' << row.text << "\" by " << (format ? format : "null");
+    }
   }
 }
 

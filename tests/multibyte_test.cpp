@@ -181,6 +181,19 @@ TEST(MultiByte, RandomTextsAtEverySplit) {
   }
 }
 
+TEST(MultiByte, OneStrangeByteAtEveryPlaceOfAPlainText) {
+  for (std::size_t size = 0; size < 70; ++size) {
+    Bytes bytes(size, 'x');
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(1 + (7 * i) % 127);
+    ExpectText(bytes);
+    for (std::size_t place = 0; place < size; ++place) {
+      for (const char* strange : {"\0", "\x80", "\xc3", "\xff"}) {
+        ExpectText(Bytes(bytes).replace(place, 1, strange, 1));
+      }
+    }
+  }
+}
+
 TEST(MultiByte, LongTextsEndAtTheirLimit) {
   FaultCount faults;
   const Bytes ascii(32767, 'x');

@@ -69,6 +69,10 @@ TEST(TemporalFormat, Prints) {
     EXPECT_EQ(Printed(row.value, row.format), row.expected)
         << Show(row.value) << " by " << (row.format != nullptr ? row.format : "default");
   }
+  for (const char* format : {static_cast<const char*>(nullptr), "%Y-%m-%d"}) {
+    EXPECT_EQ(Printed(odd.date, format), "-0001-13--07");
+    EXPECT_EQ(Printed(OtDate(-32768, -128, 127), format), "-32768--128-127");
+  }
 }
 
 TEST(TemporalFormat, AppendsButNullReplaces) {
