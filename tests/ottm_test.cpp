@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -145,6 +147,8 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"decode short 0g", "ottm: HEX: expected hex digits, found '0g'\n", 2},
         Call{"decode OtString 0600",
              "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
+        Call{"decode OtString 0006fe01700c --form 0x82",
+             "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
         Call{"decode long 00 --count 1000000000",
              "ottm: HEX: expected 1000000000 stored long, at offset 0: the bytes end too early\n",
              2},
@@ -193,6 +197,162 @@ TEST(Ottm, KeyIsReadWordByWord) {
             "400c  upper letter A\n"
             "7010  lower letter b\n"
             "3f0a  digit 1\n");
+}
+
+// Three records of OtString, long and two shorts: plain, with quotes and an escape, and null.
+constexpr std::string_view kPlain("\x08\0\1\1Lima\0\xff\7\0\0\0\1\0\2\0", 18);
+constexpr std::string_view kQuoted("\x0a\0\1\1a,\"b\"\x1b\0\xff\xfd\xff\xff\xff\4\0\5\0", 20);
+constexpr std::string_view kNull("\4\0\0\xfe\0\xff\0\0\0\0\0\0\0\0", 14);
+constexpr char kLayout[] = "OtString:name,long:people,short:dayx2";
+
+struct Inspection {
+  const char* name;
+  std::string bytes;
+  std::string arguments;
+  const char* out;
+  int exit = 0;
+};
+
+class OttmInspects : public testing::TestWithParam<Inspection> {};
+
+TEST_P(OttmInspects, Answer) {
+  const std::string path = testing::TempDir() + "ottm_inspect_" + GetParam().name;
+  std::ofstream(path, std::ios::binary) << GetParam().bytes;
+  const Outcome outcome = Ottm("inspect " + path + " --layout " + GetParam().arguments);
+  EXPECT_EQ(outcome.out, GetParam().out);
+  EXPECT_EQ(outcome.exit, GetParam().exit);
+  std::remove(path.c_str());
+}
+
+std::string NameOf(const testing::TestParamInfo<Inspection>& info) {
+  return info.param.name;
+}
+
+std::string Three() {
+  return std::string(kPlain) + std::string(kQuoted) + std::string(kNull);
+}
+
+/// The second record's text has no terminator.
+std::string Damaged() {
+  std::string bytes = Three();
+  bytes[kPlain.size() + 10] = 'x';
+  return bytes;
+}
+
+std::string With(const char* options) {
+  return kLayout + std::string(options);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Records, OttmInspects,
+    testing::Values(
+        Inspection{"table", Three(), kLayout,
+                   "offset  name    people  day[0]  day[1]\n"
+                   "0       Lima    7       1       2\n"
+                   "18      a,\"b\".  -3      4       5\n"
+                   "38      {NULL}  0       0       0\n"},
+        Inspection{"json", Three(), With(" --json"),
+                   "{\"offset\":0,\"values\":{\"name\":\"Lima\",\"people\":7,\"day\":[1,2]}}\n"
+                   "{\"offset\":18,\"values\":{\"name\":\"a,\\\"b\\\"\\u001b\",\"people\":-3,"
+                   "\"day\":[4,5]}}\n"
+                   "{\"offset\":38,\"values\":{\"name\":null,\"people\":0,\"day\":[0,0]}}\n"},
+        Inspection{"skip_and_limit", Three(), With(" --skip 1 --limit 1"),
+                   "offset  name    people  day[0]  day[1]\n"
+                   "18      a,\"b\".  -3      4       5\n"},
+        Inspection{"skip_behind_the_end", Three(), With(" --skip 9"),
+                   "offset  name  people  day[0]  day[1]\n"},
+        Inspection{"empty", "", kLayout, "offset  name  people  day[0]  day[1]\n"},
+        Inspection{"damaged", Damaged(), kLayout,
+                   "offset  name  people  day[0]  day[1]\n"
+                   "0       Lima  7       1       2\n"
+                   "damaged at offset 18, in name of record 1: not a stored OtString\n",
+                   1},
+        Inspection{"damaged_json", Damaged(), With(" --json"),
+                   "{\"offset\":0,\"values\":{\"name\":\"Lima\",\"people\":7,\"day\":[1,2]}}\n"
+                   "{\"offset\":18,\"damage\":{\"record\":1,\"member\":\"name\",\"offset\":18,"
+                   "\"reason\":\"not a stored OtString\"}}\n",
+                   1},
+        Inspection{"damaged_in_what_is_skipped", Damaged(), With(" --skip 9"),
+                   "offset  name  people  day[0]  day[1]\n"
+                   "damaged at offset 18, in name of record 1: not a stored OtString\n",
+                   1},
+        Inspection{"ends_in_an_array", Three().substr(0, 16), kLayout,
+                   "offset  name  people  day[0]  day[1]\n"
+                   "damaged at offset 16, in day of record 0: the bytes end too early\n",
+                   1},
+        Inspection{"big_endian_without_names",
+                   {"\0\1\0\2\0\3", 6},
+                   "short,shortx2 --form 2",
+                   "offset  short  short#2[0]  short#2[1]\n"
+                   "0       1      2           3\n"},
+        // A key that was cut can be compared, but not loaded.
+        Inspection{"cut_key",
+                   {"\0\6\xfe\1\x70\x0c", 6},
+                   "OtString:key --form 0x82 --json",
+                   "{\"offset\":0,\"damage\":{\"record\":0,\"member\":\"key\",\"offset\":0,"
+                   "\"reason\":\"the bytes end too early\"}}\n",
+                   1},
+        Inspection{"characters_are_no_numbers",
+                   {"57", 2},
+                   "char,OtByte --json",
+                   "{\"offset\":0,\"values\":{\"char\":\"5\",\"OtByte\":\"7\"}}\n"}),
+    NameOf);
+
+#ifdef OT95_CSV
+INSTANTIATE_TEST_SUITE_P(Csv, OttmInspects,
+                         testing::Values(Inspection{"csv", Three(), With(" --csv"),
+                                                    "\"name\",\"people\",\"day[0]\",\"day[1]\"\n"
+                                                    "\"Lima\",\"7\",\"1\",\"2\"\n"
+                                                    "\"a,\"\"b\"\"\x1b\",\"-3\",\"4\",\"5\"\n"
+                                                    "\"{NULL}\",\"0\",\"0\",\"0\"\n"}),
+                         NameOf);
+#endif
+
+INSTANTIATE_TEST_SUITE_P(
+    BadLayout, OttmCalls,
+    testing::Values(
+        Call{"inspect /dev/null --layout short,nosuch:a",
+             "ottm: --layout, member 2: expected a type of this table (see 'ottm types'), found "
+             "'nosuch'\n",
+             2},
+        Call{"inspect /dev/null --layout short,",
+             "ottm: --layout, member 2: expected a type of this table (see 'ottm types'), found "
+             "''\n",
+             2},
+        Call{"inspect /dev/null --layout short:a,long:a",
+             "ottm: --layout, member 2, NAME: expected one of its own, found 'a'\n", 2},
+        Call{"inspect /dev/null --layout short:ax0",
+             "ottm: --layout, member 1, COUNT: expected at least 1\n", 2},
+        Call{"inspect /dev/null --layout OtString --form memory",
+             "ottm: --layout, member 1: expected a type with a stored form 8, found 'OtString'\n",
+             2},
+        Call{"inspect /nosuch --layout short", "ottm: /nosuch: expected a file that can be read\n",
+             2}));
+
+// More than the window holds at first, so that records lie across its edges.
+TEST(Ottm, InspectsAPipeOfAnyLength) {
+  const std::string path = testing::TempDir() + "ottm_inspect_long";
+  {
+    std::ofstream file(path, std::ios::binary);
+    for (int i = 0; i < 40000; ++i) file << Three();
+  }
+  const Outcome outcome =
+      Ottm("inspect - --skip 119999 --layout " + std::string(kLayout), "cat " + path + " | ");
+  EXPECT_EQ(outcome.out,
+            "offset   name    people  day[0]  day[1]\n"
+            "2079986  {NULL}  0       0       0\n");
+  std::remove(path.c_str());
+}
+
+TEST(Ottm, BatchInspectsIntoOneObject) {
+  const std::string path = testing::TempDir() + "ottm_inspect_batch";
+  std::ofstream(path, std::ios::binary) << Damaged();
+  const std::string line = "[\"inspect\",\"" + path + "\",\"--layout\",\"" + kLayout + "\"]";
+  EXPECT_EQ(Ottm("batch", "echo '" + line + "' | ").out,
+            "{\"records\":[{\"offset\":0,\"values\":{\"name\":\"Lima\",\"people\":7,"
+            "\"day\":[1,2]}}],\"damage\":{\"record\":1,\"member\":\"name\",\"offset\":18,"
+            "\"reason\":\"not a stored OtString\"}}\n");
+  std::remove(path.c_str());
 }
 
 }  // namespace

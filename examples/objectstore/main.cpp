@@ -13,6 +13,7 @@
 #include "execute.h"
 #include "explain.h"
 #include "import.h"
+#include "progress.h"
 #include "record.h"
 #include "store.h"
 
@@ -86,10 +87,7 @@ int RunCreate(const Arguments& arguments) {
 }
 
 void ShowProgress(double share, std::size_t objects) {
-  constexpr int width = 40;
-  std::string bar(static_cast<std::size_t>(share * width), '#');
-  bar.resize(width, '.');
-  std::fprintf(stderr, "\r[%s] %3.0f%% %zu objects", bar.c_str(), share * 100, objects);
+  ot95::tools::ShowProgress(share, objects, "objects");
 }
 
 int RunImport(const Arguments& arguments) {

@@ -247,7 +247,8 @@ class OT95_EXPORT OtTypeMgr {
   OtScanFunc ExchangeScanFromOtStringFunc(char id, OtScanFunc function);
 
   /// Checks that `available` bytes begin with a stored array of `count` values, reading none
-  /// beyond them.
+  /// beyond them. With bit 0x80 a text key passes, too, that lacks its end because it was cut at
+  /// that of the bytes: it's for the operations that take lengths, not for Load.
   /// @param consumed where the array ends, or how far the bytes are good.
   /// @return 0; OT_ERR_END_OF_DATA when the bytes end too early; OT_ERR_BAD_ARGUMENT when they
   ///   can't be such an array.

@@ -83,7 +83,7 @@ class Decode : public TypedCommand {
   Answer Run() override {
     const char id = Open();
     const Bytes bytes = ReadBytes(hex_);
-    RequireStored(manager_, id, bytes, form_.Format(), count_);
+    RequireStored(manager_, id, bytes, FormToLoad(form_.Format()), count_);
     Values values(manager_, id, count_);
     const unsigned long consumed = values.Load(bytes, form_.Format());
     Answer answer;

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "answer.h"
@@ -18,8 +19,18 @@ class Command {
   virtual const char* Summary() const = 0;
   virtual const char* Example() const = 0;
   virtual void Declare(CLI::App& app) = 0;
+  /// The whole answer, as a batch gives it.
   virtual Answer Run() = 0;
+  /// Writes the answer to standard output. A command whose answer may outgrow memory writes it
+  /// piece by piece instead. @return the exit status.
+  virtual int Print(bool asJson);
 };
+
+/// An object on a line of its own.
+std::string JsonLine(const Json& json);
+/// Both throw when standard output takes no more.
+void WriteOut(std::string_view text);
+void FlushOut();
 
 using CommandList = std::vector<std::unique_ptr<Command>>;
 
@@ -33,6 +44,7 @@ void AddOrderCommands(CommandList& list);
 void AddInt64Commands(CommandList& list);
 void AddDateCommands(CommandList& list);
 void AddEstimateCommands(CommandList& list);
+void AddInspectCommands(CommandList& list);
 
 }  // namespace ottm
 

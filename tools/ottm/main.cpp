@@ -20,6 +20,7 @@ CommandList AllCommands() {
   AddLineCommands(list);
   AddInt64Commands(list);
   AddDateCommands(list);
+  AddInspectCommands(list);
   return list;
 }
 
@@ -65,8 +66,8 @@ class Program {
     app_.parse(std::move(arguments));
   }
   bool IsBatch() const { return batch_->parsed(); }
-  bool WantsJson() const { return json_; }
   Answer Run() { return chosen_->Run(); }
+  int Print() { return chosen_->Print(json_); }
 
  private:
   CLI::App app_;
@@ -83,10 +84,6 @@ Json ErrorObject(const std::string& message) {
 std::string OneLine(std::string message) {
   std::replace(message.begin(), message.end(), '\n', ' ');
   return message;
-}
-
-std::string JsonLine(const Json& json) {
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 Json AnswerLine(const std::string& line) {
@@ -123,9 +120,7 @@ int Main(int argc, char** argv) {
   }
   try {
     if (program.IsBatch()) return RunBatch();
-    const Answer answer = program.Run();
-    std::cout << (program.WantsJson() ? JsonLine(answer.json) : answer.human) << std::flush;
-    return answer.exit;
+    return program.Print();
   } catch (const std::exception& error) {
     std::cerr << "ottm: " << OneLine(error.what()) << "\n";
     return 2;

@@ -105,14 +105,15 @@ unsigned short OpOption::Word() const {
   return static_cast<unsigned short>(word);
 }
 
-char TypeOf(const OtTypeMgr& manager, const std::string& name) {
+char TypeOf(const OtTypeMgr& manager, const std::string& name, const std::string& argument) {
   char id = 0;
   if (manager.Name2OtTypeId(name.c_str(), id) == 0) return id;
   if (StartsNumber(name)) {
-    id = static_cast<char>(NumberOf(name, 40, "TYPE"));
+    id = static_cast<char>(NumberOf(name, 40, argument));
     if (manager.NameGet(id, nullptr) != nullptr) return id;
   }
-  throw BadInput("TYPE: expected a type of this table (see 'ottm types'), found '" + name + "'");
+  throw BadInput(argument + ": expected a type of this table (see 'ottm types'), found '" + name +
+                 "'");
 }
 
 }  // namespace ottm

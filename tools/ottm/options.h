@@ -37,8 +37,9 @@ struct OpOption {
   std::string Expected() const;
 };
 
-/// The identifier of a type given by name or number. Throws BadInput.
-char TypeOf(const OtTypeMgr& manager, const std::string& name);
+/// The identifier of a type given by name or number. Throws BadInput that names `argument`.
+char TypeOf(const OtTypeMgr& manager, const std::string& name,
+            const std::string& argument = "TYPE");
 
 /// An unsigned number in decimal or with 0x. Throws BadInput.
 unsigned long NumberOf(const std::string& text, unsigned long most, const std::string& argument);

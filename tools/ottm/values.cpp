@@ -1,7 +1,5 @@
 #include "values.h"
 
-#include "answer.h"
-
 namespace ottm {
 namespace {
 
@@ -114,6 +112,17 @@ std::string Values::Print(unsigned long index, const char* format) const {
   return ToUtf8(text);
 }
 
+Json Values::ToJson(unsigned long index) const {
+  if (IsNull(index)) return nullptr;
+  const std::string text = Print(index);
+  const std::string_view format = manager_.ExchangeFormat(id_, nullptr);
+  if (format != "%s" && format != "%c") {  // a text or a character may look like a number
+    Json number = Json::parse(text, nullptr, false);
+    if (number.is_number()) return number;
+  }
+  return text;
+}
+
 std::unique_ptr<OtTypeConvertData> Values::Convert() const {
   std::unique_ptr<OtTypeConvertData> data(manager_.ConvertTo(id_, data_, count_));
   if (data == nullptr) {
@@ -130,14 +139,18 @@ Bytes Values::Store(unsigned char format) const {
 }
 
 unsigned long Values::Load(const Bytes& bytes, unsigned char format) {
-  const unsigned long consumed = RequireStored(manager_, id_, bytes, format, count_);
-  Bytes copy(bytes);  // the loaders take a place that could be written
-  manager_.Load(id_, data_, copy.data(), format, count_);
+  const unsigned long consumed = RequireStored(manager_, id_, bytes, FormToLoad(format), count_);
+  Bytes copy(bytes);
+  LoadVerified(copy.data(), format);
   return consumed;
 }
 
-Verdict VerifyBytes(OtTypeMgr& manager, char id, const Bytes& bytes, unsigned char format,
-                    unsigned long count) {
+void Values::LoadVerified(unsigned char* bytes, unsigned char format) {
+  manager_.Load(id_, data_, bytes, format, count_);
+}
+
+Verdict VerifyBytes(OtTypeMgr& manager, char id, std::span<const unsigned char> bytes,
+                    unsigned char format, unsigned long count) {
   Verdict verdict;
   verdict.status =
       manager.VerifyStored(id, bytes.data(), bytes.size(), format, count, verdict.consumed);

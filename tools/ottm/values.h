@@ -2,9 +2,11 @@
 #define OTTM_VALUES_H
 
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "answer.h"
 #include "bytes.h"
 #include "ot95/typemgr.h"
 #include "texts.h"
@@ -38,6 +40,8 @@ class Values {
   /// One element as UTF-8; the null text for a null.
   std::string Print(unsigned long index, const char* format = nullptr) const;
   bool IsNull(unsigned long index) const;
+  /// One element as JSON: null, a number where it prints as one, else its text.
+  Json ToJson(unsigned long index) const;
 
   /// The values as text, ready for another type.
   std::unique_ptr<OtTypeConvertData> Convert() const;
@@ -45,6 +49,9 @@ class Values {
   Bytes Store(unsigned char format) const;
   /// Verifies the bytes and loads them; returns the bytes consumed. Throws BadInput.
   unsigned long Load(const Bytes& bytes, unsigned char format);
+  /// Loads bytes that were verified. They stay as they are: the loaders take a place that could be
+  /// written.
+  void LoadVerified(unsigned char* bytes, unsigned char format);
 
  private:
   Values(OtTypeMgr& manager, char id, unsigned long count, void* data);
@@ -66,8 +73,14 @@ struct Verdict {
   std::string reason;  ///< Empty when they do.
 };
 
-Verdict VerifyBytes(OtTypeMgr& manager, char id, const Bytes& bytes, unsigned char format,
-                    unsigned long count);
+/// The form to verify bytes in that are going to be loaded. Loading takes no length, so that a key
+/// that was cut at the end of its place, good as it is to compare, can't be loaded.
+constexpr unsigned char FormToLoad(unsigned char format) {
+  return format & 0x7f;
+}
+
+Verdict VerifyBytes(OtTypeMgr& manager, char id, std::span<const unsigned char> bytes,
+                    unsigned char format, unsigned long count);
 /// Throws BadInput unless the bytes hold the array.
 unsigned long RequireStored(OtTypeMgr& manager, char id, const Bytes& bytes, unsigned char format,
                             unsigned long count);
