@@ -80,6 +80,13 @@ int VerifyStrings(const StoredBytes& stored, unsigned long& consumed) {
   return 0;
 }
 
+// The row of old strings has no keys of order words, so that none can have been cut.
+int VerifyStringsOfOldRow(const StoredBytes& stored, unsigned long& consumed) {
+  StoredBytes whole = stored;
+  whole.format &= static_cast<unsigned char>(~kKeyForm);
+  return VerifyStrings(whole, consumed);
+}
+
 // All values of a fixed size are good; there only have to be enough of them.
 int VerifyFixed(const OtTypeDescriptor& row, const StoredBytes& stored, unsigned long& consumed) {
   if (row.SizeGet == nullptr) return OT_ERR_BAD_ARGUMENT;
@@ -97,7 +104,7 @@ constexpr struct {
   VerifyFunc verify;
 } kVerifiers[] = {
     {&rowOtString, VerifyStrings},
-    {&rowLegacyOtString, VerifyStrings},
+    {&rowLegacyOtString, VerifyStringsOfOldRow},
     {&rowOtBlob, VerifyBlobs},
     {&rowOtIString, VerifyLegacyStrings},
     {&rowOtCaseIString, VerifyLegacyStrings},

@@ -230,6 +230,9 @@ class Hash : public TypedCommand {
     unsigned long hash = 0;
     if (hex_) {
       if (values_.size() != 1) throw BadInput("VALUE: expected one run of bytes with --hex");
+      if ((format & OT_FORMAT_MEMORY) != 0) {
+        throw BadInput("--form: expected a disk form with --hex");
+      }
       bytes = ReadBytes(values_[0]);
       if (manager_.IsFixed(id)) RequireStored(manager_, id, bytes, format, count_);
       hash = manager_.Hash(id, bytes.size(), bytes.data(), count_, format, status);
