@@ -20,6 +20,9 @@ if(OT95_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+if(OT95_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link -Wno-unknown-attributes)
+endif()
 
 add_library(ot95_warnings INTERFACE)
 target_compile_options(ot95_warnings INTERFACE
