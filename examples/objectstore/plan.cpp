@@ -96,24 +96,50 @@ class Planner {
     const IndexTrees* index = trees_.IndexOf(term.member);
     if (index == nullptr) return {};
     Range range{index, {}, {}, false, 0};
-    const bool isOpen = Estimate(term, range);
+    const auto nulls = NullsOf(*index);
+    const bool isOpen = Estimate(term, nulls, range);
     if (MemberOf(*index).IsText()) AllowForPartialKeys(term, isOpen, range);
-    IncludeNull(term, range);
+    if (nulls) IncludeNulls(*nulls, term, range);
     plan_.terms.push_back({term.text, range.share, range});
     if (!range.lower && !range.upper) return {};
     return Ranges{range};
   }
 
-  /// Asks the type. The ends of the index are what the share is measured on.
+  /// The null entries of an index.
+  struct Nulls {
+    Bytes stored, key;
+    double share;  ///< Of all entries.
+  };
+
+  /// Nothing where there are none.
+  std::optional<Nulls> NullsOf(const IndexTrees& index) const {
+    const Member& member = MemberOf(index);
+    Value null(member);
+    if (!null.SetNull(0)) return {};
+    Nulls nulls{null.Stored(form_), {}, 0};
+    nulls.key = KeyOf(member, nulls.stored, form_);
+    Cursor at(txn_, index.all);
+    if (!at.Seek(nulls.key) || CompareKeys(member.type, at.Key(), nulls.key, form_) != 0) return {};
+    const auto entries = static_cast<double>(StatOf(txn_, index.all).ms_entries);
+    nulls.share = static_cast<double>(at.Count()) / entries;
+    return nulls;
+  }
+
+  /// Asks the type. The share is measured on the ends of the index, of which a null is none: it
+  /// stands so far off that all values would look like one.
   /// @return whether the operand stands for a range.
-  bool Estimate(const Term& term, Range& range) const {
+  bool Estimate(const Term& term, const std::optional<Nulls>& nulls, Range& range) const {
+    const char type = MemberOf(*range.index).type;
     Limits limits, ends;
     Cursor first(txn_, range.index->all), last(txn_, range.index->all);
-    const bool isEmpty = !first.First() || !last.Last();
+    bool isEmpty = !first.First() || !last.Last();
+    if (!isEmpty && nulls && CompareKeys(type, first.Key(), nulls->key, form_) == 0) {
+      isEmpty = !first.NextKey();
+    }
     if (!isEmpty) ends.Set(first.Key(), last.Key());
     auto op = static_cast<unsigned short>(term.relation | term.options);
-    const float share = Types().EvalAndBound(MemberOf(*range.index).type, isEmpty ? nullptr : &ends,
-                                             op, Place(term.operand), form_, 1, &limits, nullptr);
+    const float share = Types().EvalAndBound(type, isEmpty ? nullptr : &ends, op,
+                                             Place(term.operand), form_, 1, &limits, nullptr);
     range.share = isEmpty ? 0 : std::clamp(double{share}, 0.0, 1.0);
     range.lower = limits.Lower();
     range.upper = limits.Upper();
@@ -132,16 +158,16 @@ class Planner {
     }
   }
 
-  /// To some operands a null is like an empty text, but it is filed in front of that.
-  void IncludeNull(const Term& term, Range& range) const {
+  /// The type was asked about values alone. To some operands a null is like an empty text, but it
+  /// is filed in front of that.
+  void IncludeNulls(const Nulls& nulls, const Term& term, Range& range) const {
     const Member& member = MemberOf(*range.index);
-    Value null(member);
-    if (!range.lower || !null.SetNull(0)) return;
-    const Bytes stored = null.Stored(form_);
-    const long sign = CompareStored(member, stored, term.operand, term.options, form_);
-    const Bytes key = KeyOf(member, stored, form_);
-    if (Satisfies(sign, term.relation) && CompareKeys(member.type, key, *range.lower, form_) < 0) {
-      range.lower = key;
+    range.share *= 1 - nulls.share;
+    const long sign = CompareStored(member, nulls.stored, term.operand, term.options, form_);
+    if (!Satisfies(sign, term.relation)) return;
+    range.share += nulls.share;
+    if (range.lower && CompareKeys(member.type, nulls.key, *range.lower, form_) < 0) {
+      range.lower = nulls.key;
     }
   }
 

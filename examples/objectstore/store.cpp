@@ -200,6 +200,12 @@ bool Cursor::Find(View key, View value) {
   return Get(MDB_GET_BOTH);
 }
 
+std::size_t Cursor::Count() const {
+  std::size_t count = 0;
+  lmdb::cursor_count(cursor_, count);
+  return count;
+}
+
 std::optional<View> Get(lmdb::txn& txn, MDB_dbi tree, View key) {
   MDB_val found{};
   if (!lmdb::dbi_get(txn, tree, ValOf(key), &found)) return {};

@@ -76,11 +76,14 @@ class Cursor {
   bool First() { return Get(MDB_FIRST); }
   bool Last() { return Get(MDB_LAST); }
   bool Next() { return Get(MDB_NEXT); }
+  bool NextKey() { return Get(MDB_NEXT_NODUP); }
   /// To the first entry whose key isn't below `key`.
   bool Seek(View key);
   /// To the entry of exactly this key and value.
   bool Find(View key, View value);
 
+  /// Entries of the key at this place.
+  std::size_t Count() const;
   View Key() const { return ViewOf(key_); }
   View Data() const { return ViewOf(data_); }
 
