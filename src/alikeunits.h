@@ -33,15 +33,22 @@ struct UnitRange {
 
 inline constexpr unsigned kCaseDistance = 0x20;
 
+/// What of differences in case is passed over.
+enum class CaseFold {
+  kNone,
+  kLatin,   ///< That of Latin letters.
+  kOthers,  ///< That of Greek and Cyrillic ones.
+  kAll
+};
+
 /// Capitals whose small letter stands kCaseDistance behind them and sorts like them but for case.
-template <class Unit>
-inline constexpr UnitRange kPlainCapitals[] = {{'A', 'Z'},    {0xc0, 0xc5},   {0xc7, 0xd6},
-                                               {0xd8, 0xde},  {0x391, 0x3a1}, {0x3a3, 0x3ab},
-                                               {0x410, 0x42f}};
-template <>
-inline constexpr UnitRange kPlainCapitals<std::uint8_t>[] = {{'A', 'Z'}};
+inline constexpr UnitRange kLatinCapitals[] = {
+    {'A', 'Z'}, {0xc0, 0xc5}, {0xc7, 0xd6}, {0xd8, 0xde}};
+inline constexpr UnitRange kOtherCapitals[] = {{0x391, 0x3a1}, {0x3a3, 0x3ab}, {0x410, 0x42f}};
+inline constexpr UnitRange kByteCapitals[] = {{'A', 'Z'}};
 
 /// Units that no head of a contraction has behind it.
+inline constexpr UnitRange kLatinNoFollowers[] = {{1, OT_FIRST_MARK - 1}};
 template <class Unit>
 inline constexpr UnitRange kNoFollowers[] = {{1, OT_FIRST_MARK - 1}, {0x370, 0x52f}};
 template <>
@@ -59,16 +66,24 @@ inline bool IsNoFollower(unsigned value) {
   return AnyHas(kNoFollowers<std::uint16_t>, value);
 }
 
-/// Whether two units are passed over together. @param folds case is no difference; then nothing
-/// that can follow a head is passed over.
-template <class Unit, bool folds>
+/// Whether a unit is a capital that is folded.
+template <class Unit, CaseFold fold>
+constexpr bool IsFolded(unsigned unit) {
+  if (sizeof(Unit) == 1) return AnyHas(kByteCapitals, unit);
+  return (fold != CaseFold::kOthers && AnyHas(kLatinCapitals, unit)) ||
+         (fold != CaseFold::kLatin && AnyHas(kOtherCapitals, unit));
+}
+
+/// Whether two units are passed over together. Where case is folded, nothing that can follow a head
+/// is passed over.
+template <class Unit, CaseFold fold>
 bool AreAlike(Unit unit1, Unit unit2) {
   if ((unit1 | unit2) == 0) return false;
-  if (!folds) return unit1 == unit2;
+  if (fold == CaseFold::kNone) return unit1 == unit2;
   if (unit1 == unit2) return AnyHas(kNoFollowers<Unit>, unit1);
   const unsigned low = std::min(unit1, unit2);
   const unsigned high = std::max(unit1, unit2);
-  return high - low == kCaseDistance && AnyHas(kPlainCapitals<Unit>, low);
+  return high - low == kCaseDistance && IsFolded<Unit, fold>(low);
 }
 
 #if defined(__SSE2__)
@@ -103,11 +118,24 @@ struct UnitBlock {
     }
     return within;
   }
+  /// Units that are passed over where they are equal; among Latin letters only Latin ones.
+  template <CaseFold fold>
+  static __m128i NoFollowers(__m128i units) {
+    return fold == CaseFold::kLatin ? In(kLatinNoFollowers, units) : In(kNoFollowers<Unit>, units);
+  }
+  /// Capitals that are folded.
+  template <CaseFold fold>
+  static __m128i Folded(__m128i units) {
+    if (!kWide) return In(kByteCapitals, units);
+    if (fold == CaseFold::kLatin) return In(kLatinCapitals, units);
+    if (fold == CaseFold::kOthers) return In(kOtherCapitals, units);
+    return _mm_or_si128(In(kLatinCapitals, units), In(kOtherCapitals, units));
+  }
 };
 
 /// Bytes before the first unit that isn't alike in the 8 or 16 at two places.
-template <class Unit, bool folds, std::size_t bytes>
-std::size_t AlikeInBlock(const char* place1, const char* place2) {
+template <class Unit, CaseFold fold, std::size_t bytes>
+[[gnu::always_inline]] inline std::size_t AlikeInBlock(const char* place1, const char* place2) {
   using Block = UnitBlock<Unit>;
   const auto load = [](const char* place) {
     const auto* block = reinterpret_cast<const __m128i*>(place);
@@ -117,14 +145,14 @@ std::size_t AlikeInBlock(const char* place1, const char* place2) {
   const __m128i block2 = load(place2);
   const __m128i zero = _mm_setzero_si128();
   __m128i alike = Block::Equal(block1, block2);
-  if (folds) {
+  if (fold != CaseFold::kNone) {
     // One of the differences is zero.
     const __m128i behind = Block::Beyond(block1, block2);
     const __m128i apart = _mm_or_si128(behind, Block::Beyond(block2, block1));
     const __m128i low = Block::Minus(block1, behind);
-    alike = _mm_or_si128(_mm_and_si128(alike, Block::In(kNoFollowers<Unit>, block1)),
+    alike = _mm_or_si128(_mm_and_si128(alike, Block::template NoFollowers<fold>(block1)),
                          _mm_and_si128(Block::Equal(apart, Block::Each(kCaseDistance)),
-                                       Block::In(kPlainCapitals<Unit>, low)));
+                                       Block::template Folded<fold>(low)));
   } else {
     alike = _mm_andnot_si128(Block::Equal(block1, zero), alike);
   }
@@ -135,11 +163,10 @@ std::size_t AlikeInBlock(const char* place1, const char* place2) {
 
 #else
 
-template <class Unit, bool folds, std::size_t bytes>
+template <class Unit, CaseFold fold, std::size_t bytes>
 std::size_t AlikeInBlock(const char* place1, const char* place2) {
   std::size_t at = 0;
-  while (at < bytes &&
-         AreAlike<Unit, folds>(LoadAs<Unit>(place1 + at), LoadAs<Unit>(place2 + at))) {
+  while (at < bytes && AreAlike<Unit, fold>(LoadAs<Unit>(place1 + at), LoadAs<Unit>(place2 + at))) {
     at += sizeof(Unit);
   }
   return at;
@@ -162,33 +189,33 @@ Unit UnitAt(const char* place, std::uintptr_t end) {
 }
 
 /// Passes over what is alike in the next `bytes` bytes. @return whether all of them are.
-template <class Unit, bool folds, std::size_t bytes>
+template <class Unit, CaseFold fold, std::size_t bytes>
 [[gnu::always_inline]] inline bool PassBlock(Places& at, std::ptrdiff_t back = 0) {
   const auto alike =
-      static_cast<std::ptrdiff_t>(AlikeInBlock<Unit, folds, bytes>(at.one - back, at.two - back));
+      static_cast<std::ptrdiff_t>(AlikeInBlock<Unit, fold, bytes>(at.one - back, at.two - back));
   if (alike > back) at = at.Behind(alike - back);
   return alike == bytes;
 }
 
 /// Goes on to where two texts part. A block that reaches back over bytes that were passed before is
 /// better than units one by one.
-template <class Unit, bool folds>
+template <class Unit, CaseFold fold>
 [[gnu::always_inline]] inline Places PassAlike(Places at, const TextSpan& text1,
                                                const TextSpan& text2) {
   auto left = std::min(static_cast<std::ptrdiff_t>(text1.readable) - (at.one - text1.text),
                        static_cast<std::ptrdiff_t>(text2.readable) - (at.two - text2.text));
   for (; left >= 16; left -= 16) {
-    if (!PassBlock<Unit, folds, 16>(at)) return at;
+    if (!PassBlock<Unit, fold, 16>(at)) return at;
   }
   if (left >= 8) {
-    if (!PassBlock<Unit, folds, 8>(at)) return at;
+    if (!PassBlock<Unit, fold, 8>(at)) return at;
     left -= 8;
   }
   const std::ptrdiff_t back = 8 - left;
   if (left > 0 && at.one - text1.text >= back && at.two - text2.text >= back) {
-    PassBlock<Unit, folds, 8>(at, back);
+    PassBlock<Unit, fold, 8>(at, back);
   }
-  while (AreAlike<Unit, folds>(UnitAt<Unit>(at.one, text1.end), UnitAt<Unit>(at.two, text2.end))) {
+  while (AreAlike<Unit, fold>(UnitAt<Unit>(at.one, text1.end), UnitAt<Unit>(at.two, text2.end))) {
     at = at.Behind(sizeof(Unit));
   }
   return at;

@@ -79,15 +79,17 @@ class InStep {
         script1_(defaultScript),
         script2_(defaultScript) {}
 
-  int Run() {
-    Places at = {text1_.text, text2_.text};
+  /// @param met what of the texts was compared before.
+  int Run(const LettersMet& met) {
+    Places at = {text1_.text + met.bytes, text2_.text + met.bytes};
+    if (met.bytes != 0) GoOnBehind(met);
     do {
       const char* const start = at.one;
       Unit unit1 = Unit1(at);
       Unit unit2 = Unit2(at);
       if (unit1 == unit2 || folds_) {
-        at = folds_ ? PassAlike<Unit, true>(at, text1_, text2_)
-                    : PassAlike<Unit, false>(at, text1_, text2_);
+        at = folds_ ? PassAlike<Unit, CaseFold::kAll>(at, text1_, text2_)
+                    : PassAlike<Unit, CaseFold::kNone>(at, text1_, text2_);
         unit1 = Unit1(at);
         unit2 = Unit2(at);
         if ((unit1 | unit2) == 0) break;
@@ -112,6 +114,15 @@ class InStep {
 
   /// In the place of what comes next: the differences are all found.
   static constexpr Places kEnd = {nullptr, nullptr};
+
+  void GoOnBehind(const LettersMet& met) {
+    differences_ = met.differences;
+    FoldIfTold();
+    if (met.script != 0) script1_ = script2_ = met.script;
+  }
+  void FoldIfTold() {
+    if (!folds_) folds_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
+  }
 
   Unit Unit1(Places at) const { return UnitAt<Unit>(at.one, text1_.end); }
   Unit Unit2(Places at) const { return UnitAt<Unit>(at.two, text2_.end); }
@@ -234,7 +245,7 @@ class InStep {
     }
     if (key1 != key2) {
       differences_.Note(key1, key2);
-      if (!folds_) folds_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
+      FoldIfTold();
     }
     script1_ = static_cast<unsigned char>(key1 >> 24);
     script2_ = static_cast<unsigned char>(key2 >> 24);
@@ -295,7 +306,7 @@ template <class Reader>
 [[gnu::noinline]] int CompareFromStart(const TextSpan& text1, const TextSpan& text2,
                                        unsigned short cmpOp, const OtLanguage* language,
                                        unsigned char script, Reader reader) {
-  return InStep(reader, language, script, text1, text2, cmpOp).Run();
+  return InStep(reader, language, script, text1, text2, cmpOp).Run({});
 }
 
 template <class Reader>
@@ -352,16 +363,26 @@ bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned ch
 
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
   const OtLanguage* language = LanguageOf(text1);
-  if (text1.codeSet == OT_CS_UNICODE && language != nullptr) {
-    return CompareUnicodeInStep(text1, text2, cmpOp, language);
+  if (text1.codeSet != OT_CS_UNICODE || language == nullptr) {
+    return CompareAnySet(text1, text2, cmpOp, language);
   }
-  return CompareAnySet(text1, text2, cmpOp, language);
+  if (text1.end == kUnbounded && text2.end == kUnbounded) {
+    return CompareUnicode(text1.text, text2.text, std::min(text1.readable, text2.readable), cmpOp,
+                          *language);
+  }
+  return InStep(WideReader{*kOrderTables.unicode}, language, language->script, text1, text2, cmpOp)
+      .Run({});
 }
 
-int CompareUnicodeInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
-                         const OtLanguage* language) {
-  return InStep(WideReader{*kOrderTables.unicode}, language, language->script, text1, text2, cmpOp)
-      .Run();
+int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* text2,
+                         std::size_t readable, unsigned short cmpOp, const OtLanguage& language) {
+  const auto span = [&](const char* text) -> TextSpan {
+    return {text, kUnbounded, readable, OT_CS_UNICODE, language.number, false};
+  };
+  const TextSpan span1 = span(text1);
+  const TextSpan span2 = span(text2);
+  return InStep(WideReader{*kOrderTables.unicode}, &language, language.script, span1, span2, cmpOp)
+      .Run(met);
 }
 
 }  // namespace ot95

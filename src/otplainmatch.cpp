@@ -89,7 +89,7 @@ class PlainMatch {
 
   /// Where a text ends, from a place in it on.
   const char* EndOf(const char* place, const TextSpan& text) const {
-    return PassAlike<Unit, false>({place, place}, text, text).one;
+    return PassAlike<Unit, CaseFold::kNone>({place, place}, text, text).one;
   }
 
   /// Steps back to a unit that counts. @return it; 0 at the place where it ends.

@@ -4,6 +4,7 @@
 /// @file
 /// Comparison of text, from the inside: with known lengths, and in its plain form.
 
+#include "otlettercompare.h"
 #include "plainkeys.h"
 
 namespace ot95 {
@@ -18,9 +19,9 @@ inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
 /// Compares two texts that run in step: what they have alike is passed over unseen.
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
 
-/// The same for Unicode in a language that is known.
-int CompareUnicodeInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
-                         const OtLanguage* language);
+/// CompareUnicode from where that has met more than letters.
+int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* text2,
+                         std::size_t readable, unsigned short cmpOp, const OtLanguage& language);
 /// Matches two texts that run in step without walking them. @return kUndecided if that can't tell.
 int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
 inline constexpr int kUndecided = 2;
@@ -29,25 +30,7 @@ inline constexpr int kUndecided = 2;
 /// @param maxChars orders compared on each side; negative: all.
 /// @param primaryOut null, or where the primary difference is reported.
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
-                  long maxChars, int* primaryOut = nullptr);
-/// For most pairs of texts without a call, and without a need for them to be in memory.
-[[gnu::always_inline]] inline long CompareSpans(const TextSpan& text, const TextSpan& pattern,
-                                                unsigned short cmpOp) {
-  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
-  const bool plainText = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS;
-  if (!plainText || !RunInStep(text, pattern)) {
-    return CompareSpans(TextSpan(text), TextSpan(pattern), cmpOp, -1, nullptr);
-  }
-  const OtLanguage* language = LanguageOf(text);
-  if (text.codeSet != OT_CS_UNICODE || language == nullptr) {
-    return CompareInStep(TextSpan(text), TextSpan(pattern), cmpOp);
-  }
-  std::uint32_t letter2 = 0;
-  const int sign = PlainKeys<std::uint16_t>(nullptr, language, language->script)
-                       .SignOfFirstLetters(text, pattern, letter2);
-  if (sign != 0) return sign;
-  return CompareUnicodeInStep(TextSpan(text), TextSpan(pattern), cmpOp, language);
-}
+                  long maxChars = -1, int* primaryOut = nullptr);
 
 /// The same without any short cut: what the others are measured against.
 long CompareSpansPlainly(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,

@@ -335,13 +335,32 @@ void OtString::SetDefaultCmpOp(unsigned short cmpOp) {
   OtLanguageContext::SetDefaultCmpOp(cmpOp);
 }
 
+namespace ot95 {
+namespace {
+
+[[gnu::noinline]] long CompareAnyTexts(const OtString& text1, const OtString& text2,
+                                       unsigned short cmpOp) {
+  return CompareSpans(TextSpan::Of(text1), TextSpan::Of(text2), cmpOp);
+}
+
+}  // namespace
+}  // namespace ot95
+
+/// Most comparisons are of Unicode in one language, and half of those need no more than the first
+/// letters: these take no call.
 long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
   if (cmpOp == OT_CMP_DEFAULT) cmpOp = GetDefaultCmpOp();
-  const auto span = [](const OtString& s) -> ot95::TextSpan {
-    const char* text = s.buffer_ != nullptr ? s.buffer_ : ot95::kEmptyText;
-    return {text, ot95::kUnbounded, s.memLen_, s.codeSet_, s.language_, false};
-  };
-  return ot95::CompareSpans(span(*this), span(other), cmpOp);
+  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  const bool isPlain = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS && codeSet_ == OT_CS_UNICODE &&
+                       codeSet_ == other.codeSet_ && language_ == other.language_;
+  const OtLanguage* language = isPlain && buffer_ != nullptr && other.buffer_ != nullptr
+                                   ? OtLanguageContext::QueryLanguage(language_)
+                                   : nullptr;
+  if (language == nullptr) return ot95::CompareAnyTexts(*this, other, cmpOp);
+  const int sign = ot95::SignOfFirstLetters(buffer_, other.buffer_, *language);
+  if (sign != 0) return sign;
+  return ot95::CompareUnicode(buffer_, other.buffer_, std::min(memLen_, other.memLen_), cmpOp,
+                              *language);
 }
 
 long OtString::Compare(const char* other, unsigned short cmpOp) const {

@@ -62,12 +62,12 @@ int CountLanguages(const ot95::TailoringSet& set) {
 }  // namespace
 
 OtLanguageList OtOrderRecord::languages() const {
-  const ot95::TailoringSet& set = kOrderTables.tailorings[kOrderTables.links[link].tailorings];
+  const ot95::TailoringSet& set = Tailorings();
   return {CountLanguages(set), &set};
 }
 
 OtOrderRecordList OtOrderRecord::tailorings() const {
-  const ot95::TailoringSet& set = kOrderTables.tailorings[kOrderTables.links[link].tailorings];
+  const ot95::TailoringSet& set = Tailorings();
   return {CountLanguages(set), set.firstRecord};
 }
 

@@ -203,10 +203,15 @@ struct OtOrderRecord {
 
   /// The record that `language` (may be null) puts in the place of this one; null: keep it.
   inline const OtOrderRecord* Tailored(const OtLanguage* language) const;
+  /// Whether there is one.
+  inline bool IsTailored(const OtLanguage& language) const;
   /// The record of this and the character `next` together; null: they don't contract.
   inline const OtOrderRecord* Contracted(unsigned short next) const;
 
  private:
+  const ot95::TailoringSet& Tailorings() const {
+    return ot95::kOrderTables.tailorings[ot95::kOrderTables.links[link].tailorings];
+  }
   OT95_EXPORT const OtOrderRecord* SearchContraction(unsigned short next) const;
 };
 
@@ -276,15 +281,18 @@ inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
   return {set.followers.count, set.firstRecord};
 }
 
+inline bool OtOrderRecord::IsTailored(const OtLanguage& language) const {
+  if (hasTailoring() == 0 || language.tailorsOrder == 0) return false;
+  const unsigned number = language.number & 0x7fU;
+  return (Tailorings().languages[number >> 6] >> (number & 63U) & 1) != 0;
+}
+
 inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) const {
-  if (hasTailoring() == 0 || language == nullptr || language->tailorsOrder == 0) return nullptr;
-  const ot95::TailoringSet& set =
-      ot95::kOrderTables.tailorings[ot95::kOrderTables.links[link].tailorings];
+  if (language == nullptr || !IsTailored(*language)) return nullptr;
+  const ot95::TailoringSet& set = Tailorings();
   const unsigned number = language->number & 0x7fU;
-  const std::uint64_t half = set.languages[number >> 6];
   const std::uint64_t bit = std::uint64_t{1} << (number & 63U);
-  if ((half & bit) == 0) return nullptr;
-  int index = __builtin_popcountll(half & (bit - 1));
+  int index = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
   if (number >= 64) index += __builtin_popcountll(set.languages[0]);
   return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[set.firstRecord + index];
 }
