@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::size_t kNames = 100000;
 constexpr unsigned long kKeyRoom = OtINDEX_MAX_KEYLEN;
+constexpr unsigned char kKeyForm = 0x80 | OT_FORMAT_BIG_ENDIAN;
 
 std::vector<unsigned> Indices() {
   std::vector<unsigned> indices(kNames);
@@ -29,8 +30,8 @@ void SortIndices(Less less) {
 std::string OurKey(const Name& name) {
   unsigned char key[kKeyRoom];
   OtString* text = const_cast<OtString*>(&name.wide);
-  const unsigned long size = CurrentFactory[11]->Translate(
-      key, 0x80 | OT_FORMAT_BIG_ENDIAN, sizeof key, text, OT_FORMAT_MEMORY, sizeof *text, 1);
+  const unsigned long size = CurrentFactory[11]->Translate(key, kKeyForm, sizeof key, text,
+                                                           OT_FORMAT_MEMORY, sizeof *text, 1);
   return std::string(reinterpret_cast<const char*>(key), size);
 }
 
@@ -40,8 +41,8 @@ void SortOurKeys(const Names& names) {
   for (const Name& name : names) keys.push_back(OurKey(name));
   SortIndices([&](unsigned a, unsigned b) {
     int status = 0;
-    return StringCompare(OT_FORMAT_BIG_ENDIAN, keys[a].size(), keys[a].data(), keys[b].size(),
-                         keys[b].data(), OT_CMP_NO_WILDCARDS, 1, status) < 0;
+    return StringCompare(kKeyForm, keys[a].size(), keys[a].data(), keys[b].size(), keys[b].data(),
+                         OT_CMP_NO_WILDCARDS, 1, status) < 0;
   });
 }
 

@@ -70,18 +70,10 @@ long ComparePair(StoredText text1, StoredText text2, unsigned short cmpOp, int& 
   return pair.Adjust(result, limit, primary);
 }
 
-}  // namespace
-
 template <bool legacy>
-long CompareStrings(unsigned char format, unsigned long length1, void* value1,
-                    unsigned long length2, void* value2, unsigned short cmpOp, unsigned long count,
-                    int& status) {
-  status = 0;
-  if (count == 1) {
-    if (const auto sign = CompareKeysInStep(format, length1, value1, length2, value2, cmpOp)) {
-      return *sign;
-    }
-  }
+[[gnu::noinline]] long CompareEach(unsigned char format, unsigned long length1, void* value1,
+                                   unsigned long length2, void* value2, unsigned short cmpOp,
+                                   unsigned long count, int& status) {
   long result = 0;
   StringCursor cursor1(value1, length1, format, legacy);
   StringCursor cursor2(value2, length2, format, legacy);
@@ -104,6 +96,21 @@ long CompareStrings(unsigned char format, unsigned long length1, void* value1,
     if (i + 1 < count && !(cursor1.Advance() && cursor2.Advance())) status = OT_ERR_END_OF_DATA;
   }
   return result;
+}
+
+}  // namespace
+
+template <bool legacy>
+long CompareStrings(unsigned char format, unsigned long length1, void* value1,
+                    unsigned long length2, void* value2, unsigned short cmpOp, unsigned long count,
+                    int& status) {
+  status = 0;
+  if (count == 1) {
+    if (const auto sign = CompareKeysInStep(format, length1, value1, length2, value2, cmpOp)) {
+      return *sign;
+    }
+  }
+  return CompareEach<legacy>(format, length1, value1, length2, value2, cmpOp, count, status);
 }
 
 template long CompareStrings<true>(unsigned char, unsigned long, void*, unsigned long, void*,
