@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -18,10 +19,18 @@
 
 namespace ot95 {
 
+/// A two-byte unit of a text whose units have the other byte first.
+enum class TurnedUnit : std::uint16_t {};
+
+/// What a unit is in the machine's order.
 template <class Unit>
-Unit LoadAs(const char* place) {
-  Unit unit;
+using UnitValue = std::conditional_t<sizeof(Unit) == 1, std::uint8_t, std::uint16_t>;
+
+template <class Unit>
+UnitValue<Unit> LoadAs(const char* place) {
+  UnitValue<Unit> unit;
   std::memcpy(&unit, place, sizeof unit);
+  if constexpr (std::is_same_v<Unit, TurnedUnit>) unit = SwapBytes(unit);
   return unit;
 }
 
@@ -77,7 +86,7 @@ constexpr bool IsFolded(unsigned unit) {
 /// Whether two units are passed over together. Where case is folded, nothing that can follow a head
 /// is passed over.
 template <class Unit, CaseFold fold>
-bool AreAlike(Unit unit1, Unit unit2) {
+bool AreAlike(UnitValue<Unit> unit1, UnitValue<Unit> unit2) {
   if ((unit1 | unit2) == 0) return false;
   if (fold == CaseFold::kNone) return unit1 == unit2;
   if (unit1 == unit2) return AnyHas(kNoFollowers<Unit>, unit1);
@@ -99,6 +108,11 @@ struct UnitBlock {
   }
   static __m128i Equal(__m128i a, __m128i b) {
     return kWide ? _mm_cmpeq_epi16(a, b) : _mm_cmpeq_epi8(a, b);
+  }
+  /// In the machine's order.
+  static __m128i Value(__m128i units) {
+    if (!std::is_same_v<Unit, TurnedUnit>) return units;
+    return _mm_or_si128(_mm_slli_epi16(units, 8), _mm_srli_epi16(units, 8));
   }
   static __m128i Minus(__m128i a, __m128i b) {
     return kWide ? _mm_sub_epi16(a, b) : _mm_sub_epi8(a, b);
@@ -139,7 +153,8 @@ template <class Unit, CaseFold fold, std::size_t bytes>
   using Block = UnitBlock<Unit>;
   const auto load = [](const char* place) {
     const auto* block = reinterpret_cast<const __m128i*>(place);
-    return bytes == 16 ? _mm_loadu_si128(block) : _mm_loadl_epi64(block);
+    const __m128i units = bytes == 16 ? _mm_loadu_si128(block) : _mm_loadl_epi64(block);
+    return fold == CaseFold::kNone ? units : Block::Value(units);
   };
   const __m128i block1 = load(place1);
   const __m128i block2 = load(place2);
@@ -184,8 +199,8 @@ struct Places {
 
 /// The unit at a place, 0 at the end of a text.
 template <class Unit>
-Unit UnitAt(const char* place, std::uintptr_t end) {
-  return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : Unit{0};
+UnitValue<Unit> UnitAt(const char* place, std::uintptr_t end) {
+  return reinterpret_cast<std::uintptr_t>(place) < end ? LoadAs<Unit>(place) : UnitValue<Unit>{0};
 }
 
 /// Passes over what is alike in the next `bytes` bytes. @return whether all of them are.

@@ -19,14 +19,15 @@ constexpr auto kAscii = [] {
 }();
 
 // How the characters of a code set reach their records, and what contractions know them as.
+template <class CodeUnit>
 struct WideReader {
-  using Unit = std::uint16_t;
+  using Unit = CodeUnit;
   static constexpr const std::uint16_t* toUnicode = nullptr;
   const OtOrderTable& table;
-  const OtOrderRecord& At(Unit unit) const { return table.AtWide(unit); }
+  const OtOrderRecord& At(std::uint16_t unit) const { return table.AtWide(unit); }
   const OtOrderRecord& OfValue(unsigned short value) const { return At(value); }
-  static unsigned short Value(Unit unit) { return unit; }
-  static std::uint32_t Plain(Unit unit) { return PlainKey(unit); }
+  static unsigned short Value(std::uint16_t unit) { return unit; }
+  static std::uint32_t Plain(std::uint16_t unit) { return PlainKey(unit); }
   static bool HoldsAscii() { return true; }
 };
 struct NarrowReader {
@@ -85,8 +86,8 @@ class InStep {
     if (met.bytes != 0) GoOnBehind(met);
     do {
       const char* const start = at.one;
-      Unit unit1 = Unit1(at);
-      Unit unit2 = Unit2(at);
+      Value unit1 = Unit1(at);
+      Value unit2 = Unit2(at);
       if (unit1 == unit2 || folds_) {
         at = folds_ ? PassAlike<Unit, CaseFold::kAll>(at, text1_, text2_)
                     : PassAlike<Unit, CaseFold::kNone>(at, text1_, text2_);
@@ -111,6 +112,7 @@ class InStep {
 
  private:
   using Unit = typename Reader::Unit;
+  using Value = UnitValue<Unit>;
 
   /// In the place of what comes next: the differences are all found.
   static constexpr Places kEnd = {nullptr, nullptr};
@@ -124,8 +126,8 @@ class InStep {
     if (!folds_) folds_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
   }
 
-  Unit Unit1(Places at) const { return UnitAt<Unit>(at.one, text1_.end); }
-  Unit Unit2(Places at) const { return UnitAt<Unit>(at.two, text2_.end); }
+  Value Unit1(Places at) const { return UnitAt<Unit>(at.one, text1_.end); }
+  Value Unit2(Places at) const { return UnitAt<Unit>(at.two, text2_.end); }
 
   /// Whether two plain keys are the language's, too.
   bool IsUntailored(std::uint32_t key1, std::uint32_t key2, Places at, const char* start) const {
@@ -146,7 +148,7 @@ class InStep {
   bool HasHead(const char* place, const char* start) const {
     for (int i = 1; i < OT_LONGEST_CONTRACTION && place != start; ++i) {
       place -= sizeof(Unit);
-      const Unit unit = LoadAs<Unit>(place);
+      const Value unit = LoadAs<Unit>(place);
       if (!language_->Leaves(reader_.Value(unit), 0)) return true;
       if (!reader_.At(unit).Follows(true)) return false;
     }
@@ -155,7 +157,7 @@ class InStep {
 
   /// Whether a character can be part of what stands before it: of a contraction, or of a stretch
   /// that keeps the script byte before it.
-  bool BelongsToBefore(Unit unit) const {
+  bool BelongsToBefore(Value unit) const {
     const OtOrderRecord& record = reader_.At(unit);
     if (record.absent()) {
       return unit >= 0xfff0 || unit == AsteriskWord() || unit == QuestionWord();
@@ -176,13 +178,13 @@ class InStep {
 
   /// What Run does at a place with other characters than letters with plain keys.
   [[gnu::noinline]] Places AdvanceByRecords(Places at, const char* start) {
-    const Unit unit1 = Unit1(at);
-    const Unit unit2 = Unit2(at);
+    const Value unit1 = Unit1(at);
+    const Value unit2 = Unit2(at);
     const OtOrderRecord& record1 = reader_.At(unit1);
     const OtOrderRecord& record2 = reader_.At(unit2);
     const unsigned flags = record1.flags | record2.flags;
     if (flags == 0) return Take(at, record1.Key(defaultScript_), record2.Key(defaultScript_));
-    const auto isPlain = [this](Unit unit) { return unit == 0 || reader_.Plain(unit) != 0; };
+    const auto isPlain = [this](Value unit) { return unit == 0 || reader_.Plain(unit) != 0; };
     if (!tailors_ && isPlain(unit1) && isPlain(unit2)) {
       const bool longer1 = unit2 == 0 && RealFollows(at.one, text1_.end);
       const bool longer2 = unit1 == 0 && RealFollows(at.two, text2_.end);
@@ -208,7 +210,7 @@ class InStep {
 
   /// The record that is the whole answer for the character at a place; null if there is none.
   const OtOrderRecord* RecordAlone(const char* place, std::uintptr_t end) const {
-    const Unit unit = UnitAt<Unit>(place, end);
+    const Value unit = UnitAt<Unit>(place, end);
     const OtOrderRecord* record = &reader_.At(unit);
     if (tailors_) {
       if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
@@ -333,7 +335,10 @@ int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned shor
                ? run(NarrowReader{*set.orderTable, set.UnicodeValues()})
                : run(MappedReader{*kOrderTables.unicode, set.UnicodeValues()});
   }
-  if (set.orderTable != nullptr) return run(WideReader{*set.orderTable});
+  if (set.orderTable != nullptr) {
+    return text1.reversed ? run(WideReader<TurnedUnit>{*set.orderTable})
+                          : run(WideReader<std::uint16_t>{*set.orderTable});
+  }
   LevelWalk walk(OrderWalk(text1), OrderWalk(text2), Levels(cmpOp), false, -1);
   while (walk.Pass()) {
   }
@@ -363,15 +368,12 @@ bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned ch
 
 int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
   const OtLanguage* language = LanguageOf(text1);
-  if (text1.codeSet != OT_CS_UNICODE || language == nullptr) {
+  const bool terminated = text1.end == kUnbounded && text2.end == kUnbounded;
+  if (text1.codeSet != OT_CS_UNICODE || text1.reversed || language == nullptr || !terminated) {
     return CompareAnySet(text1, text2, cmpOp, language);
   }
-  if (text1.end == kUnbounded && text2.end == kUnbounded) {
-    return CompareUnicode(text1.text, text2.text, std::min(text1.readable, text2.readable), cmpOp,
-                          *language);
-  }
-  return InStep(WideReader{*kOrderTables.unicode}, language, language->script, text1, text2, cmpOp)
-      .Run({});
+  return CompareUnicode(text1.text, text2.text, std::min(text1.readable, text2.readable), cmpOp,
+                        *language);
 }
 
 int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* text2,
@@ -381,7 +383,8 @@ int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* t
   };
   const TextSpan span1 = span(text1);
   const TextSpan span2 = span(text2);
-  return InStep(WideReader{*kOrderTables.unicode}, &language, language.script, span1, span2, cmpOp)
+  return InStep(WideReader<std::uint16_t>{*kOrderTables.unicode}, &language, language.script, span1,
+                span2, cmpOp)
       .Run(met);
 }
 

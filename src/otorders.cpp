@@ -108,7 +108,7 @@ OrderWalk::OrderWalk(const TextSpan& span)
     table_ = kOrderTables.unicode;
     toUnicode_ = plainMap_;
   }
-  plain_ = wide_ ? codeSet_ == OT_CS_UNICODE && !reversed_ : plainMap_ != nullptr;
+  plain_ = wide_ ? codeSet_ == OT_CS_UNICODE : plainMap_ != nullptr;
   direct_ = !mapped_ && !reversed_ && codeSet_ != OT_CS_ORDER;
 }
 

@@ -167,7 +167,8 @@ int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmp
     return PlainMatch(keys, text, pattern, cmpOp).Run(text.text, pattern.text);
   };
   if (text.codeSet == OT_CS_UNICODE) {
-    return run(PlainKeys<std::uint16_t>(nullptr, language, language->script));
+    return text.reversed ? run(PlainKeys<TurnedUnit>(nullptr, language, language->script))
+                         : run(PlainKeys<std::uint16_t>(nullptr, language, language->script));
   }
   if (IsWide(text.codeSet)) return kUndecided;
   const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(text.codeSet);

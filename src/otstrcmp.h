@@ -12,7 +12,7 @@ namespace ot95 {
 /// Whether two texts run through the same records, unit by unit.
 inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
   if (text1.codeSet != text2.codeSet || text1.language != text2.language) return false;
-  if (text1.reversed || text2.reversed || text1.language == OT_LANG_NULL) return false;
+  if (text1.reversed != text2.reversed || text1.language == OT_LANG_NULL) return false;
   return text1.codeSet != OT_CS_ORDER && text1.codeSet != 0;
 }
 

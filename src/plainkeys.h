@@ -34,7 +34,7 @@ class PlainKeys {
   /// The Unicode value at a place, 0 at the end.
   unsigned ValueAt(const char* place, std::uintptr_t end) const {
     if (reinterpret_cast<std::uintptr_t>(place) >= end) return 0;
-    const Unit unit = LoadAs<Unit>(place);
+    const UnitValue<Unit> unit = LoadAs<Unit>(place);
     return sizeof(Unit) == 1 ? toUnicode_[unit] : unit;
   }
   /// The key of a character of a walk that goes forward; 0 for one that takes the long way, and for
@@ -129,14 +129,14 @@ template <class Take>
 [[gnu::always_inline]] inline PlainStretch RunFromStart(const TextSpan& text, Take&& take) {
   const OtLanguage* language = LanguageOf(text);
   if (language == nullptr) return {text.text};
-  if (text.codeSet == OT_CS_UNICODE && !text.reversed) {
-    return PlainKeys<std::uint16_t>(nullptr, language, language->script)
-        .Run(text.text, text.end, take);
+  const auto run = [&](const auto& keys) { return keys.Run(text.text, text.end, take); };
+  if (text.codeSet == OT_CS_UNICODE) {
+    return text.reversed ? run(PlainKeys<TurnedUnit>(nullptr, language, language->script))
+                         : run(PlainKeys<std::uint16_t>(nullptr, language, language->script));
   }
   if (IsWide(text.codeSet)) return {text.text};
   const OtCodeSet* set = OtLanguageContext::QueryCodeSet(text.codeSet);
-  return PlainKeys<std::uint8_t>(set->UnicodeValues(), language, language->script)
-      .Run(text.text, text.end, take);
+  return run(PlainKeys<std::uint8_t>(set->UnicodeValues(), language, language->script));
 }
 
 inline void OrderWalk::GoOnBehind(const PlainStretch& stretch) {
@@ -147,11 +147,10 @@ inline void OrderWalk::GoOnBehind(const PlainStretch& stretch) {
 template <class Take>
 void OrderWalk::TakePlain(Take&& take) {
   if (!plain_ || pending_ != nullptr) return;
-  GoOnBehind(
-      wide_
-          ? PlainKeys<std::uint16_t>(nullptr, language_, defaultScript_).Run(position_, end_, take)
-          : PlainKeys<std::uint8_t>(plainMap_, language_, defaultScript_)
-                .Run(position_, end_, take));
+  const auto run = [&](const auto& keys) { GoOnBehind(keys.Run(position_, end_, take)); };
+  if (!wide_) return run(PlainKeys<std::uint8_t>(plainMap_, language_, defaultScript_));
+  if (reversed_) return run(PlainKeys<TurnedUnit>(nullptr, language_, defaultScript_));
+  run(PlainKeys<std::uint16_t>(nullptr, language_, defaultScript_));
 }
 
 }  // namespace ot95

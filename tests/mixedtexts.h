@@ -16,6 +16,12 @@ inline const std::u16string kCharacters =
     u"\u0e40\u0e01\u0e02\u0e32\u05d0\u0627\uac00\ud55c\u4e00\u9fa5\u3042\u30a2\ufff0\uffff\ue000"
     u"\xd83d\xde00";
 
+/// With the other byte of each unit first.
+inline std::u16string Turned(std::u16string text) {
+  for (char16_t& unit : text) unit = static_cast<char16_t>(unit << 8 | unit >> 8);
+  return text;
+}
+
 class MixedTexts {
  public:
   std::u16string Text(std::size_t maxLength) {

@@ -25,6 +25,11 @@ TextSpan SpanOf(const std::u16string& text, unsigned char language) {
   return TextSpan::Terminated(reinterpret_cast<const char*>(text.c_str()), OT_CS_UNICODE, language);
 }
 
+TextSpan BoundedSpan(ExactBlock& block, unsigned char language, bool reversed) {
+  return TextSpan::Bounded(reinterpret_cast<char*>(block.data()), block.size(), OT_CS_UNICODE,
+                           language, reversed);
+}
+
 OtString StringOf(const std::u16string& text, unsigned char language) {
   OtString string(reinterpret_cast<const unsigned short*>(text.c_str()));
   string.SetLanguageCode(language);
@@ -104,12 +109,16 @@ TEST(Levels, EqualAnObviousReference) {
     ASSERT_EQ(ot95::CompareSpans(span1, span2, op), expected) << "terminated";
     ExactBlock block1(text1.data(), 2 * text1.size());
     ExactBlock block2(text2.data(), 2 * text2.size());
-    const auto bounded = [language](ExactBlock& block) {
-      return TextSpan::Bounded(reinterpret_cast<char*>(block.data()), block.size(), OT_CS_UNICODE,
-                               language, false);
-    };
-    ASSERT_EQ(ot95::CompareSpans(bounded(block1), bounded(block2), op), expected) << "bounded";
-    ASSERT_EQ(ot95::CompareSpans(bounded(block1), span2, op), expected) << "mixed";
+    ExactBlock turnedBlock1(Turned(text1).data(), 2 * text1.size());
+    ExactBlock turnedBlock2(Turned(text2).data(), 2 * text2.size());
+    const TextSpan bounded1 = BoundedSpan(block1, language, false);
+    const TextSpan bounded2 = BoundedSpan(block2, language, false);
+    ASSERT_EQ(ot95::CompareSpans(bounded1, bounded2, op), expected) << "bounded";
+    ASSERT_EQ(ot95::CompareSpans(bounded1, span2, op), expected) << "mixed";
+    const TextSpan turned1 = BoundedSpan(turnedBlock1, language, true);
+    const TextSpan turned2 = BoundedSpan(turnedBlock2, language, true);
+    ASSERT_EQ(ot95::CompareSpans(turned1, turned2, op), expected) << "the other byte first";
+    ASSERT_EQ(ot95::CompareSpans(span1, turned2, op), expected) << "one with the other byte first";
     const OtString string1 = StringOf(text1, language);
     ASSERT_EQ(string1.Compare(StringOf(text2, language), op), expected) << "strings";
   }
@@ -133,6 +142,10 @@ TEST(Levels, HashesFollowTheWalk) {
     ASSERT_EQ(HashString(OT_CS_UNICODE, language, units, -1, OT_FORMAT_NATIVE),
               ReferenceHash(OtStringIterator(units, OT_CS_UNICODE, language, 1)))
         << Hex(text.data(), 2 * text.size()) << " language " << int{language};
+    const std::u16string turned = Turned(text);
+    ASSERT_EQ(HashString(OT_CS_UNICODE, language, reinterpret_cast<const char*>(turned.c_str()), -1,
+                         OT_FORMAT_BIG_ENDIAN),
+              HashString(OT_CS_UNICODE, language, units, -1, OT_FORMAT_NATIVE));
     std::string bytes;
     for (const char16_t unit : text) bytes += static_cast<char>(unit % 255 + 1);
     for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 5, 15}) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "bytes_testing.h"
+#include "mixedtexts.h"
 #include "ot95/typemgr.h"
 #include "texts.h"
 
@@ -192,6 +193,27 @@ TEST(StringKey, ComparesAsItsText) {
           EXPECT_EQ(result > 0, whole > 0) << room;
         }
       }
+    }
+  }
+}
+
+TEST(StringKey, AreTheSameFromStoredTexts) {
+  OtTypeMgr types;
+  MixedTexts texts;
+  for (int i = 0; i < 5000; ++i) {
+    OtString text = TextOf(OT_CS_UNICODE, texts.Text(24));
+    const unsigned char languages[] = {1, 15, 17, 23, 59, 0x61};
+    text.SetLanguageCode(languages[texts.Number() % std::size(languages)]);
+    const unsigned long room = texts.Number() % 4 == 0 ? 12 : OtINDEX_MAX_KEYLEN;
+    const std::string key = KeyOf(&text, 1, kKeyBigEndian, room);
+    for (const unsigned char form : {OT_FORMAT_NATIVE, OT_FORMAT_BIG_ENDIAN}) {
+      std::vector<unsigned char> stored(types.DiskLenGet(kStringId, &text, form, 1, kMemory));
+      types.Store(kStringId, stored.data(), &text, form, 1);
+      ExactBlock source(stored), target{std::vector<unsigned char>(room, 0xcc)};
+      const unsigned long size = types.Translate(kStringId, target.data(), kKeyBigEndian, room,
+                                                 source.data(), form, source.size(), 1);
+      ASSERT_EQ(Hex(target.data(), size), key)
+          << Hex(stored.data(), stored.size()) << " form " << int{form} << " room " << room;
     }
   }
 }

@@ -112,9 +112,11 @@ TEST(Wildcards, ShortCutsEqualTheWalkOverMixedTexts) {
                                       << int{language} << " op " << op);
     ExactBlock textBlock(text.data(), 2 * text.size());
     ExactBlock patternBlock(pattern.data(), 2 * pattern.size());
-    const auto bounded = [language](ExactBlock& block) {
+    ExactBlock turnedText(Turned(text).data(), 2 * text.size());
+    ExactBlock turnedPattern(Turned(pattern).data(), 2 * pattern.size());
+    const auto bounded = [language](ExactBlock& block, bool reversed = false) {
       return TextSpan::Bounded(reinterpret_cast<char*>(block.data()), block.size(), OT_CS_UNICODE,
-                               language, false);
+                               language, reversed);
     };
     const auto terminated = [language](const std::u16string& units) {
       return TextSpan::Terminated(reinterpret_cast<const char*>(units.c_str()), OT_CS_UNICODE,
@@ -123,6 +125,9 @@ TEST(Wildcards, ShortCutsEqualTheWalkOverMixedTexts) {
     const int plain = SignOf(ot95::CompareSpansPlainly(terminated(text), terminated(pattern), op));
     ASSERT_EQ(SignOf(ot95::CompareSpans(bounded(textBlock), bounded(patternBlock), op)), plain);
     ASSERT_EQ(SignOf(ot95::CompareSpans(terminated(text), terminated(pattern), op)), plain);
+    ASSERT_EQ(
+        SignOf(ot95::CompareSpans(bounded(turnedText, true), bounded(turnedPattern, true), op)),
+        plain);
   }
 }
 
