@@ -46,7 +46,10 @@ function(ot95_library name)
     $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS})
-  target_link_options(${name} PRIVATE -Wl,--no-undefined -Wl,-z,relro -Wl,-z,now)
+  target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now)
+  if(NOT OT95_FUZZ)  # there the sanitizers are in the programs alone
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
   # Installed siblings find each other wherever they are put.
   set_target_properties(${name} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION 9 INSTALL_RPATH "$ORIGIN")

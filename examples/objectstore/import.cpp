@@ -1,8 +1,8 @@
 #include "import.h"
 
 #include <csv.h>
-#include <algorithm>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
