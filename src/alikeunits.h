@@ -59,7 +59,8 @@ inline constexpr UnitRange kByteCapitals[] = {{'A', 'Z'}};
 /// Units that no head of a contraction has behind it.
 inline constexpr UnitRange kLatinNoFollowers[] = {{1, OT_FIRST_MARK - 1}};
 template <class Unit>
-inline constexpr UnitRange kNoFollowers[] = {{1, OT_FIRST_MARK - 1}, {0x370, 0x52f}};
+inline constexpr UnitRange kNoFollowers[] = {
+    {1, OT_FIRST_MARK - 1}, {0x370, 0x52f}, {0x1e00, 0x1eff}};
 template <>
 inline constexpr UnitRange kNoFollowers<std::uint8_t>[] = {{1, 0x7f}};
 

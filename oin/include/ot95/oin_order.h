@@ -104,7 +104,7 @@ inline const OtLanguage& NeutralLanguage() {
 }
 
 /// Characters from here on have no plain key.
-inline constexpr unsigned kPlainKeys = 0x600;
+inline constexpr unsigned kPlainKeys = 0x2000;
 /// In a plain key: some language has a record of its own for the character, alone or behind
 /// another.
 inline constexpr std::uint32_t kTailoredKey = 0x80;
