@@ -12,6 +12,8 @@ add_compile_options(-ffp-contract=off)
 # What a library exports isn't replaced from outside, so that its own calls can be direct ones.
 add_compile_options(-fno-semantic-interposition)
 if(OT95_ILP32)
+  # The compiler's 32-bit packages don't bring the kernel's headers; the machine's own serve both.
+  add_compile_options("SHELL:-idirafter /usr/include/${CMAKE_LIBRARY_ARCHITECTURE}")
   set(CMAKE_LIBRARY_ARCHITECTURE i386-linux-gnu)
   add_compile_options(-m32 -msse2 -mfpmath=sse)
   add_link_options(-m32)
