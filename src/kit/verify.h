@@ -1,0 +1,27 @@
+#ifndef OT95_SRC_KIT_VERIFY_H
+#define OT95_SRC_KIT_VERIFY_H
+
+#include <cstddef>
+
+#include "ot95/base.h"
+
+namespace ot95 {
+
+/// What VerifyStored looks at.
+struct StoredBytes {
+  const unsigned char* bytes;
+  unsigned long available;  ///< 0 for null bytes.
+  unsigned char format;     ///< The whole format byte.
+  unsigned long count;      ///< Values that should stand there; not 0.
+};
+
+/// Checks stored values of one family; `consumed` starts at 0 and moves over every value that is
+/// good. Answers as OtTypeMgr::VerifyStored.
+using VerifyFunc = int (*)(const StoredBytes& stored, unsigned long& consumed);
+
+int VerifyBlobs(const StoredBytes& stored, unsigned long& consumed);
+int VerifyLegacyStrings(const StoredBytes& stored, unsigned long& consumed);
+
+}  // namespace ot95
+
+#endif

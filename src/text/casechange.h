@@ -1,0 +1,22 @@
+#ifndef OT95_SRC_TEXT_CASECHANGE_H
+#define OT95_SRC_TEXT_CASECHANGE_H
+
+#include <cstdint>
+
+#include "ot95/oin.h"
+
+namespace ot95 {
+
+enum class CaseOp { kUpper, kLower };
+
+/// A character in its other case, or itself.
+struct CaseChange {
+  std::uint16_t unit;
+  const OtWCharList* tail;  ///< The further characters of a longer capital, or null.
+};
+
+CaseChange ChangeCase(CaseOp op, std::uint16_t unit, unsigned char codeSet, unsigned char language);
+
+}  // namespace ot95
+
+#endif

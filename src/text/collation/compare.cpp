@@ -1,0 +1,127 @@
+/// Comparison of text: what kind of walk two texts take, and the walk by whole keys.
+
+#include "text/collation/compare.h"
+
+#include "text/collation/walk.h"
+
+namespace ot95 {
+namespace {
+
+int CompareWholeKeys(OrderWalk walk1, OrderWalk walk2, long maxChars) {
+  for (long step = 0; maxChars < 0 || step < maxChars; ++step) {
+    const std::uint32_t key1 = walk1.NextKey(true);
+    const std::uint32_t key2 = walk2.NextKey(true);
+    if (key1 != key2) return Sign(key1, key2);
+    if (key1 == 0) break;
+  }
+  return 0;
+}
+
+int ComparePlain(LevelWalk& walk, int* primaryOut) {
+  bool goesOn = true;
+  while (goesOn) {
+    goesOn = walk.Pass();
+    if (primaryOut != nullptr && walk.Reports()) *primaryOut = walk.Primary();
+  }
+  return walk.Decide();
+}
+
+/// A raw text that meets one of characters is one of the native set.
+TextSpan AsCharacters(const TextSpan& span) {
+  TextSpan text = span;
+  if (text.codeSet == 0) text.codeSet = OtLanguageContext::GetNativeCodeSet();
+  return text;
+}
+
+[[gnu::noinline]] long CompareWalking(const TextSpan& text, const TextSpan& pattern,
+                                      unsigned short cmpOp, long maxChars, int* primaryOut,
+                                      bool shortcuts) {
+  const OrderWalk walk1(AsCharacters(text));
+  const OrderWalk walk2(AsCharacters(pattern));
+  if ((cmpOp & OT_CMP_ORDER_ONLY) != 0) return CompareWholeKeys(walk1, walk2, maxChars);
+  const bool keyText = text.codeSet == OT_CS_ORDER || pattern.codeSet == OT_CS_ORDER;
+  LevelWalk walk(walk1, walk2, Levels(cmpOp), keyText, maxChars);
+  if ((cmpOp & OT_CMP_NO_WILDCARDS) == 0) return MatchPattern(walk, shortcuts, primaryOut);
+  return ComparePlain(walk, primaryOut);
+}
+
+long Compare(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp, long maxChars,
+             int* primaryOut, bool shortcuts) {
+  const bool plainText = (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) != 0;
+  if (pattern.IsNullValue()) return text.IsNullValue() ? 0 : 1;
+  if (text.IsNullValue() && plainText) return -1;
+  if (maxChars == 0) return 0;
+  if (text.codeSet == 0 && pattern.codeSet == 0) {
+    return plainText ? CompareBytes(text, pattern, maxChars) : MatchBytes(text, pattern, maxChars);
+  }
+  return CompareWalking(text, pattern, cmpOp, maxChars, primaryOut, shortcuts);
+}
+
+}  // namespace
+
+long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
+                  long maxChars, int* primaryOut) {
+  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  if (maxChars < 0 && RunInStep(text, pattern)) {
+    if ((cmpOp & kWay) == OT_CMP_NO_WILDCARDS) return CompareInStep(text, pattern, cmpOp);
+    if ((cmpOp & kWay) == 0) {
+      const int match = MatchPlain(text, pattern, cmpOp);
+      if (match != kUndecided) return match;
+    }
+  }
+  return Compare(text, pattern, cmpOp, maxChars, primaryOut, true);
+}
+
+long CompareSpansPlainly(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
+                         long maxChars, int* primaryOut) {
+  return Compare(text, pattern, cmpOp, maxChars, primaryOut, false);
+}
+
+long WildcardPlace(const TextSpan& pattern, bool ignoreQuestion, unsigned long maxChars,
+                   unsigned short* bytesOut) {
+  unsigned short bytes = 0;
+  long place = -1;
+  if (pattern.codeSet == 0) {
+    for (unsigned long i = 0; i < maxChars && place < 0; ++i) {
+      const unsigned short byte = pattern.UnitAt(pattern.text + i);
+      if (byte == 0) break;
+      if (byte == '*' || (byte == '?' && !ignoreQuestion)) place = static_cast<long>(i);
+    }
+    bytes = static_cast<unsigned short>(place);
+  } else {
+    OrderWalk walk(pattern);
+    for (unsigned long i = 0; i < maxChars && place < 0; ++i) {
+      const unsigned short order = OrderOfKey(walk.NextKey(true));
+      if (order == 0) break;
+      if (order == AsteriskWord() || (order == QuestionWord() && !ignoreQuestion)) {
+        place = static_cast<long>(i);
+      } else {
+        bytes = static_cast<unsigned short>(walk.position() - pattern.text);
+      }
+    }
+  }
+  if (bytesOut != nullptr) *bytesOut = place < 0 ? static_cast<unsigned short>(0xffff) : bytes;
+  return place;
+}
+
+short OtStrWildcardPos(unsigned char codeSet, unsigned char language, const char* text,
+                       unsigned short ignoreQuestion, unsigned short maxChars,
+                       unsigned short* bytesOut, unsigned char format) {
+  const bool reversed = codeSet != OT_CS_ORDER && IsReversed(format);
+  return static_cast<short>(WildcardPlace(TextSpan::Terminated(text, codeSet, language, reversed),
+                                          ignoreQuestion != 0, maxChars, bytesOut));
+}
+
+}  // namespace ot95
+
+long OtStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
+              unsigned char codeSet2, unsigned char language2, const char* text2,
+              unsigned short cmpOp, short maxChars, unsigned char format, int* primaryOut) {
+  const bool reversed = format != 0xff && ot95::IsReversed(format);
+  const auto span = [reversed](unsigned char codeSet, unsigned char language, const char* text) {
+    if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();
+    return ot95::TextSpan::Terminated(text, codeSet, language, reversed && codeSet != OT_CS_ORDER);
+  };
+  return ot95::CompareSpans(span(codeSet1, language1, text1), span(codeSet2, language2, text2),
+                            cmpOp, maxChars, primaryOut);
+}

@@ -1,0 +1,404 @@
+/// From characters to collation orders: the walk, the classes of order words, and the words that
+/// act as wildcards.
+
+#include <atomic>
+
+#include "text/collation/orders.h"
+
+namespace ot95 {
+namespace {
+
+/// A wildcard as its order word; 0 until it is set or first asked for. Threads that race on the
+/// first use store the same word.
+class WildcardWord {
+ public:
+  constexpr explicit WildcardWord(unsigned char character) : character_(character) {}
+
+  unsigned short Get() {
+    const unsigned short word = word_.load(std::memory_order_relaxed);
+    return word != 0 ? word : Compute();
+  }
+
+  int Set(const OtChar& c) {
+    alignas(2) char text[4] = {};
+    StoreUnit(text, c.GetValue(), IsWide(c.GetCodeSetCode()));
+    const char* place = text;
+    OtStringIterator it(place, c.GetCodeSetCode(), c.GetLanguageCode(), OT_FORMAT_NATIVE);
+    word_.store(it.GetNextOrder(0), std::memory_order_relaxed);
+    return 0;
+  }
+
+ private:
+  unsigned short Compute() {
+    const OtOrderTable* table = OtLanguageContext::QueryCodeSet(OT_CS_BASE8)->orderTable;
+    const unsigned short word = table->At(character_).order();
+    word_.store(word, std::memory_order_relaxed);
+    return word;
+  }
+
+  std::atomic<unsigned short> word_{0};
+  unsigned char character_;
+};
+
+constinit WildcardWord asterisk(0x2a);
+constinit WildcardWord question(0x3f);
+constinit WildcardWord escape(0x5c);
+
+/// The record that tailoring and contractions make of a character's. `following` is asked for the
+/// characters behind it.
+template <class Following>
+const OtOrderRecord* Resolve(const OtOrderRecord* record, const OtLanguage* language,
+                             Following&& following) {
+  if (const OtOrderRecord* own = record->Tailored(language)) record = own;
+  while (record->hasContractions()) {
+    const OtOrderRecord* pair = record->Contracted(following.Peek());
+    if (pair == nullptr) break;
+    following.Take();
+    record = pair;
+  }
+  return record;
+}
+
+}  // namespace
+
+unsigned short AsteriskWord() {
+  return asterisk.Get();
+}
+unsigned short QuestionWord() {
+  return question.Get();
+}
+
+TextSpan TextSpan::Bounded(const char* text, std::size_t bytes, unsigned char codeSet,
+                           unsigned char language, bool reversed) {
+  if (text == nullptr) return Terminated(nullptr, codeSet, language, reversed);
+  const std::size_t whole = IsWide(codeSet) ? bytes & ~std::size_t{1} : bytes;
+  return {text, reinterpret_cast<std::uintptr_t>(text) + whole, whole, codeSet, language, reversed};
+}
+
+OrderWalk::OrderWalk(const TextSpan& span)
+    : position_(span.text),
+      end_(span.end),
+      plainMap_(nullptr),
+      toUnicode_(nullptr),
+      pending_(nullptr),
+      pendingIndex_(0),
+      pendingCodeSet_(0),
+      codeSet_(span.codeSet),
+      languageNumber_(span.language != OT_LANG_DEFAULT ? span.language
+                                                       : OtLanguageContext::GetDefaultLanguage()),
+      wide_(IsWide(span.codeSet)),
+      reversed_(span.reversed) {
+  language_ = OtLanguageContext::QueryLanguage(languageNumber_);
+  const bool tailors = language_ != nullptr && language_->tailorsOrder != 0;
+  work_ = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
+          (tailors ? OtOrderRecord::kTailoring : 0);
+  if (codeSet_ == OT_CS_UNICODE && language_ != nullptr) {  // most texts
+    table_ = kOrderTables.unicode;
+    defaultScript_ = language_->script;
+    mapped_ = false;
+  } else {
+    const OtCodeSet* set = OtLanguageContext::QueryCodeSet(codeSet_);
+    table_ = set->orderTable;
+    defaultScript_ = set->DefaultScript(languageNumber_);
+    mapped_ = table_ == nullptr;
+    plainMap_ = set->UnicodeValues();
+  }
+  script_ = defaultScript_;
+  if (mapped_) {
+    table_ = kOrderTables.unicode;
+    toUnicode_ = plainMap_;
+  }
+  plain_ = wide_ ? codeSet_ == OT_CS_UNICODE : plainMap_ != nullptr;
+  direct_ = !mapped_ && !reversed_ && codeSet_ != OT_CS_ORDER;
+}
+
+/// A unit as the order table knows it.
+unsigned short OrderWalk::MapToTable(unsigned short unit, unsigned char codeSet,
+                                     bool mapped) const {
+  if (!mapped || unit == 0) return unit;
+  return OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)
+      ->MapChar(unit, codeSet != 0 ? codeSet : OtLanguageContext::GetNativeCodeSet());
+}
+
+/// The character at a place as the order table knows it, 0 at the end.
+inline unsigned short OrderWalk::CharacterAt(const char* place) const {
+  if (reinterpret_cast<std::uintptr_t>(place) >= end_) return 0;
+  if (!wide_) {
+    const unsigned char byte = static_cast<unsigned char>(*place);
+    return toUnicode_ != nullptr ? toUnicode_[byte] : byte;
+  }
+  const unsigned short unit = LoadUnit(place, true, reversed_);
+  return mapped_ ? MapToTable(unit, codeSet_, true) : unit;
+}
+
+/// What stands behind the character that is being resolved: first what is pending, then the text.
+struct OrderWalk::Following {
+  OrderWalk& walk;
+  bool mapped;
+
+  unsigned short Peek() const {
+    if (walk.pending_ == nullptr) return walk.CharacterAt(walk.position_);
+    unsigned short unit = 0;
+    walk.pending_->GetAt(walk.pendingIndex_, &unit);
+    return walk.MapToTable(unit, walk.pendingCodeSet_, mapped);
+  }
+  void Take() {
+    if (walk.pending_ == nullptr) {
+      walk.position_ += CharWidth(walk.codeSet_);
+    } else {
+      ++walk.pendingIndex_;
+    }
+  }
+};
+
+/// Whether the character at `next` has to be looked up among those that follow a head.
+inline bool OrderWalk::MayContract(const OtOrderRecord& record, const char* next) const {
+  if ((record.flags & OtOrderRecord::kLowFollowers) != 0) return true;
+  if (!wide_) return false;  // no byte is a combining mark
+  return reinterpret_cast<std::uintptr_t>(next) < end_ && LoadWide(next) >= OT_FIRST_MARK;
+}
+
+/// Most characters have a record that is the whole answer.
+std::uint32_t OrderWalk::NextKey(bool wantScript) {
+  if (!direct_ || !wantScript || pending_ != nullptr ||
+      reinterpret_cast<std::uintptr_t>(position_) >= end_) {
+    return NextKeyAtLength(wantScript);
+  }
+  const OtOrderRecord& record = wide_ ? table_->AtWide(LoadWide(position_))
+                                      : table_->AtByte(static_cast<unsigned char>(*position_));
+  const char* const next = position_ + (wide_ ? 2 : 1);
+  if ((record.flags & work_) != 0 || (record.hasContractions() && MayContract(record, next))) {
+    return NextKeyAtLength(true);
+  }
+  const std::uint32_t key = record.Key(defaultScript_);
+  if (key == 0) return 0;
+  script_ = static_cast<unsigned char>(key >> 24);
+  position_ = next;
+  return key;
+}
+
+std::uint32_t OrderWalk::NextKeyAtLength(bool wantScript) {
+  if (pending_ != nullptr || codeSet_ == OT_CS_ORDER) return NextPending(wantScript);
+  const unsigned short character = CharacterAt(position_);
+  if (character == 0) return 0;
+  position_ += wide_ ? 2 : 1;
+  const OtOrderRecord* record = &table_->At(character);
+  if (record->absent()) return KeyOfUnknown(character, wantScript);
+  record = Resolve(record, language_, Following{*this, mapped_});
+  if (record->hasExpansion()) {
+    // The walk stays on the last character until all of its words are delivered.
+    position_ -= wide_ ? 2 : 1;
+    pending_ = record->expansion();
+    pendingIndex_ = 0;
+    pendingCodeSet_ = OT_CS_ORDER;
+  }
+  return KeyOfRecord(record, defaultScript_, wantScript);
+}
+
+std::uint32_t OrderWalk::KeyOfRecord(const OtOrderRecord* record, unsigned char defaultScript,
+                                     bool wantScript) {
+  if (wantScript) {
+    const unsigned char* script = record->scriptRef();
+    script_ = script != nullptr ? *script : defaultScript;
+  }
+  return ComposeOrderKey(record->order(), script_);
+}
+
+/// A character without a record orders by its value, above all alphabets.
+std::uint32_t OrderWalk::KeyOfUnknown(unsigned short character, bool wantScript) {
+  const bool keepsScript =
+      character >= 0xfff0 || character == AsteriskWord() || character == QuestionWord();
+  if (wantScript && !keepsScript) script_ = kBeyondAlphabets;
+  return ComposeOrderKey(character, script_);
+}
+
+/// The next word of a text that consists of order words.
+std::uint32_t OrderWalk::NextKeyWord() {
+  const unsigned short word = reinterpret_cast<std::uintptr_t>(position_) >= end_
+                                  ? static_cast<unsigned short>(0)
+                                  : LoadUnit(position_, true, reversed_);
+  if (word != 0 && pending_ == nullptr) position_ += 2;
+  return ComposeOrderKey(word, script_);
+}
+
+std::uint32_t OrderWalk::NextPending(bool wantScript) {
+  if (pending_ != nullptr && pendingIndex_ >= pending_->count) {
+    pending_ = nullptr;
+    // An exhausted list is dropped where it is seen.
+    if (codeSet_ != OT_CS_ORDER) return NextKey(wantScript);
+  }
+  if (codeSet_ == OT_CS_ORDER) return NextKeyWord();
+  if (pendingCodeSet_ != OT_CS_ORDER) return NextPendingCharacter(wantScript);
+  unsigned short word = 0;
+  pending_->GetAt(pendingIndex_++, &word);
+  LeaveCharacter();
+  return ComposeOrderKey(word, script_);
+}
+
+/// Pending characters, not words, have been put there from outside.
+std::uint32_t OrderWalk::NextPendingCharacter(bool wantScript) {
+  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(pendingCodeSet_);
+  const bool mapped = set->orderTable == nullptr;
+  const OtOrderTable& table = mapped ? *kOrderTables.unicode : *set->orderTable;
+  unsigned short character = 0;
+  pending_->GetAt(pendingIndex_++, &character);
+  character = MapToTable(character, pendingCodeSet_, mapped);
+  if (character == 0) return 0;
+  const OtOrderRecord* record = table.Find(character);
+  if (record == nullptr) {
+    LeaveCharacter();
+    return KeyOfUnknown(character, wantScript);
+  }
+  record = Resolve(record, language_, Following{*this, mapped});
+  const std::uint32_t key = KeyOfRecord(record, set->DefaultScript(languageNumber_), wantScript);
+  if (record->hasExpansion()) {
+    pending_ = record->expansion();
+    pendingIndex_ = 0;
+    pendingCodeSet_ = OT_CS_ORDER;
+  } else {
+    LeaveCharacter();
+  }
+  return key;
+}
+
+/// Behind the last of what was pending at a character, the text goes on behind that character.
+void OrderWalk::LeaveCharacter() {
+  if (pendingIndex_ < pending_->count) return;
+  pending_ = nullptr;
+  if (CharacterAt(position_) != 0) position_ += wide_ ? 2 : 1;
+}
+
+unsigned short OtOrderOfChar(const OtChar& c) {
+  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(c.GetCodeSetCode());
+  const OtOrderTable* table = set->orderTable;
+  unsigned short value = c.GetValue();
+  if (table == nullptr) {
+    table = kOrderTables.unicode;
+    value = c.MapTo(OT_CS_UNICODE).GetValue();
+  }
+  const OtOrderRecord* record = table->Find(value);
+  return record != nullptr ? record->order() : value;
+}
+
+namespace {
+
+/// Raw bytes have no orders: four of them, in seven bits each. `nextByte` answers 0 at the end.
+template <class NextByte>
+double PositionOfBytes(unsigned maxChars, NextByte&& nextByte) {
+  std::uint32_t number = 0;
+  for (unsigned i = 0; i < 4; ++i) {
+    const unsigned value = i < maxChars ? nextByte() : 0;
+    number = number << 7 | (value > 0x7f ? 0x7f : value);
+  }
+  return number;
+}
+
+/// Three keys of digits and letters. `nextKey` answers 0 at the end.
+template <class NextKey>
+double PositionOfKeys(unsigned char script, unsigned maxChars, NextKey&& nextKey) {
+  std::uint64_t words[3] = {};
+  unsigned found = 0;
+  for (unsigned step = 0; step < maxChars && found < 3; ++step) {
+    const std::uint32_t key = nextKey();
+    if (key == 0) break;
+    if (OrderOfKey(key) >= kFirstDigit) words[found++] = key >> 8 & 0xffff;
+  }
+  const std::uint64_t head = script & 0x7fU;
+  return static_cast<double>(head << 16 | words[0]) * 4294967296.0 +
+         static_cast<double>(words[1] << 16 | words[2]);
+}
+
+}  // namespace
+
+double OtStrOrderPosition(OtStringIterator& it, unsigned short maxChars) {
+  if (it.GetCodeSetCode() == 0) {
+    return PositionOfBytes(maxChars, [&it]() -> unsigned {
+      if (it.IsEOS()) return 0;
+      const unsigned value = (*it).GetValue();
+      ++it;
+      return value;
+    });
+  }
+  return PositionOfKeys(it.GetScript(), maxChars, [&it]() -> std::uint32_t {
+    if (it.IsEOS()) return 0;
+    const unsigned short order = it.GetNextOrder(1);
+    return ComposeOrderKey(order, it.GetScript());
+  });
+}
+
+double OrderPosition(OrderWalk walk, unsigned maxChars) {
+  return PositionOfKeys(walk.script(), maxChars, [&walk] { return walk.NextKey(true); });
+}
+
+double RawPosition(const TextSpan& text, unsigned maxChars) {
+  const char* place = text.text;
+  return PositionOfBytes(maxChars, [&]() -> unsigned {
+    const unsigned short byte = text.UnitAt(place);
+    if (byte != 0) ++place;
+    return byte;
+  });
+}
+
+}  // namespace ot95
+
+unsigned short OtStringIterator::GetNextOrder(unsigned short wantScript) {
+  if (position_ == nullptr && overflow_ == nullptr) return 0;
+  // Key text is read low byte first whatever the format says.
+  const bool reversed = codeSet_ != OT_CS_ORDER && ot95::IsReversed(format_);
+  const char* text = position_ != nullptr ? position_ : ot95::EmptyText();
+  ot95::OrderWalk walk({text, ot95::kUnbounded, 0, codeSet_, language_, reversed});
+  walk.script_ = script_;
+  walk.pending_ = overflow_;
+  walk.pendingIndex_ = overflowIndex_;
+  walk.pendingCodeSet_ = overflowCodeSet_;
+  const std::uint32_t key = walk.NextKey(wantScript != 0);
+  if (position_ != nullptr) position_ += walk.position_ - text;
+  overflow_ = walk.pending_;
+  overflowIndex_ = static_cast<short>(walk.pendingIndex_);
+  overflowCodeSet_ = walk.pendingCodeSet_;
+  if (wantScript != 0) script_ = walk.script_;
+  return ot95::OrderOfKey(key);
+}
+
+int OtString::SetAsterisk(const OtChar& c) {
+  return ot95::asterisk.Set(c);
+}
+int OtString::SetQuestion(const OtChar& c) {
+  return ot95::question.Set(c);
+}
+int OtString::SetEscape(const OtChar& c) {
+  return ot95::escape.Set(c);
+}
+unsigned short OtString::GetAsterisk() {
+  return ot95::asterisk.Get();
+}
+unsigned short OtString::GetQuestion() {
+  return ot95::question.Get();
+}
+unsigned short OtString::GetEscape() {
+  return ot95::escape.Get();
+}
+
+int OtExtractSymbolFromOrder(unsigned short order, unsigned short& symbol) {
+  if (order < ot95::kFirstSymbol || order >= ot95::kFirstDigit) return OT_ERR_BAD_ARGUMENT;
+  symbol = static_cast<unsigned short>(order - ot95::kFirstSymbol);
+  return 0;
+}
+
+int OtExtractDigitFromOrder(unsigned short order, unsigned short& digit, unsigned short& expand) {
+  if (order < ot95::kFirstDigit || order >= ot95::kFirstLetter) return OT_ERR_BAD_ARGUMENT;
+  digit = static_cast<unsigned short>(((order & 0xfffe) - ot95::kFirstDigit) / 10);
+  expand = order & 1;
+  return 0;
+}
+
+int OtExtractLetterFromOrder(unsigned short order, unsigned short& caseField,
+                             unsigned short& accent, unsigned short& letter,
+                             unsigned short& extension) {
+  if (order >= ot95::kFirstHan) return OT_ERR_BAD_ARGUMENT;
+  caseField = order >> 12 & 3;
+  accent = order >> 7 & 0x1f;
+  letter = order >> 2 & 0x1f;
+  extension = order & 3;
+  return 0;
+}

@@ -1,0 +1,220 @@
+// The store's files: what a killed process leaves, and what is read of pages that nobody vouches
+// for.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <cstring>
+#include <type_traits>
+
+#include "objectstore/storetesting.h"
+#include "pages.h"
+#include "record.h"
+
+namespace {
+
+using Word = std::conditional_t<sizeof(void*) == 8, std::uint64_t, std::uint32_t>;
+using OtherWord = std::conditional_t<sizeof(void*) == 8, std::uint32_t, std::uint64_t>;
+using Pages = otdb::PageFile<Word>;
+using Entries = std::vector<std::pair<otdb::Bytes, otdb::Bytes>>;
+
+const char* const kSchema = R"({"classes": [{"name": "Note", "members": [
+  {"name": "text", "type": "OtString", "codeSet": 1, "indexed": true},
+  {"name": "number", "type": "int", "indexed": true}]}]})";
+
+void Fill(otdb::Store& store, int from, int count, std::size_t length) {
+  const otdb::Class& type = store.GetSchema().ClassNamed("Note");
+  std::vector<otdb::Bytes> records;
+  for (int i = from; i < from + count; ++i) {
+    otdb::Object object(type, store.GetSchema().form);
+    object.MemberAt(0).Scan(0, std::string(length, static_cast<char>('a' + i % 26)));
+    object.MemberAt(1).Scan(0, std::to_string(i));
+    records.push_back(object.Stored());
+  }
+  store.Add(type, records);
+}
+
+/// The file of a store of objects with short texts, and some with long ones.
+std::string FileOf(const Scratch& directory, int objects, std::size_t longText) {
+  const std::string path = directory / "store";
+  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  otdb::Store store(path);
+  Fill(store, 0, objects, 30);
+  Fill(store, objects, 3, longText);
+  return path + "/data.mdb";
+}
+
+Entries EntriesOf(const Pages& pages, const std::string& tree) {
+  Entries entries;
+  EXPECT_TRUE(pages.Visit(tree, [&](otdb::View key, otdb::View value) {
+    entries.emplace_back(otdb::Bytes(key.begin(), key.end()),
+                         otdb::Bytes(value.begin(), value.end()));
+  }));
+  return entries;
+}
+
+TEST(StorePages, HoldWhatTheStoreHolds) {
+  const Scratch directory;
+  const std::string file = FileOf(directory, 5000, 30000);
+  EXPECT_TRUE(Pages::IsOne(file));
+  EXPECT_FALSE(otdb::PageFile<OtherWord>::IsOne(file));
+  const otdb::Store store(directory / "store");
+  auto txn = store.Read();
+  const MDB_dbi tree = store.Trees().front().objects;
+  ASSERT_GE(otdb::StatOf(txn, tree).ms_depth, 2U);
+  ASSERT_GE(otdb::StatOf(txn, tree).ms_overflow_pages, 3U * 7);
+  Entries expected;
+  otdb::Cursor cursor(txn, tree);
+  for (bool more = cursor.First(); more; more = cursor.Next()) {
+    expected.emplace_back(otdb::Bytes(cursor.Key().begin(), cursor.Key().end()),
+                          otdb::Bytes(cursor.Data().begin(), cursor.Data().end()));
+  }
+  const Pages pages(file);
+  EXPECT_TRUE(EntriesOf(pages, "Note") == expected);
+  EXPECT_EQ(EntriesOf(pages, "facts").size(), 2U);
+  EXPECT_FALSE(pages.Visit("Nobody", [](otdb::View, otdb::View) {}));
+}
+
+/// A file's pages, to damage.
+class Hostile {
+ public:
+  explicit Hostile(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  template <class T>
+  T At(std::size_t place) const {
+    T value;
+    std::memcpy(&value, bytes_.data() + place, sizeof value);
+    return value;
+  }
+  template <class T>
+  void Put(std::size_t place, T value) {
+    std::memcpy(bytes_.data() + place, &value, sizeof value);
+  }
+  void Cut(std::size_t length) { bytes_.resize(length); }
+  std::size_t Size() const { return bytes_.size(); }
+  std::size_t PageCount() const { return bytes_.size() / kPage; }
+
+  /// Every child of every branch becomes one page.
+  template <class Choice>
+  void PointAllBranchesTo(const Choice& choice) {
+    for (std::size_t page = 0; page < PageCount(); ++page) {
+      const std::size_t start = page * kPage;
+      if (At<std::uint16_t>(start + sizeof(Word) + 2) != 1) continue;
+      const std::size_t end = At<std::uint16_t>(start + sizeof(Word) + 4);
+      for (std::size_t at = sizeof(Word) + 8; at < end; at += 2) {
+        Put(start + At<std::uint16_t>(start + at), static_cast<std::uint32_t>(choice(page)));
+      }
+    }
+  }
+
+  /// Reads its objects and facts. @return the entries seen, or none when it was refused.
+  std::size_t Walk(const Scratch& directory) const {
+    const std::string path = directory.File("hostile", bytes_);
+    std::size_t entries = 0;
+    const std::string refusal = RefusalOf([&] {
+      const Pages pages(path);
+      for (const char* tree : {"facts", "Note"}) {
+        pages.Visit(tree, [&](otdb::View key, otdb::View value) {
+          entries += key.size() + value.size() <= bytes_.size();
+        });
+      }
+    });
+    return refusal.empty() ? entries : 0;
+  }
+
+  static constexpr std::size_t kPage = 4096;
+
+ private:
+  std::string bytes_;
+};
+
+TEST(StorePages, EndWhereTheyGoRoundOrAreShared) {
+  const Scratch directory;
+  const Hostile good(ReadWhole(FileOf(directory, 3000, 10)));
+  ASSERT_GT(good.PageCount(), 20U);
+  Hostile round = good;
+  round.PointAllBranchesTo([](std::size_t page) { return page; });
+  EXPECT_EQ(round.Walk(directory), 0U);
+  Hostile crossed = good;
+  crossed.PointAllBranchesTo([&](std::size_t page) { return (page + 1) % good.PageCount(); });
+  EXPECT_LT(crossed.Walk(directory), good.Size() / 2);
+}
+
+TEST(StorePages, OfAnIndexAreRefused) {
+  const Scratch directory;
+  const Pages pages(FileOf(directory, 40, 10));
+  const auto visit = [&] { pages.Visit("Note.text", [](otdb::View, otdb::View) {}); };
+  EXPECT_NE(RefusalOf(visit), "");
+}
+
+TEST(StorePages, EndInRefusalOrAResultWhateverTheyHold) {
+  const Scratch directory;
+  const Hostile good(ReadWhole(FileOf(directory, 40, 5000)));
+  ASSERT_EQ(good.Walk(directory), 2U + 43);
+  Dice dice(1);
+  std::size_t refused = 0;
+  for (int round = 0; round < 4000; ++round) {
+    Hostile bad = good;
+    for (std::size_t i = 1 + dice.Below(4); i != 0; --i) {
+      // Most often the heads of pages and what they say of their entries.
+      const std::size_t page = dice.Below(good.PageCount()) * Hostile::kPage;
+      const std::size_t place = page + dice.Below(dice.Chance(70) ? 80 : Hostile::kPage);
+      const unsigned char values[] = {0, 1, 0xff, 0x7f,
+                                      static_cast<unsigned char>(dice.Below(256))};
+      bad.Put(place, dice.Of(values));
+    }
+    if (dice.Chance(10)) bad.Cut(dice.Below(bad.Size()));
+    const std::size_t entries = bad.Walk(directory);
+    EXPECT_LT(entries, good.Size() / 2) << "round " << round;
+    refused += entries == 0;
+  }
+  EXPECT_GT(refused, 400U);
+  EXPECT_LT(refused, 3600U);
+}
+
+/// Starts an import and kills it after a while. @return whether it was still running.
+bool ImportAndKill(const std::string& store, const std::string& csv, useconds_t after) {
+  const pid_t child = fork();
+  if (child == 0) {
+    if (std::freopen("/dev/null", "w", stdout) == nullptr) _exit(1);
+    execl(OT95_OTDB, "otdb", "import", store.c_str(), "Note", csv.c_str(), "--batch", "10",
+          static_cast<char*>(nullptr));
+    _exit(1);
+  }
+  usleep(after);
+  kill(child, SIGKILL);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0);
+  return WIFSIGNALED(status);
+}
+
+TEST(StoreUnderFire, IsWholeAfterEveryKill) {
+  const Scratch directory;
+  const std::string path = directory / "store";
+  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  std::string lines = "number,text\n";
+  for (int i = 0; i < 1000; ++i) {
+    lines += std::to_string(i * 7919 % 1000) + "," +
+             std::string(1 + static_cast<unsigned>(i) % 150, 'q') + "\n";
+  }
+  const std::string csv = directory.File("notes.csv", lines);
+  Dice dice(1);
+  std::size_t before = 0, killed = 0;
+  for (int round = 0; round < 50; ++round) {
+    killed += ImportAndKill(path, csv, static_cast<useconds_t>(dice.Below(90'000)));
+    const otdb::Store store(path);
+    auto txn = store.Read();
+    const otdb::CheckResult result =
+        otdb::Check(store, txn, [](const std::string& fault) { ADD_FAILURE() << fault; });
+    EXPECT_EQ(result.objects % 10, 0U) << "round " << round;
+    EXPECT_GE(result.objects, before) << "round " << round;
+    before = result.objects;
+  }
+  EXPECT_GT(killed, 0U);
+  const std::string last = OutputOf(OT95_OTDB " import " + path + " Note " + csv);
+  EXPECT_EQ(last, "1000 objects added\n");
+  EXPECT_EQ(FaultsOf(otdb::Store(path)), "");
+}
+
+}  // namespace
