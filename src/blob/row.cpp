@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "blob/blob.h"
+#include "blob/rows.h"
 #include "kit/convert.h"
 #include "kit/nulltext.h"
 #include "kit/verify.h"
@@ -13,7 +14,6 @@
 #include "ot95/blob.h"
 #include "ot95/bytes.h"
 #include "ot95/memfile.h"
-#include "table/rows.h"
 
 namespace {
 

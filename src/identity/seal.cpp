@@ -1,12 +1,12 @@
 // The seal: class and row.
 
+#include "identity/rows.h"
 #include "kit/convert.h"
 #include "kit/estimate.h"
 #include "kit/walks.h"
 #include "ot95/bytes.h"
 #include "ot95/identity.h"
 #include "ot95/int64.h"
-#include "table/rows.h"
 
 void OtSeal::ConvertFrom(const OtObjId& id) {
   sealLow = static_cast<std::uint16_t>(id.lowPart);

@@ -4,13 +4,13 @@
 #include <cstring>
 
 #include "identity/identifiers.h"
+#include "identity/rows.h"
 #include "kit/checkedformat.h"
 #include "kit/convert.h"
 #include "kit/nulltext.h"
 #include "kit/numbertext.h"
 #include "kit/textcursor.h"
 #include "kit/walks.h"
-#include "table/rows.h"
 
 namespace {
 

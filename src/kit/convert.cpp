@@ -1,8 +1,10 @@
+// Conversion data of texts, as every row makes and reads it.
+
 #include "kit/convert.h"
 
 #include <climits>
 
-#include "table/rows.h"
+#include "kit/walks.h"
 
 namespace ot95 {
 
@@ -11,17 +13,17 @@ constexpr char kStringId = 11;
 }  // namespace
 
 OtTypeConvertData* MakeTextData(unsigned long count) {
-  void* texts = rowOtString.Create(count);
+  void* texts = CreateCounted<OtString>(count);
   if (texts == nullptr) return nullptr;
   OtTypeConvertData* data = OtTypeConvertData::Make(kStringId, count, texts, nullptr);
-  if (data == nullptr) rowOtString.Delete(texts, count);
+  if (data == nullptr) DeleteCounted<OtString>(texts, count);
   return data;
 }
 
 void DeleteTextData(OtTypeConvertData* data) {
   if (data == nullptr) return;
   if (data->manager == nullptr && data->data != nullptr) {
-    rowOtString.Delete(data->data, data->count);
+    DeleteCounted<OtString>(data->data, data->count);
     data->data = nullptr;
   }
   delete data;

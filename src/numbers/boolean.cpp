@@ -7,9 +7,9 @@
 #include "kit/nulltext.h"
 #include "kit/walks.h"
 #include "numbers/convert.h"
+#include "numbers/rows.h"
 #include "ot95/store.h"
 #include "ot95/text.h"
-#include "table/rows.h"
 
 namespace ot95 {
 

@@ -13,11 +13,11 @@
 #include "kit/textcursor.h"
 #include "kit/walks.h"
 #include "numbers/convert.h"
+#include "numbers/rows.h"
 #include "ot95/bytes.h"
 #include "ot95/fault.h"
 #include "ot95/store.h"
 #include "ot95/text.h"
-#include "table/rows.h"
 #include "text/units.h"
 
 // ---------------------------------------------------------------------------------------------

@@ -12,9 +12,9 @@
 #include "kit/walks.h"
 #include "numbers/convert.h"
 #include "numbers/estimate.h"
+#include "numbers/rows.h"
 #include "ot95/int64.h"
 #include "ot95/store.h"
-#include "table/rows.h"
 
 namespace ot95 {
 

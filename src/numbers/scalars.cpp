@@ -5,8 +5,8 @@
 #include "kit/walks.h"
 #include "numbers/convert.h"
 #include "numbers/estimate.h"
+#include "numbers/rows.h"
 #include "ot95/store.h"
-#include "table/rows.h"
 
 namespace ot95 {
 

@@ -3,10 +3,10 @@
 #include "numbers/estimate.h"
 #include "ot95/store.h"
 #include "ot95/text.h"
-#include "table/rows.h"
 #include "temporal/estimate.h"
 #include "temporal/odmgseconds.h"
 #include "temporal/row.h"
+#include "temporal/rows.h"
 #include "temporal/text.h"
 
 namespace ot95 {

@@ -1,5 +1,5 @@
 // The rows OtDate, OtTime and OtDateTime.
-#include "table/rows.h"
+#include "temporal/rows.h"
 #include "ot95/text.h"
 #include "temporal/estimate.h"
 #include "temporal/row.h"

@@ -17,6 +17,11 @@ std::uint16_t ChangeRawCase(ot95::CaseOp op, std::uint16_t c) {
   return static_cast<std::uint16_t>(c >= first && c <= first + 25 ? c ^ 0x20 : c);
 }
 
+/// The order of a character alone, without contractions and tailoring.
+unsigned short OtOrderOfChar(const OtChar& c) {
+  return ot95::OrderOfUnit(c.GetValue(), c.GetCodeSetCode());
+}
+
 /// A character alone, terminated, so that a comparison sees nothing of its surroundings.
 struct LoneCharacter {
   explicit LoneCharacter(const OtChar& c) {
@@ -133,26 +138,26 @@ OtChar OtChar::ToLower(OtStringIterator*) const {
 }
 
 int OtChar::IsSpace() const {
-  return ot95::OtOrderOfChar(*this) < ot95::kFirstSymbol;
+  return OtOrderOfChar(*this) < ot95::kFirstSymbol;
 }
 
 int OtChar::IsSymbol() const {
-  const unsigned short order = ot95::OtOrderOfChar(*this);
+  const unsigned short order = OtOrderOfChar(*this);
   return order >= ot95::kFirstSymbol && order < ot95::kFirstDigit;
 }
 
 int OtChar::IsDigit() const {
-  const unsigned short order = ot95::OtOrderOfChar(*this);
+  const unsigned short order = OtOrderOfChar(*this);
   return order >= ot95::kFirstDigit && order < ot95::kFirstLetter;
 }
 
 int OtChar::IsAlpha() const {
-  const unsigned short order = ot95::OtOrderOfChar(*this);
+  const unsigned short order = OtOrderOfChar(*this);
   return order >= ot95::kFirstLetter && order < ot95::kFirstHan;
 }
 
 int OtChar::IsHan() const {
-  return ot95::OtOrderOfChar(*this) >= ot95::kFirstHan;
+  return OtOrderOfChar(*this) >= ot95::kFirstHan;
 }
 
 long OtChar::Compare(const OtChar& other, unsigned short cmpOp) const {

@@ -1,9 +1,10 @@
 /// Movement of the iterator over a text, and the characters that wait to be delivered before it
-/// goes on. The walk by orders stands in a source of its own.
+/// goes on.
 
 #include <new>
 
 #include "ot95/text.h"
+#include "text/collation/orders.h"
 #include "text/units.h"
 
 namespace {
@@ -156,4 +157,23 @@ void OtStringIterator::Transform(OtStringIterator& target, OtCharOperation& op) 
   *target = **this;
   ++target;
   ++*this;
+}
+
+unsigned short OtStringIterator::GetNextOrder(unsigned short wantScript) {
+  if (position_ == nullptr && overflow_ == nullptr) return 0;
+  // Key text is read low byte first whatever the format says.
+  const bool reversed = codeSet_ != OT_CS_ORDER && ot95::IsReversed(format_);
+  const char* text = position_ != nullptr ? position_ : ot95::EmptyText();
+  ot95::OrderWalk walk({text, ot95::kUnbounded, 0, codeSet_, language_, reversed});
+  walk.script_ = script_;
+  walk.pending_ = overflow_;
+  walk.pendingIndex_ = overflowIndex_;
+  walk.pendingCodeSet_ = overflowCodeSet_;
+  const std::uint32_t key = walk.NextKey(wantScript != 0);
+  if (position_ != nullptr) position_ += walk.position_ - text;
+  overflow_ = walk.pending_;
+  overflowIndex_ = static_cast<short>(walk.pendingIndex_);
+  overflowCodeSet_ = walk.pendingCodeSet_;
+  if (wantScript != 0) script_ = walk.script_;
+  return ot95::OrderOfKey(key);
 }

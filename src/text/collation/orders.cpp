@@ -1,48 +1,11 @@
-/// From characters to collation orders: the walk, the classes of order words, and the words that
-/// act as wildcards.
-
-#include <atomic>
+/// From characters to collation orders: the walk, and the classes of order words.
 
 #include "text/collation/orders.h"
 
+#include "text/collation/wildcards.h"
+
 namespace ot95 {
 namespace {
-
-/// A wildcard as its order word; 0 until it is set or first asked for. Threads that race on the
-/// first use store the same word.
-class WildcardWord {
- public:
-  constexpr explicit WildcardWord(unsigned char character) : character_(character) {}
-
-  unsigned short Get() {
-    const unsigned short word = word_.load(std::memory_order_relaxed);
-    return word != 0 ? word : Compute();
-  }
-
-  int Set(const OtChar& c) {
-    alignas(2) char text[4] = {};
-    StoreUnit(text, c.GetValue(), IsWide(c.GetCodeSetCode()));
-    const char* place = text;
-    OtStringIterator it(place, c.GetCodeSetCode(), c.GetLanguageCode(), OT_FORMAT_NATIVE);
-    word_.store(it.GetNextOrder(0), std::memory_order_relaxed);
-    return 0;
-  }
-
- private:
-  unsigned short Compute() {
-    const OtOrderTable* table = OtLanguageContext::QueryCodeSet(OT_CS_BASE8)->orderTable;
-    const unsigned short word = table->At(character_).order();
-    word_.store(word, std::memory_order_relaxed);
-    return word;
-  }
-
-  std::atomic<unsigned short> word_{0};
-  unsigned char character_;
-};
-
-constinit WildcardWord asterisk(0x2a);
-constinit WildcardWord question(0x3f);
-constinit WildcardWord escape(0x5c);
 
 /// The record that tailoring and contractions make of a character's. `following` is asked for the
 /// characters behind it.
@@ -60,13 +23,6 @@ const OtOrderRecord* Resolve(const OtOrderRecord* record, const OtLanguage* lang
 }
 
 }  // namespace
-
-unsigned short AsteriskWord() {
-  return asterisk.Get();
-}
-unsigned short QuestionWord() {
-  return question.Get();
-}
 
 TextSpan TextSpan::Bounded(const char* text, std::size_t bytes, unsigned char codeSet,
                            unsigned char language, bool reversed) {
@@ -268,116 +224,18 @@ void OrderWalk::LeaveCharacter() {
   if (CharacterAt(position_) != 0) position_ += wide_ ? 2 : 1;
 }
 
-unsigned short OtOrderOfChar(const OtChar& c) {
-  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(c.GetCodeSetCode());
-  const OtOrderTable* table = set->orderTable;
-  unsigned short value = c.GetValue();
+unsigned short OrderOfUnit(unsigned short unit, unsigned char codeSet) {
+  const OtOrderTable* table = OtLanguageContext::QueryCodeSet(codeSet)->orderTable;
   if (table == nullptr) {
     table = kOrderTables.unicode;
-    value = c.MapTo(OT_CS_UNICODE).GetValue();
+    const unsigned char from = codeSet != 0 ? codeSet : OtLanguageContext::GetNativeCodeSet();
+    unit = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->MapChar(unit, from);
   }
-  const OtOrderRecord* record = table->Find(value);
-  return record != nullptr ? record->order() : value;
-}
-
-namespace {
-
-/// Raw bytes have no orders: four of them, in seven bits each. `nextByte` answers 0 at the end.
-template <class NextByte>
-double PositionOfBytes(unsigned maxChars, NextByte&& nextByte) {
-  std::uint32_t number = 0;
-  for (unsigned i = 0; i < 4; ++i) {
-    const unsigned value = i < maxChars ? nextByte() : 0;
-    number = number << 7 | (value > 0x7f ? 0x7f : value);
-  }
-  return number;
-}
-
-/// Three keys of digits and letters. `nextKey` answers 0 at the end.
-template <class NextKey>
-double PositionOfKeys(unsigned char script, unsigned maxChars, NextKey&& nextKey) {
-  std::uint64_t words[3] = {};
-  unsigned found = 0;
-  for (unsigned step = 0; step < maxChars && found < 3; ++step) {
-    const std::uint32_t key = nextKey();
-    if (key == 0) break;
-    if (OrderOfKey(key) >= kFirstDigit) words[found++] = key >> 8 & 0xffff;
-  }
-  const std::uint64_t head = script & 0x7fU;
-  return static_cast<double>(head << 16 | words[0]) * 4294967296.0 +
-         static_cast<double>(words[1] << 16 | words[2]);
-}
-
-}  // namespace
-
-double OtStrOrderPosition(OtStringIterator& it, unsigned short maxChars) {
-  if (it.GetCodeSetCode() == 0) {
-    return PositionOfBytes(maxChars, [&it]() -> unsigned {
-      if (it.IsEOS()) return 0;
-      const unsigned value = (*it).GetValue();
-      ++it;
-      return value;
-    });
-  }
-  return PositionOfKeys(it.GetScript(), maxChars, [&it]() -> std::uint32_t {
-    if (it.IsEOS()) return 0;
-    const unsigned short order = it.GetNextOrder(1);
-    return ComposeOrderKey(order, it.GetScript());
-  });
-}
-
-double OrderPosition(OrderWalk walk, unsigned maxChars) {
-  return PositionOfKeys(walk.script(), maxChars, [&walk] { return walk.NextKey(true); });
-}
-
-double RawPosition(const TextSpan& text, unsigned maxChars) {
-  const char* place = text.text;
-  return PositionOfBytes(maxChars, [&]() -> unsigned {
-    const unsigned short byte = text.UnitAt(place);
-    if (byte != 0) ++place;
-    return byte;
-  });
+  const OtOrderRecord* record = table->Find(unit);
+  return record != nullptr ? record->order() : unit;
 }
 
 }  // namespace ot95
-
-unsigned short OtStringIterator::GetNextOrder(unsigned short wantScript) {
-  if (position_ == nullptr && overflow_ == nullptr) return 0;
-  // Key text is read low byte first whatever the format says.
-  const bool reversed = codeSet_ != OT_CS_ORDER && ot95::IsReversed(format_);
-  const char* text = position_ != nullptr ? position_ : ot95::EmptyText();
-  ot95::OrderWalk walk({text, ot95::kUnbounded, 0, codeSet_, language_, reversed});
-  walk.script_ = script_;
-  walk.pending_ = overflow_;
-  walk.pendingIndex_ = overflowIndex_;
-  walk.pendingCodeSet_ = overflowCodeSet_;
-  const std::uint32_t key = walk.NextKey(wantScript != 0);
-  if (position_ != nullptr) position_ += walk.position_ - text;
-  overflow_ = walk.pending_;
-  overflowIndex_ = static_cast<short>(walk.pendingIndex_);
-  overflowCodeSet_ = walk.pendingCodeSet_;
-  if (wantScript != 0) script_ = walk.script_;
-  return ot95::OrderOfKey(key);
-}
-
-int OtString::SetAsterisk(const OtChar& c) {
-  return ot95::asterisk.Set(c);
-}
-int OtString::SetQuestion(const OtChar& c) {
-  return ot95::question.Set(c);
-}
-int OtString::SetEscape(const OtChar& c) {
-  return ot95::escape.Set(c);
-}
-unsigned short OtString::GetAsterisk() {
-  return ot95::asterisk.Get();
-}
-unsigned short OtString::GetQuestion() {
-  return ot95::question.Get();
-}
-unsigned short OtString::GetEscape() {
-  return ot95::escape.Get();
-}
 
 int OtExtractSymbolFromOrder(unsigned short order, unsigned short& symbol) {
   if (order < ot95::kFirstSymbol || order >= ot95::kFirstDigit) return OT_ERR_BAD_ARGUMENT;

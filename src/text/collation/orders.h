@@ -51,14 +51,7 @@ constexpr unsigned short OrderOfKey(std::uint32_t key) {
 }
 
 /// The order of a character alone, without contractions and tailoring.
-unsigned short OtOrderOfChar(const OtChar& c);
-
-/// A number that rises with the collation rank of the text at `it`, from at most `maxChars` orders.
-double OtStrOrderPosition(OtStringIterator& it, unsigned short maxChars);
-
-/// The order words that act as wildcards, computed on first use.
-unsigned short AsteriskWord();
-unsigned short QuestionWord();
+unsigned short OrderOfUnit(unsigned short unit, unsigned char codeSet);
 
 /// No byte of the text is out of bounds: it is trusted to be terminated.
 inline constexpr std::uintptr_t kUnbounded = UINTPTR_MAX;
@@ -166,10 +159,6 @@ class OrderWalk {
   bool direct_;        // units are characters of the table, in the machine's order
   std::uint8_t work_;  // flags of records that aren't the whole answer, contractions apart
 };
-
-// OtStrOrderPosition of the text behind a walk, and of raw bytes, which have no orders.
-double OrderPosition(OrderWalk walk, unsigned maxChars);
-double RawPosition(const TextSpan& text, unsigned maxChars);
 
 }  // namespace ot95
 

@@ -170,8 +170,9 @@ void DescribeLetter(unsigned short order, OtString& text) {
 /// The first byte of the upper half that has exactly this order; 0 for none.
 unsigned char FindAccented(unsigned short order) {
   for (unsigned byte = 0x80; byte < 0x100; ++byte) {
-    const OtChar candidate(static_cast<char>(byte), OT_CS_BASE8, OT_LANG_NEUTRAL);
-    if (ot95::OtOrderOfChar(candidate) == order) return static_cast<unsigned char>(byte);
+    if (ot95::OrderOfUnit(static_cast<unsigned short>(byte), OT_CS_BASE8) == order) {
+      return static_cast<unsigned char>(byte);
+    }
   }
   return 0;
 }

@@ -6,6 +6,7 @@
 /// second text can be a pattern with wildcards.
 
 #include "text/collation/orders.h"
+#include "text/collation/wildcards.h"
 
 namespace ot95 {
 

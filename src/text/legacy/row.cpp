@@ -16,7 +16,7 @@
 #include "ot95/bytes.h"
 #include "ot95/fault.h"
 #include "ot95/memfile.h"
-#include "table/rows.h"
+#include "text/legacy/rows.h"
 
 namespace ot95 {
 namespace {

@@ -6,6 +6,7 @@
 #include "kit/walks.h"
 #include "ot95/fault.h"
 #include "text/collation/compare.h"
+#include "text/collation/position.h"
 #include "text/rows/limits.h"
 
 namespace ot95 {

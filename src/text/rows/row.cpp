@@ -4,8 +4,8 @@
 #include "kit/convert.h"
 #include "kit/walks.h"
 #include "ot95/memfile.h"
-#include "table/rows.h"
 #include "text/rows/estimate.h"
+#include "text/rows/rows.h"
 #include "text/rows/stored.h"
 
 namespace ot95 {
