@@ -2,21 +2,25 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run test bench format check-format clean setup release dev ilp32
+.PHONY: all run test bench format check-format clean release dev ilp32
+.PHONY: setup-run setup-test setup-bench
 
-all: setup release
+all: setup-bench release
 
-run: setup release
+run: setup-run
+	@echo 'Building the libraries and both programs, about a minute on two cores; then the tour begins.'
+	@scripts/build release $(JOBS) ottm otdb
 	@scripts/tour
 
-test: setup check-format
+test: setup-test check-format
 	@scripts/test
 
-bench: setup release
+bench: setup-bench
+	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
 
-setup:
-	@scripts/setup
+setup-run setup-test setup-bench:
+	@scripts/setup $(@:setup-%=%)
 
 release dev ilp32:
 	@scripts/build $@ $(JOBS)

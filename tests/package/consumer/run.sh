@@ -1,18 +1,31 @@
 #!/usr/bin/env bash
-# Installs the build in $1 (of the sources in $2) to a folder of its own, builds the consumer
-# against it with the flags in $3, and runs it.
+# Installs the build in $1 (of the sources in $2) to a folder of its own, builds the example of the
+# front page against it as the front page says, by CMake and by pkg-config with the flags in $3, and
+# runs it.
 set -euo pipefail
 build=$1 source=$2 flags=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+
+expect_found() { # how it was built, program
+  local answer
+  answer=$(LD_LIBRARY_PATH="$work/root/lib" "$2")
+  [[ $answer == found ]] || { echo "built by $1, the example says '$answer', not 'found'"; exit 1; }
+}
+
 cmake --install "$build" --prefix "$work/root" > /dev/null
 cmake -S "$source/tests/package/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/root" \
   -DCMAKE_CXX_FLAGS="$flags" -DFIRST="$source/examples/first/first.cpp" > /dev/null
 cmake --build "$work/build" > /dev/null
-answer=$("$work/build/first")
-[[ $answer == found ]] || { echo "the example says '$answer', not 'found'"; exit 1; }
+expect_found CMake "$work/build/first"
 
-# The front page shows the very text that was just compiled.
-shown=$(sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d')
-[[ $shown == "$(cat "$source/examples/first/first.cpp")" ]] ||
+# The front page's own command, in a folder with the front page's own text.
+mkdir "$work/page"
+cd "$work/page"
+sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d' > first.cpp
+cmp first.cpp "$source/examples/first/first.cpp" ||
   { echo "README.md shows another example than examples/first/first.cpp"; exit 1; }
+command=$(grep -m 1 '^g++ first.cpp' "$source/README.md")
+export PKG_CONFIG_PATH=$work/root/lib/pkgconfig
+eval "${command/g++/g++ $flags}"
+expect_found pkg-config ./first

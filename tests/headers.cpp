@@ -1,0 +1,1 @@
+// Nothing of its own: the target of the headers that all tests share.
