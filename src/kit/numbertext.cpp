@@ -136,7 +136,7 @@ bool ReadConverted(TextCursor& text, const Conversion& conversion, std::uint32_t
 template <class T>
 bool ReadConverted(TextCursor& text, const Conversion& conversion, T& value) {
   TextCursor field = Field(text, conversion);
-  const bool found = ReadReal(field, value);
+  const bool found = ReadReal(field, value, RealPrefix::kFails);
   text.at = field.at;
   return found;
 }
@@ -268,7 +268,7 @@ std::int32_t ParseLong32(const char* text, int base) {
 double ParseDouble(const char* text) {
   TextCursor cursor(text, std::strlen(text));
   double value = 0;
-  ReadReal(cursor, value);
+  ReadReal(cursor, value, RealPrefix::kReads);
   return value;
 }
 

@@ -61,11 +61,19 @@ bool IsTooLarge(const char* at, const char* end, bool hexadecimal) {
   return scale + std::int64_t{exponent} > 0;
 }
 
+/// Whether hexadecimal digits begin at a place, maybe behind a point.
+bool HasHexadecimalDigit(const char* at, const char* end) {
+  if (at != end && *at == '.') ++at;
+  return at != end && DigitOf(*at) < 16;
+}
+
 template <class T>
-bool ReadRealAs(TextCursor& text, T& value) {
+bool ReadRealAs(TextCursor& text, T& value, RealPrefix prefix) {
   text.SkipSpace();
   const bool negative = TakeSign(text);
-  const bool hexadecimal = StartsHexadecimal(text);
+  const bool marked = StartsHexadecimal(text);
+  const bool hexadecimal = marked && HasHexadecimalDigit(text.at + 2, text.end);
+  if (marked && !hexadecimal && prefix == RealPrefix::kFails) return false;
   const char* const digits = text.at + (hexadecimal ? 2 : 0);
   // A second sign is one that from_chars would take.
   if (digits == text.end || *digits == '-') return false;
@@ -79,6 +87,10 @@ bool ReadRealAs(TextCursor& text, T& value) {
   } else if (result.ec != std::errc()) {
     return false;
   }
+  // Behind "inf" an 'i' promises more, which from_chars has not found.
+  const bool broken = UpperAscii(*digits) == 'I' && result.ptr != text.end &&
+                      result.ptr - digits == 3 && UpperAscii(*result.ptr) == 'I';
+  if (broken && prefix == RealPrefix::kFails) return false;
   text.at = result.ptr;
   value = negative ? -magnitude : magnitude;
   return true;
@@ -122,11 +134,11 @@ bool ReadUnsigned(TextCursor& text, unsigned base, std::uint32_t& value) {
   return true;
 }
 
-bool ReadReal(TextCursor& text, double& value) {
-  return ReadRealAs(text, value);
+bool ReadReal(TextCursor& text, double& value, RealPrefix prefix) {
+  return ReadRealAs(text, value, prefix);
 }
-bool ReadReal(TextCursor& text, float& value) {
-  return ReadRealAs(text, value);
+bool ReadReal(TextCursor& text, float& value, RealPrefix prefix) {
+  return ReadRealAs(text, value, prefix);
 }
 
 }  // namespace ot95

@@ -54,9 +54,15 @@ struct TextCursor {
 bool ReadSigned(TextCursor& text, unsigned base, std::int32_t& value);
 bool ReadUnsigned(TextCursor& text, unsigned base, std::uint32_t& value);
 
+/// How much of what only begins like a number is one: "0x" without digits, "infinit".
+enum class RealPrefix {
+  kReads,  ///< What there is of it, 0 and infinity, as for strtod.
+  kFails   ///< Nothing, as for sscanf.
+};
+
 /// Read a floating-point number as strtod and strtof do; inf, nan and hexadecimals too.
-bool ReadReal(TextCursor& text, double& value);
-bool ReadReal(TextCursor& text, float& value);
+bool ReadReal(TextCursor& text, double& value, RealPrefix prefix);
+bool ReadReal(TextCursor& text, float& value, RealPrefix prefix);
 
 }  // namespace ot95
 

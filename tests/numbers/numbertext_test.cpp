@@ -219,7 +219,15 @@ TEST(NumberText, RealsScanAsTheCLibraryDoes) {
                          "+-1",
                          "0x-1",
                          "1e99999999999",
-                         "0e99999999999"};
+                         "0e99999999999",
+                         "infinit",
+                         "infi",
+                         "infx",
+                         "infinityx",
+                         "0xinf",
+                         "0xnan",
+                         "-0x",
+                         "0x.8"};
   for (const char* text : texts) {
     double wide = -7;
     float narrow = -7;
@@ -230,6 +238,8 @@ TEST(NumberText, RealsScanAsTheCLibraryDoes) {
     EXPECT_EQ(Scan(kFloat, -7.0f, text, "%lf"), narrow) << text;
   }
   EXPECT_EQ(Scan(kDouble, -7.0, "12345", "%3lf"), 123.0);
+  EXPECT_EQ(Scan(kDouble, -7.0, "infinity", "%3lf"), HUGE_VAL);
+  EXPECT_EQ(Scan(kDouble, -7.0, "infinity", "%7lf"), -7.0);
   EXPECT_EQ(Scan(kDouble, -7.0, "1", "%d"), -7.0);
 }
 

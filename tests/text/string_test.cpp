@@ -233,6 +233,12 @@ TEST_F(String, NumbersInText) {
       {"0.00001e320", 0, 0, std::numeric_limits<double>::infinity(), false},
       {"0x1p-3", 1, 0, 0.125, false},
       {"inf", 0, 0, HUGE_VAL, true},
+      {"infinit", 0, 0, HUGE_VAL, true},
+      {"0xinf", 0, 0, 0, false},
+      {"0xnan", 0, 0, 0, false},
+      {"-0x", 0, 0, -0.0, false},
+      {"-0x.", 0, 0, -0.0, false},
+      {"0x.8", 0, 0, 0.5, false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.text);
@@ -249,6 +255,7 @@ TEST_F(String, NumbersInText) {
     EXPECT_EQ(static_cast<int>(text), row.decimal);
     ___OtTypeMgrOptions() = 0;
     EXPECT_EQ(static_cast<double>(text), row.real);
+    EXPECT_EQ(std::signbit(static_cast<double>(text)), std::signbit(row.real));
   }
 }
 

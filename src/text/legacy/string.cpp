@@ -150,7 +150,7 @@ template <class Self>
 OtLegacyString<Self>::operator double() const {
   ot95::TextCursor cursor(StrGet(), Len());
   double number = 0;
-  ot95::ReadReal(cursor, number);
+  ot95::ReadReal(cursor, number, ot95::RealPrefix::kReads);
   return number;
 }
 

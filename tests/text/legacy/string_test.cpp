@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -79,6 +80,8 @@ TYPED_TEST(LegacyString, IsMadeFromAndBecomesNumbers) {
   EXPECT_EQ(static_cast<long>(Text("3000000000")), 2147483647);
   EXPECT_EQ(static_cast<short>(Text("65537")), 1);
   EXPECT_EQ(static_cast<double>(Text("-2.5e1z")), -25.0);
+  EXPECT_EQ(static_cast<double>(Text("0xinf")), 0.0);
+  EXPECT_TRUE(std::signbit(static_cast<double>(Text("-0x"))));
   EXPECT_EQ(static_cast<int>(Text()), 0);
   EXPECT_EQ(Text("banana").SubStringPos("nan"), 2);
   EXPECT_EQ(Text("banana").SubStringPos("NAN"), -1);
