@@ -369,6 +369,8 @@ void TakeUnits(OtString& target, char* text, std::size_t count) {
 constexpr Byte kLastAsciiCodeSet = 0x1a;
 /// The same for OtMBSLength, which trusts fewer.
 constexpr Byte kLastMeasuredCodeSet = 5;
+/// Bytes of a text that are decoded at once where the units go elsewhere.
+constexpr std::size_t kPieceBytes = 256;
 /// Where OtMBS2OtString gives up.
 constexpr std::size_t kMaxDecodedBytes = 32768;
 
@@ -394,9 +396,23 @@ int OtWChar2MultiByte(char* out, unsigned short wc) {
 int OtMultiByteStr2WCharStr(unsigned short* out, int outMax, char* s, int n) {
   if (s == nullptr) return 0;
   const std::size_t size = CountOf(n);
-  const Decoded all = DecodeText<AtZero::kGoOn>(reinterpret_cast<const Byte*>(s), size, size, out,
-                                                out != nullptr ? CountOf(outMax) : 0);
-  return all.bad ? -1 : static_cast<int>(all.units);
+  const std::size_t room = out != nullptr ? CountOf(outMax) : 0;
+  // Blocks write beyond what they decode, which a caller's buffer may have other use for.
+  std::array<std::uint16_t, kPieceBytes + kBlockUnits> piece;
+  std::size_t bytes = 0;
+  std::size_t units = 0;
+  while (bytes < size) {
+    const Decoded next =
+        DecodeText<AtZero::kGoOn>(reinterpret_cast<const Byte*>(s) + bytes, size - bytes,
+                                  std::min(size - bytes, kPieceBytes), piece.data(), piece.size());
+    if (units < room) {
+      std::memcpy(out + units, piece.data(), 2 * std::min(next.units, room - units));
+    }
+    if (next.bad) return -1;
+    bytes += next.bytes;
+    units += next.units;
+  }
+  return static_cast<int>(units);
 }
 
 long OtMultiByteString2OtString(const OtString& source, OtString& target) {
@@ -452,11 +468,11 @@ long OtMBS2OtString(const char* s, OtString& target, long n) {
   return all.bytes >= kMaxDecodedBytes ? -2 : static_cast<long>(all.bytes);
 }
 
-/// For a text of ASCII: as OtString2OtMBS, which tells apart what doesn't fit with its terminator.
+/// OtString2OtMBS of a text of ASCII, which tells how much room it would have needed.
 static long CopyAscii(const char* text, std::size_t length, char* out, std::size_t room) {
   if (room != 0) std::memcpy(out, text, std::min(length, room));
-  if (length >= room) return -static_cast<long>(length);
-  std::memset(out + length, 0, room - length);
+  if (length > room) return -static_cast<long>(length);
+  if (length < room) std::memset(out + length, 0, room - length);
   return static_cast<long>(length);
 }
 

@@ -87,11 +87,15 @@ void ExpectText(const Bytes& bytes) {
   const Expected plain = ReferenceText(bytes, false, bytes.size());
   const int count = plain.bad ? -1 : static_cast<int>(plain.units.size());
   ASSERT_EQ(OtMultiByteStr2WCharStr(nullptr, 0, exact.data.get(), n), count);
-  for (std::size_t room : {plain.units.size(), plain.units.size() / 2}) {
-    std::vector<unsigned short> units(room);
-    ASSERT_EQ(OtMultiByteStr2WCharStr(units.data(), static_cast<int>(room), exact.data.get(), n),
+  const std::size_t size = plain.units.size();
+  for (std::size_t room : {size, size / 2, size + 40}) {
+    std::u16string units(room, u'#');  // what isn't decoded into stays as it was
+    ASSERT_EQ(OtMultiByteStr2WCharStr(reinterpret_cast<unsigned short*>(units.data()),
+                                      static_cast<int>(room), exact.data.get(), n),
               count);
-    ASSERT_EQ(std::u16string(units.begin(), units.end()), plain.units.substr(0, room));
+    std::u16string expected = plain.units.substr(0, room);
+    expected.resize(room, u'#');
+    ASSERT_EQ(units, expected);
   }
   const Expected stopped = ReferenceText(bytes, true, 32768);
   const long result = stopped.bad ? -1 : stopped.bytes >= 32768 ? -2 : stopped.bytes;
@@ -235,11 +239,12 @@ TEST(MultiByte, StringsIntoBuffers) {
   } rows[] = {
       {"ASCII with room", OtString("abc"), 6, 3, {"abc\0\0\0##", 8}},
       {"ASCII and its terminator", OtString("abc"), 4, 3, {"abc\0####", 8}},
-      {"ASCII without terminator", OtString("abc"), 3, -3, "abc#####"},
+      {"ASCII without terminator", OtString("abc"), 3, 3, "abc#####"},
       {"ASCII cut", OtString("abc"), 2, -3, "ab######"},
       {"no room", OtString("abc"), 0, -3, "########"},
       {"negative room", OtString("abc"), -5, -3, "########"},
       {"empty", OtString(), 2, 0, {"\0\0######", 8}},
+      {"empty without room", OtString(), 0, 0, "########"},
       {"accent in a byte", OtString("a\xe9"), 8, 3, {"a\xc3\xa9\0####", 8}},
       {"accent cut", OtString("a\xe9"), 2, -1, "a#######"},
       {"accent without room", OtString("\xe9"), 1, 0, "########"},
