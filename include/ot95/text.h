@@ -248,6 +248,7 @@ class OT95_EXPORT OtString {
   /// Relabels between code sets of one width; OT_ERR_BAD_ARGUMENT otherwise.
   int SetCodeSetCode(unsigned char codeSet);
   /// Relabels, and converts the text only when the width changes; 0 converts to the native set.
+  /// When memory is short, text and code set stay as they were; so for MapToCodeSet.
   void SetCodeSet(unsigned char codeSet);
   /// Converts every character; OT_ERR_BAD_ARGUMENT for 0.
   int MapToCodeSet(unsigned char codeSet);
@@ -382,7 +383,7 @@ class OT95_EXPORT OtString {
   void Join(std::size_t head, const char* piece, std::size_t bytes);
   bool TakesUnitsOf(const ot95::TextSource& source) const;
   bool TakesBytesOf(const ot95::TextSource& source) const;
-  void Convert(unsigned char from, unsigned char to);
+  void Convert(unsigned char codeSet);
   std::size_t Length() const;
   void InsertAt(const OtString& text, std::size_t pos);
   void CutAt(std::size_t pos, std::size_t n);

@@ -151,12 +151,13 @@ const WideCodeSet* FindWide(unsigned char number) {
 }
 
 // The Unicode value of a character, U+FFFD for one without; of a one-byte set the low byte counts.
+// For a two-byte set that nobody knows Unicode stands in.
 unsigned short UnicodeOf(unsigned short value, unsigned char codeSet) {
   if (codeSet <= OT_CS_LAST_NARROW) {
     return OtLanguageContext::QueryCodeSet(codeSet)->UnicodeValues()[value & 0xff];
   }
   if (const WideCodeSet* wide = FindWide(codeSet)) return wide->ToUnicode(value);
-  return codeSet == OT_CS_UNICODE || value == 0 ? value : kReplacement;
+  return codeSet != OT_CS_ORDER || value == 0 ? value : kReplacement;
 }
 
 const OtUnicodeProps* CaseRow(unsigned row) {

@@ -276,15 +276,17 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
   Adopt(fresh, size);
 }
 
-/// Replaces the text by itself mapped from one code set to another, exactly as large as it needs.
-void OtString::Convert(unsigned char from, unsigned char to) {
-  const std::size_t length = ot95::TextLength(buffer_, from);
-  const std::size_t size = (length + 1) * CharWidth(to);
+/// Maps the text to another code set, in a buffer exactly as large as it needs, and labels it so.
+/// Without memory nothing changes: a text under the label of another width is no text.
+void OtString::Convert(unsigned char codeSet) {
+  const std::size_t length = Length();
+  const std::size_t size = (length + 1) * CharWidth(codeSet);
   ot95::CheckTextSize(size);
   char* fresh = ot95::NewText(size);
   if (fresh == nullptr) return;
-  ot95::ConvertUnits(buffer_, from, false, length + 1, fresh, to);
+  ot95::ConvertUnits(buffer_, codeSet_, false, length + 1, fresh, codeSet);
   Adopt(fresh, size);
+  codeSet_ = codeSet;
 }
 
 int OtString::SetCodeSetCode(unsigned char codeSet) {
@@ -294,14 +296,17 @@ int OtString::SetCodeSetCode(unsigned char codeSet) {
 }
 
 void OtString::SetCodeSet(unsigned char codeSet) {
-  if (buffer_ != nullptr && CharWidth(codeSet) != CharWidth(codeSet_)) Convert(codeSet_, codeSet);
+  if (buffer_ != nullptr && CharWidth(codeSet) != CharWidth(codeSet_)) return Convert(codeSet);
   codeSet_ = codeSet;
 }
 
 int OtString::MapToCodeSet(unsigned char codeSet) {
   if (codeSet == 0) return OT_ERR_BAD_ARGUMENT;
-  if (buffer_ != nullptr && codeSet != codeSet_) Convert(codeSet_, codeSet);
-  codeSet_ = codeSet;
+  if (buffer_ != nullptr && codeSet != codeSet_) {
+    Convert(codeSet);
+  } else {
+    codeSet_ = codeSet;
+  }
   return 0;
 }
 

@@ -79,8 +79,7 @@ void ConvertUnits(const char* source, unsigned char from, bool reversed, std::si
   if (to == 0) to = OtLanguageContext::GetNativeCodeSet();
   const OtCodeSet& fromSet = *OtLanguageContext::QueryCodeSet(from);
   const OtCodeSet& toSet = *OtLanguageContext::QueryCodeSet(to);
-  // Not the sets that Unicode's record stands in for: what they map to is for that record to say.
-  const bool fromUnicode = from == OT_CS_UNICODE;
+  const bool fromUnicode = fromSet.number == OT_CS_UNICODE;
   const bool toUnicode = toSet.number == OT_CS_UNICODE;
   if (from == to || (fromUnicode && toUnicode)) {
     CopyUnits(source, reversed, count, target, IsWide(to));

@@ -12,6 +12,17 @@
 
 namespace {
 
+bool memoryIsShort = false;
+
+}  // namespace
+
+/// Texts are allocated by this form alone.
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return memoryIsShort ? nullptr : ::operator new[](size);
+}
+
+namespace {
+
 const unsigned short kWideAb[] = {'a', 'b', 0};
 
 /// The process's settings stay as they are once there: all tests use this one.
@@ -157,13 +168,37 @@ TEST_F(String, CodeSetsRelabelOrConvert) {
   EXPECT_EQ(text.GetCodeSetCode(), 0);
   EXPECT_EQ(UnitsOf(text), u"\xe9");
   EXPECT_EQ(text.SetCodeSetCode(0x40), 0);
+  for (const int unknown : {0xe5, 0xfc, 0xff}) {  // Unicode stands in
+    OtString wide = TextOf(static_cast<unsigned char>(unknown), u"\u00e9t\u00e9");
+    EXPECT_EQ(wide.MapToCodeSet(1), 0);
+    EXPECT_EQ(UnitsOf(wide), u"\xe9t\xe9") << unknown;
+  }
   OtString none(1, 1);
   none.SetCodeSet(OT_CS_UNICODE);
   EXPECT_EQ(none.MemLen(), 0);
 }
 
+TEST_F(String, ConversionWithoutMemoryLeavesTheTextAsItWas) {
+  const struct {
+    const char* name;
+    void (*convert)(OtString&);
+  } rows[] = {{"SetCodeSet", [](OtString& text) { text.SetCodeSet(OT_CS_UNICODE); }},
+              {"MapToCodeSet", [](OtString& text) { text.MapToCodeSet(OT_CS_UNICODE); }},
+              {"to a set as wide", [](OtString& text) { text.MapToCodeSet(5); }}};
+  for (const auto& row : rows) {
+    OtString text("caf\xe9");
+    memoryIsShort = true;
+    row.convert(text);
+    memoryIsShort = false;
+    EXPECT_EQ(text.GetCodeSetCode(), 1) << row.name;
+    EXPECT_EQ(UnitsOf(text), u"caf\xe9") << row.name;
+    row.convert(text);
+    EXPECT_NE(text.GetCodeSetCode(), 1) << row.name;
+  }
+}
+
 TEST_F(String, ConversionInBulkEqualsThatOfEachCharacter) {
-  const unsigned char sets[] = {1, 2, 5, 10, 0x40, 0x99, OT_CS_UNICODE, 0xf0, OT_CS_ORDER};
+  const unsigned char sets[] = {1, 2, 5, 10, 0x40, 0x99, 0xe5, 0xf0, 0xff, 0xfd, OT_CS_ORDER};
   std::u16string bytes, units;
   for (char16_t c = 1; c < 256; ++c) bytes.push_back(c);
   for (unsigned c = 1; c < 0x10000; c += 13) units.push_back(static_cast<char16_t>(c));
