@@ -53,18 +53,19 @@ class OT95_EXPORT OtLegacyString {
   operator double() const;
 
   // Comparison by collation, as far as the flags let it.
-  bool operator==(const Self& other) const { return Compare(other) == 0; }
-  bool operator!=(const Self& other) const { return Compare(other) != 0; }
-  bool operator<(const Self& other) const { return Compare(other) < 0; }
-  bool operator>(const Self& other) const { return Compare(other) > 0; }
-  bool operator<=(const Self& other) const { return Compare(other) <= 0; }
-  bool operator>=(const Self& other) const { return Compare(other) >= 0; }
-  bool operator==(const char* other) const { return *this == Self(other); }
-  bool operator!=(const char* other) const { return *this != Self(other); }
-  bool operator<(const char* other) const { return *this < Self(other); }
-  bool operator>(const char* other) const { return *this > Self(other); }
-  bool operator<=(const char* other) const { return *this <= Self(other); }
-  bool operator>=(const char* other) const { return *this >= Self(other); }
+  // Friends, so that both sides convert alike: as members they would be ambiguous in C++20.
+  friend bool operator==(const Self& a, const Self& b) { return a.Compare(b) == 0; }
+  friend bool operator!=(const Self& a, const Self& b) { return a.Compare(b) != 0; }
+  friend bool operator<(const Self& a, const Self& b) { return a.Compare(b) < 0; }
+  friend bool operator>(const Self& a, const Self& b) { return a.Compare(b) > 0; }
+  friend bool operator<=(const Self& a, const Self& b) { return a.Compare(b) <= 0; }
+  friend bool operator>=(const Self& a, const Self& b) { return a.Compare(b) >= 0; }
+  friend bool operator==(const Self& a, const char* b) { return a.Compare(Self(b)) == 0; }
+  friend bool operator!=(const Self& a, const char* b) { return a.Compare(Self(b)) != 0; }
+  friend bool operator<(const Self& a, const char* b) { return a.Compare(Self(b)) < 0; }
+  friend bool operator>(const Self& a, const char* b) { return a.Compare(Self(b)) > 0; }
+  friend bool operator<=(const Self& a, const char* b) { return a.Compare(Self(b)) <= 0; }
+  friend bool operator>=(const Self& a, const char* b) { return a.Compare(Self(b)) >= 0; }
   bool operator!() const { return text == nullptr || *text == 0; }
 
   /// The byte at `index`, which is not checked.

@@ -2,3 +2,8 @@
 #include "ot95/obs.h"
 #include "ot95/oin.h"
 #include "ot95/ot95.h"
+
+// What C++20 makes of members by turning the sides around, older users have as well.
+bool EitherSideMayBePlainText(const OtIString& text) {
+  return "abc" == text && text != "abd" && text == text;
+}
