@@ -160,7 +160,8 @@ class InStep {
   bool BelongsToBefore(Value unit) const {
     const OtOrderRecord& record = reader_.At(unit);
     if (record.absent()) {
-      return unit >= 0xfff0 || unit == AsteriskWord() || unit == QuestionWord();
+      const unsigned short value = reader_.Value(unit);
+      return value >= 0xfff0 || value == AsteriskWord() || value == QuestionWord();
     }
     return record.Follows(tailors_);
   }

@@ -97,10 +97,12 @@ OtString& PrintKeyWords(OtString& target, const KeyWords& words, std::string_vie
       continue;
     }
     unsigned char character = 0;
-    const char* name = nullptr;
+    const char* name = "";
     OtConvertOrderToChar(words[i], words.Script(), character, 1, &name);
-    const char text[2] = {static_cast<char>(character), 0};
-    result += Format(name != nullptr ? name : text, format);
+    // What has no name stands for itself.
+    const OtChar itself(static_cast<char>(character), OT_CS_BASE8);
+    const char text[2] = {static_cast<char>(itself.MapTo(result.GetCodeSetCode()).GetValue()), 0};
+    result += Format(*name != 0 ? name : text, format);
   }
   if (phrases && (words.Script() & kMixedScripts) != 0) result += Format("[MIX]", format);
   return target = result;

@@ -97,8 +97,8 @@ unsigned long NarrowRecord(const Place& target, const Place& record, unsigned ch
   const std::size_t fitting = std::min(count, target.length - kHeaderSize);
   const std::size_t low = IsReversed(record.format) ? 1 : 0;
   for (std::size_t i = 0; i < fitting; ++i) {
-    const std::size_t at = kHeaderSize + 2 * i + low;
-    target.bytes[kHeaderSize + i] = at < record.length ? record.bytes[at] : 0;
+    const std::size_t at = kHeaderSize + 2 * i;
+    target.bytes[kHeaderSize + i] = at + 2 <= record.length ? record.bytes[at + low] : 0;
   }
   if (whole <= target.length) {
     target.bytes[whole - 2] = 0;

@@ -220,6 +220,32 @@ TEST(Levels, OneByteTextsAgreeWithTheirWideForm) {
   }
 }
 
+// Behind an equal head the second bytes part, one of which may be unassigned.
+TEST(Levels, EveryByteOfEverySetComparesAsItsWideForm) {
+  for (unsigned codeSet = 1; codeSet <= OT_CS_LAST_NARROW; ++codeSet) {
+    const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(static_cast<unsigned char>(codeSet));
+    if (set.number != codeSet) continue;
+    for (unsigned byte = 1; byte < 256; ++byte) {
+      for (const unsigned other : {byte ^ 1, 0xffU, 0xd2U, 0x81U}) {
+        if (other == 0) continue;
+        const unsigned char head = 0xc8;
+        const char texts[][3] = {{static_cast<char>(head), static_cast<char>(byte), 0},
+                                 {static_cast<char>(head), static_cast<char>(other), 0}};
+        OtString narrow[2], wide[2];
+        for (int i = 0; i < 2; ++i) {
+          narrow[i] = texts[i];
+          narrow[i].SetCodeSetCode(set.number);
+          wide[i] = narrow[i];
+          wide[i].MapToCodeSet(OT_CS_UNICODE);
+        }
+        ASSERT_EQ(SignOf(narrow[0].Compare(narrow[1], 0x10)),
+                  SignOf(wide[0].Compare(wide[1], 0x10)))
+            << set.name << ' ' << std::hex << byte << " ~ " << other;
+      }
+    }
+  }
+}
+
 TEST(Levels, SinglePairs) {
   const struct {
     const char* name;

@@ -100,6 +100,9 @@ TEST(PrintString, Formats) {
       {"key, mode 2", KeyText(u"\u700c\u711c", 1), "<%2M>", "<a\xe9>"},
       {"key, mode 3", KeyText(u"\u700c\u3f0a", 0x81), "<%3M>", "<lower letter a><digit 1><[MIX]>"},
       {"key, mode 4", KeyText(u"\u700c\u711c", 0x81), "<%4M>", "<a><\\'e>"},
+      {"key, mode 4, without names", KeyText(u"\u44d4\u700c\u711c", 1), "%4M",
+       "\x8a"
+       "a\\'e"},
       {"the first mode counts", KeyText(u"\u700c", 1), "%2M%1M", "%2Ma"},
   };
   OtTypeMgr types;
