@@ -345,8 +345,11 @@ class OT95_EXPORT OtString {
   /// without a buffer, a zero character.
   OtChar operator[](int index);
 
-  // Searching, by collation. Without OT_CMP_NO_WILDCARDS in `cmpOp` the pattern has to match all of
-  // the text from a place on, with a star behind it. An empty pattern is nowhere.
+  // Searching, by collation: a match is a stretch of whole characters that equals the pattern, as
+  // long as that takes ("ss" finds a sharp s). What `cmpOp` skips belongs to it between characters
+  // that count, and at an end as far as the pattern has the like there. Without OT_CMP_NO_WILDCARDS
+  // in `cmpOp` the pattern has to match all of the text from a place on, with a star behind it. An
+  // empty pattern is nowhere.
   // @return the place, cut to 16 signed bits; -1 for none.
   short Find(const OtString& pattern, unsigned short start = 0,
              unsigned short cmpOp = OT_CMP_DEFAULT) const;
@@ -370,7 +373,6 @@ class OT95_EXPORT OtString {
 
  private:
   friend struct ot95::TextAccess;
-  struct Search;
   enum class SpliceMode { kReplace = 1, kInsert = 2, kAssign = 3 };
 
   void SetText(const void* source, unsigned char codeSet, unsigned short length,
@@ -391,8 +393,6 @@ class OT95_EXPORT OtString {
   OtString& PadTo(std::size_t n, const ot95::TextSource& character);
   OtString& Append(const ot95::TextSource& source);
   bool IsSpaceAt(std::size_t pos) const;
-  std::size_t FindPlace(const OtString& pattern, std::size_t start, unsigned short cmpOp) const;
-  std::size_t FindFrom(const Search& search, std::size_t start) const;
   long CompareText(unsigned char codeSet, unsigned char language, const char* text,
                    unsigned short cmpOp) const;
 

@@ -1,88 +1,201 @@
 /// Searching: places of a text in another by collation, replacement, and lists.
+///
+/// Characters and orders don't pair off: a sharp s has the orders of two letters, while in Czech
+/// "ch" has one. So a place matches if a stretch of whole characters from it on, with as many
+/// orders as the pattern has, compares as equal.
 
 #include <algorithm>
 
 #include "ot95/text.h"
-#include "text/units.h"
+#include "text/collation/compare.h"
+#include "text/collation/walk.h"
 
 using ot95::CharWidth;
 using ot95::TextAccess;
+using ot95::TextSpan;
 
 namespace {
 
-constexpr std::size_t kNotFound = ot95::TextAccess::kNotFound;
 constexpr char kStar = '*';
 
-/// The most orders that a comparison can be told to take.
-constexpr std::size_t kMaxOrders = 0x7fff;
+/// The search of a text for one pattern.
+class Search {
+ public:
+  Search(const OtString& text, const OtString& sought, unsigned short op);
+
+  /// Goes to the first match from `start` on; false if there is none.
+  bool Find(std::size_t start);
+
+  // The match, in characters.
+  std::size_t place = 0;
+  std::size_t end = 0;
+
+ private:
+  void Measure(const OtString& pattern);
+  TextSpan From(std::size_t start) const;
+  bool Equals(std::size_t start, std::size_t stretchEnd) const;
+  // Where a match ends that begins at `start`; `start` itself if there is none.
+  std::size_t EndOfMatch(std::size_t start) const;
+  std::size_t EndByOrders(std::size_t start) const;
+  bool Skips(std::uint32_t key) const;
+  std::uint32_t NextCounting(ot95::OrderWalk& walk) const;
+  bool Differ(std::uint32_t key1, std::uint32_t key2) const;
+
+  TextSpan text_;
+  TextSpan pattern_;
+  ot95::OrderWalk walk_;  // from the start of the text
+  ot95::OrderWalk soughtWalk_;
+  OtString open_;  // the pattern with a star behind it
+  std::size_t width_;
+  std::size_t length_;
+  std::size_t places_;  // matches begin below this one
+  unsigned short cmpOp_;
+  ot95::Levels levels_;
+  bool matchesRest_;
+  bool byOrders_ = false;
+  bool skips_ = false;       // some orders don't count
+  bool keysDecide_ = false;  // one difference of keys is enough
+  // How many of the pattern's orders count, and how many others are before and behind these.
+  std::size_t counting_ = 0;
+  std::size_t leading_ = 0;
+  std::size_t trailing_ = 0;
+};
+
+// An empty pattern is nowhere, unless wildcards make it one that matches all. OT_CMP_DEFAULT always
+// looks for the pattern alone, whatever op stands behind it.
+Search::Search(const OtString& text, const OtString& sought, unsigned short op)
+    : text_(TextSpan::Terminated(text.StrGet(), text.GetCodeSetCode(), text.GetLanguageCode())),
+      pattern_(TextSpan::Of(sought)),
+      walk_(text_),
+      soughtWalk_(pattern_),
+      open_(OT_CS_NONE, 0),
+      width_(CharWidth(text_.codeSet)),
+      length_(TextAccess::Length(text)),
+      places_(length_),
+      cmpOp_(op != OT_CMP_DEFAULT ? op : OtString::GetDefaultCmpOp()),
+      levels_(cmpOp_),
+      matchesRest_((op & OT_CMP_NO_WILDCARDS) == 0) {
+  if (matchesRest_) {
+    open_ = sought;
+    open_ << kStar;
+    pattern_ = TextSpan::Of(open_);
+  } else if (sought.IsEmpty()) {
+    places_ = 0;
+  } else {
+    Measure(sought);
+  }
+}
+
+void Search::Measure(const OtString& pattern) {
+  byOrders_ = text_.codeSet != 0 || pattern_.codeSet != 0;
+  if (!byOrders_) {
+    counting_ = TextAccess::Length(pattern);
+    return;
+  }
+  skips_ = (cmpOp_ & OT_CMP_ORDER_ONLY) == 0 && (levels_.ignoreSpace || levels_.ignoreSymbols);
+  // The script byte of a key's words is not that of each.
+  keysDecide_ =
+      !levels_.wildcards && text_.codeSet != OT_CS_ORDER && pattern_.codeSet != OT_CS_ORDER;
+  ot95::OrderWalk walk(soughtWalk_);
+  while (const std::uint32_t key = walk.NextKey(true)) {
+    const unsigned short order = ot95::OrderOfKey(key);
+    const bool wildcard =
+        levels_.wildcards && (order == ot95::AsteriskWord() || order == ot95::QuestionWord());
+    if (Skips(key) && !wildcard) {
+      ++(counting_ == 0 ? leading_ : trailing_);
+    } else {
+      ++counting_;
+      trailing_ = 0;
+    }
+  }
+  if (counting_ != 0) return;
+  // A pattern of nothing that counts meets as many orders as it has, of whatever kind.
+  counting_ = leading_;
+  skips_ = false;
+  keysDecide_ = false;
+}
+
+bool Search::Skips(std::uint32_t key) const {
+  return skips_ && !ot95::IsReal(key) && levels_.Ignores(key);
+}
+
+/// The next key of the pattern that counts.
+std::uint32_t Search::NextCounting(ot95::OrderWalk& walk) const {
+  std::uint32_t key = 0;
+  do key = walk.NextKey(true);
+  while (Skips(key));
+  return key;
+}
+
+/// Whether two keys at the same place keep texts from being equal.
+bool Search::Differ(std::uint32_t key1, std::uint32_t key2) const {
+  if (ot95::IsReal(key1) || ot95::IsReal(key2)) return ((key1 ^ key2) & levels_.mask) != 0;
+  return ot95::OrderOfKey(key1) != ot95::OrderOfKey(key2);
+}
+
+TextSpan Search::From(std::size_t start) const {
+  TextSpan rest = text_;
+  rest.text += start * width_;
+  return rest;
+}
+
+bool Search::Equals(std::size_t start, std::size_t stretchEnd) const {
+  const TextSpan stretch =
+      TextSpan::Bounded(text_.text + start * width_, (stretchEnd - start) * width_, text_.codeSet,
+                        text_.language, false);
+  return ot95::CompareSpans(stretch, pattern_, cmpOp_) == 0;
+}
+
+std::size_t Search::EndOfMatch(std::size_t start) const {
+  if (byOrders_) return EndByOrders(start);
+  // Raw bytes are their own orders, and a pattern with a star behind it takes all that follows.
+  const std::size_t matchEnd = matchesRest_ ? length_ : std::min(start + counting_, length_);
+  const long limit = matchesRest_ ? -1 : static_cast<long>(counting_);
+  return ot95::CompareSpans(From(start), pattern_, cmpOp_, limit) == 0 ? matchEnd : start;
+}
+
+/// Takes as many counting orders as the pattern has. Others belong to a match between those that
+/// count, and at an end as far as the pattern has the like there.
+std::size_t Search::EndByOrders(std::size_t start) const {
+  ot95::OrderWalk walk(walk_, From(start));
+  ot95::OrderWalk sought(soughtWalk_);
+  std::size_t counted = 0;
+  std::size_t skipped = 0;
+  std::size_t reached = start;
+  std::size_t boundary = start;
+  while (const std::uint32_t key = walk.NextKey(true)) {
+    if (Skips(key)) {
+      if (counted == 0 && ++skipped > leading_) return start;
+      if (counted == counting_ && ++skipped > trailing_) break;
+    } else {
+      if (counted++ == counting_) break;
+      if (keysDecide_ && Differ(key, NextCounting(sought))) return start;
+      skipped = 0;
+    }
+    reached = static_cast<std::size_t>(walk.position() - text_.text) / width_;
+    if (walk.BetweenCharacters()) boundary = reached;
+  }
+  // Inside of an expansion, what has been reached may be more than its first orders stand for: the
+  // Hungarian "nn" that no "y" follows is taken up as one, and is two letters.
+  for (std::size_t matchEnd = reached; matchEnd > start && matchEnd >= boundary; --matchEnd) {
+    if (Equals(start, matchEnd)) return matchEnd;
+  }
+  return start;
+}
+
+bool Search::Find(std::size_t start) {
+  for (place = start; place < places_; ++place) {
+    end = EndOfMatch(place);
+    if (end != place) return true;
+  }
+  return false;
+}
 
 }  // namespace
 
-/// One search of a text: what is sought, and the places where it may begin.
-struct OtString::Search {
-  Search(const OtString& text, const OtString& sought, unsigned short op);
-
-  OtString open;            ///< The pattern with a star behind it.
-  const OtString* pattern;  ///< As compared.
-  std::size_t end = 0;      ///< Places are below this one.
-  unsigned short cmpOp;
-  short maxChars = -1;
-  std::size_t longSize = 0;  ///< Characters of a pattern that is longer than maxChars can say.
-};
-
-// An empty pattern is nowhere, unless wildcards make it one that matches all.
-OtString::Search::Search(const OtString& text, const OtString& sought, unsigned short op)
-    : open(OT_CS_NONE, 0), pattern(&sought), cmpOp(op) {
-  const std::size_t length = text.Length();
-  const std::size_t size = sought.Length();
-  // The default op is asked for after this: it always looks for the pattern alone.
-  const bool matchesRest = (op & OT_CMP_NO_WILDCARDS) == 0;
-  if (op == OT_CMP_DEFAULT) cmpOp = GetDefaultCmpOp();
-  if (matchesRest) {
-    open = sought;
-    open << kStar;
-    pattern = &open;
-    end = length;
-    return;
-  }
-  if (size == 0) return;
-  if (size <= kMaxOrders) {
-    maxChars = static_cast<short>(size);
-  } else {
-    longSize = size;
-  }
-  // A pattern with wildcards may be longer than what it matches.
-  if ((cmpOp & OT_CMP_NO_WILDCARDS) == 0) {
-    end = length;
-  } else if (size <= length) {
-    end = length - size + 1;
-  }
-}
-
-/// The first place from `start` on where the text matches; kNotFound for none.
-std::size_t OtString::FindFrom(const Search& search, std::size_t start) const {
-  const std::size_t width = CharWidth(codeSet_);
-  const OtString& pattern = *search.pattern;
-  for (std::size_t place = start; place < search.end; ++place) {
-    if (search.longSize != 0) {
-      if (CopyAt(place, search.longSize).Compare(pattern, search.cmpOp) == 0) return place;
-      continue;
-    }
-    const long difference =
-        OtStrCmp(codeSet_, language_, buffer_ + place * width, pattern.codeSet_, pattern.language_,
-                 pattern.StrGet(), search.cmpOp, search.maxChars, OT_FORMAT_NATIVE);
-    if (difference == 0) return place;
-  }
-  return kNotFound;
-}
-
-std::size_t OtString::FindPlace(const OtString& pattern, std::size_t start,
-                                unsigned short cmpOp) const {
-  return FindFrom(Search(*this, pattern, cmpOp), start);
-}
-
 short OtString::Find(const OtString& pattern, unsigned short start, unsigned short cmpOp) const {
-  return static_cast<short>(FindPlace(pattern, start, cmpOp));
+  Search search(*this, pattern, cmpOp);
+  return search.Find(start) ? static_cast<short>(search.place) : static_cast<short>(-1);
 }
 
 short OtString::Find(char c, unsigned short start, unsigned short cmpOp) const {
@@ -97,43 +210,37 @@ short OtString::SubStringPos(const OtString& pattern, unsigned short cmpOp) cons
   return Find(pattern, 0, cmpOp);
 }
 
-// What is inserted isn't searched, and what follows a place isn't changed: all places are found in
-// the old text, first to know the room and then to fill it.
+// What is inserted isn't searched, and what follows a match isn't changed: all are found in the old
+// text, first to know the room and then to fill it.
 OtString& OtString::ReplaceAll(const OtString& from, const OtString& to, unsigned short start) {
-  const Search search(*this, from, OT_CMP_DEFAULT);
-  const std::size_t sought = from.Length();
-  const auto forEachPlace = [&](auto&& take) {
-    for (std::size_t at = FindFrom(search, start); at != kNotFound;
-         at = FindFrom(search, at + sought)) {
-      take(at);
-    }
+  Search search(*this, from, OT_CMP_DEFAULT);
+  const auto forEachMatch = [&](auto&& take) {
+    for (std::size_t at = start; search.Find(at); at = search.end) take(search.place, search.end);
   };
-  std::size_t places = 0;
-  std::size_t last = 0;
-  forEachPlace([&](std::size_t place) {
-    ++places;
-    last = place;
+  std::size_t matches = 0;
+  std::size_t removed = 0;
+  forEachMatch([&](std::size_t place, std::size_t end) {
+    ++matches;
+    removed += end - place;
   });
-  if (places == 0) return *this;
+  if (matches == 0) return *this;
 
   OtString inserted(codeSet_, language_);
   inserted += to;
   const std::size_t width = CharWidth(codeSet_);
   const std::size_t length = Length();
   const std::size_t piece = inserted.Length() * width;
-  // Under wildcards the last match may be shorter than what was sought.
-  const std::size_t removed = (places - 1) * sought + std::min(sought, length - last);
-  const std::size_t size = (length - removed + 1) * width + places * piece;
+  const std::size_t size = (length - removed + 1) * width + matches * piece;
   ot95::CheckTextSize(size);
   char* const fresh = ot95::NewText(size);
   if (fresh == nullptr) return *this;
 
   char* target = fresh;
   std::size_t done = 0;
-  forEachPlace([&](std::size_t place) {
+  forEachMatch([&](std::size_t place, std::size_t end) {
     target = std::copy(buffer_ + done * width, buffer_ + place * width, target);
     target = std::copy_n(inserted.StrGet(), piece, target);
-    done = std::min(place + sought, length);
+    done = end;
   });
   std::copy(buffer_ + done * width, buffer_ + (length + 1) * width, target);
   Adopt(fresh, size);
@@ -150,16 +257,27 @@ OtString& OtString::ReplaceAll(unsigned short from, unsigned short to, unsigned 
 
 int OtSplitList(OtString& list, OtString& item, const OtString& separator, unsigned short& pos) {
   // A place behind a text beyond what `pos` can say would begin its end anew for ever.
-  const std::size_t end = std::min<std::size_t>(TextAccess::Length(list), 0xffff);
-  std::size_t place = TextAccess::Find(list, separator, pos);
-  while (place == 0) place = TextAccess::Find(list, separator, ++pos);
-  if (place >= end) {
-    if (pos >= end) return OT_ERR_NO_MORE_ITEMS;
-    place = end;
+  const std::size_t length = std::min<std::size_t>(TextAccess::Length(list), 0xffff);
+  const auto cut = [](std::size_t place) {
+    return static_cast<unsigned short>(std::min<std::size_t>(place, 0xffff));
+  };
+  Search search(list, separator, OT_CMP_DEFAULT);
+  bool found = search.Find(pos);
+  // A separator at the very start is passed over.
+  if (found && search.place == 0) {
+    pos = cut(search.end);
+    found = search.Find(pos);
   }
-  OtString found = TextAccess::Copy(list, pos, place - pos);
-  found.Trim();
-  pos = static_cast<unsigned short>(std::min<std::size_t>(place + 1, 0xffff));
-  item = found;
+  std::size_t place = search.place;
+  std::size_t next = search.end;
+  if (!found || place >= length) {
+    if (pos >= length) return OT_ERR_NO_MORE_ITEMS;
+    place = length;
+    next = length + 1;
+  }
+  OtString part = TextAccess::Copy(list, pos, place - pos);
+  part.Trim();
+  pos = cut(next);
+  item = part;
   return 0;
 }

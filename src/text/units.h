@@ -126,11 +126,6 @@ struct TextAccess {
   static OtString Copy(const OtString& text, std::size_t pos, std::size_t n) {
     return text.CopyAt(pos, n);
   }
-  /// The place of `pattern` from `start` on under the default comparison op, or kNotFound.
-  static std::size_t Find(const OtString& text, const OtString& pattern, std::size_t start) {
-    return text.FindPlace(pattern, start, OT_CMP_DEFAULT);
-  }
-  static constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 };
 
 }  // namespace ot95

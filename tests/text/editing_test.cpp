@@ -5,6 +5,7 @@
 #include <random>
 #include <vector>
 
+#include "text/mixedtexts.h"
 #include "text/texts.h"
 
 namespace {
@@ -115,6 +116,122 @@ TEST(Find, NamedCases) {
   EXPECT_EQ(TextOf(OT_CS_UNICODE, u"ab").SubStringPos("b"), 1);
 }
 
+OtString In(const char* language, const std::u16string& units) {
+  OtString text = TextOf(OT_CS_UNICODE, units);
+  text.SetLanguageCode(OtLanguageContext::LanguageOfTag(language));
+  return text;
+}
+
+/// Puts the default op back that a test changes.
+class FindByOrders : public testing::Test {
+ protected:
+  ~FindByOrders() override { OtString::SetDefaultCmpOp(before_); }
+
+ private:
+  unsigned short before_ = OtString::GetDefaultCmpOp();
+};
+
+TEST_F(FindByOrders, MatchesWholeCharactersHoweverManyTheyAre) {
+  constexpr unsigned short kPlain = OT_CMP_NO_WILDCARDS;
+  constexpr unsigned short kNoSymbols = kPlain | OT_CMP_IGNORE_SYMBOLS;
+  const struct {
+    const char* language;
+    std::u16string text, pattern;
+    unsigned short op;
+    short place;
+    std::u16string replaced;  ///< All matches by "X".
+  } rows[] = {
+      {"de", u"Stra\u00dfburg", u"Stra\u00dfe", kPlain, -1, u"Stra\u00dfburg"},
+      {"de", u"Stra\u00dfe", u"Stras", kPlain, -1, u"Stra\u00dfe"},
+      {"de", u"die Stra\u00dfe", u"Stra\u00dfe", kPlain, 4, u"die X"},
+      {"de", u"Ma\u00dfe", u"MASS", kPlain | OT_CMP_IGNORE_CASE | OT_CMP_IGNORE_ACCENT, 0, u"Xe"},
+      {"de", u"Masse", u"a\u00df", kPlain | OT_CMP_IGNORE_CASE | OT_CMP_IGNORE_ACCENT, 1, u"MXe"},
+      {"cs", u"chata", u"ch", kPlain, 0, u"Xata"},
+      {"cs", u"dech", u"ch", kPlain, 2, u"deX"},
+      {"cs", u"chata", u"c", kPlain, -1, u"chata"},
+      {"hu", u"anna", u"n", kPlain, 1, u"aXXa"},
+      {"hu", u"aly\u0301h", u"al", kPlain, 0, u"Xy\u0301h"},
+      {"hu", u"aly\u0301h", u"aly", OT_CMP_IGNORE_ACCENT | kPlain, -1, u"aly\u0301h"},
+      {"hu", u"mennyi", u"n", kPlain, -1, u"mennyi"},
+      {"da", u"Kaas", u"aa", kPlain, 1, u"KXs"},
+      {"da", u"Kaaas", u"aa", kPlain, 1, u"KXas"},
+      {"fr", u"caf\u00e9s", u"e\u0301", kPlain, 3, u"cafXs"},
+      {"fr", u"cafe\u0301s", u"\u00e9", kPlain, 3, u"cafXs"},
+      {"fr", u"cafe\u0301s", u"e", kPlain, -1, u"cafe\u0301s"},
+      {"fr", u"cafe\u0301s", u"e", kPlain | OT_CMP_IGNORE_ACCENT, 3, u"cafXs"},
+      {"en", u"a-b", u"ab", kNoSymbols, 0, u"X"},
+      {"en", u"a-b", u"ab", kPlain, -1, u"a-b"},
+      {"en", u"New-York-City", u"York", kNoSymbols, 4, u"New-X-City"},
+      {"en", u"New-York-City", u"-York-", kNoSymbols, 3, u"NewXCity"},
+      {"en", u"New York City", u"-York-", kNoSymbols, 4, u"New X City"},
+      {"en", u"ab--ab", u"-", kNoSymbols, 2, u"abXXab"},
+      {"en", u"ab", u"a b c", kPlain | OT_CMP_IGNORE_SPACE, -1, u"ab"},
+      {"en", u"xa\u00dfy", u"a?", 0, 1, u"xa\u00dfy"},
+      {"de", u"xa\u00dfy", u"a*", 0, 1, u"xX\u00dfy"},
+      {"en", u"a-bcd", u"a?c", OT_CMP_IGNORE_SYMBOLS, 0, u"Xd"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.text) + " " + testing::PrintToString(row.pattern));
+    OtString text = In(row.language, row.text);
+    const OtString pattern = In(row.language, row.pattern);
+    EXPECT_EQ(text.SubStringPos(pattern, row.op), row.place);
+    OtString::SetDefaultCmpOp(row.op);
+    EXPECT_EQ(UnitsOf(text.ReplaceAll(pattern, In(row.language, u"X"))), row.replaced);
+  }
+}
+
+TEST_F(FindByOrders, RawBytesCountAsTheyStand) {
+  OtString text("abc-abd"), pattern("ab?");
+  text.SetCodeSetCode(OT_CS_NONE);
+  pattern.SetCodeSetCode(OT_CS_NONE);
+  EXPECT_EQ(text.Find(pattern), -1);
+  OtString::SetDefaultCmpOp(0);
+  EXPECT_EQ(text.Find(pattern, 1), 4);
+  EXPECT_EQ(UnitsOf(text.ReplaceAll(pattern, "x")), u"x-x");
+}
+
+std::u16string OrdersOf(OtString text) {
+  std::u16string orders;
+  OtStringIterator it(text);
+  while (const unsigned short order = it.GetNextOrder(1)) orders += order;
+  return orders;
+}
+
+/// By the comparison of every stretch that begins at a place with what stands there. Where it would
+/// tear a character, its orders are others.
+short ReferencePlace(const std::u16string& units, const OtString& pattern, const char* language,
+                     unsigned short op) {
+  for (std::size_t at = 0; at < units.size() && !pattern.IsEmpty(); ++at) {
+    const std::u16string rest = OrdersOf(In(language, units.substr(at)));
+    for (std::size_t length = 1; at + length <= units.size(); ++length) {
+      const OtString stretch = In(language, units.substr(at, length));
+      const bool whole = rest.rfind(OrdersOf(stretch), 0) == 0;
+      if (whole && stretch.Compare(pattern, op) == 0) return static_cast<short>(at);
+    }
+  }
+  return -1;
+}
+
+TEST_F(FindByOrders, AgreesWithTheComparisonOfEveryStretch) {
+  MixedTexts texts;
+  int found = 0;
+  for (int i = 0; i < 30000; ++i) {
+    const char* const languages[] = {"en", "de", "cs", "da", "hu"};
+    const char* const language = languages[texts.Number() % std::size(languages)];
+    const std::u16string units = texts.Text(8);
+    const std::u16string piece = units.substr(units.size() / 3, texts.Number() % 4);
+    const unsigned short ops[] = {0x10, 0x30, 0x50, 0x70};
+    const unsigned short op = ops[texts.Number() % std::size(ops)];
+    const OtString pattern = In(language, texts.Recased(piece));
+    const short expected = ReferencePlace(units, pattern, language, op);
+    found += expected >= 0;
+    ASSERT_EQ(In(language, units).Find(pattern, 0, op), expected)
+        << testing::PrintToString(units) << ' ' << testing::PrintToString(UnitsOf(pattern)) << ' '
+        << language << ' ' << op;
+  }
+  EXPECT_GT(found, 5000);
+}
+
 TEST(Find, EndsAtTheTextAndNotAtItsBuffer) {
   OtString text;
   text.CopyMapped(OtString("aba"), 1, 100);
@@ -162,7 +279,8 @@ TEST(Find, Lists) {
     std::vector<std::u16string> items;
   } rows[] = {{",a,, b ", ",", {u"a", u"", u"b"}}, {"", ",", {}},
               {",,,a", ",", {u"", u"", u"a"}},     {"a,", ",", {u"a"}},
-              {"a; b", "; ", {u"a", u"b"}},        {"a b", "", {u"a b"}}};
+              {"a; b", "; ", {u"a", u"b"}},        {"a b", "", {u"a b"}},
+              {"--a--b", "--", {u"a", u"b"}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.list);
     OtString list(row.list), item("untouched");
