@@ -39,17 +39,17 @@ struct OtIdxBounds;
 // The members of a type's row, by the contracts of OtTypeDescriptor (see typemgr.h). `count` 0 or
 // 1 is a single value for Create and Delete. PrintToString and ScanFromString handle one value.
 #define OT95_IDENTITY_ROW                                                                    \
-  static void* Create(unsigned long count);                                                  \
-  static void* Delete(void* value, unsigned long count);                                     \
+  static void* Create(unsigned long count = 1);                                              \
+  static void* Delete(void* value, unsigned long count = 1);                                 \
   static unsigned long Store(void* disk, const void* memory, unsigned char format,           \
-                             unsigned long count);                                           \
+                             unsigned long count = 1);                                       \
   static unsigned long Load(void* memory, const void* disk, unsigned char format,            \
-                            unsigned long count);                                            \
-  static unsigned long NullSizeGet(unsigned long count);                                     \
+                            unsigned long count = 1);                                        \
+  static unsigned long NullSizeGet(unsigned long count = 1);                                 \
   static unsigned long SizeGet(const void* value, unsigned char sourceFormat,                \
-                               unsigned char diskFormat, unsigned long count);               \
+                               unsigned char diskFormat, unsigned long count = 1);           \
   static unsigned long SizeGetFromMemFile(MemFile* file, unsigned char format,               \
-                                          unsigned long count);                              \
+                                          unsigned long count = 1);                          \
   static long Compare(unsigned char format, unsigned long length1, void* value1,             \
                       unsigned long length2, void* value2, unsigned short cmpOp,             \
                       unsigned long count, int& status);                                     \
@@ -59,10 +59,11 @@ struct OtIdxBounds;
                             unsigned long count, int& status);                               \
   static unsigned long Translate(                                                            \
       void* target, unsigned char targetFormat, unsigned long targetLength, void* source,    \
-      unsigned char sourceFormat, unsigned long sourceLength, unsigned long count);          \
+      unsigned char sourceFormat, unsigned long sourceLength, unsigned long count = 1);      \
   static OtString& PrintToString(OtString& target, void* value, const char* format,          \
-                                 unsigned long count);                                       \
-  static void* ScanFromString(void* value, OtString& text, const char* format, unsigned long count);
+                                 unsigned long count = 1);                                   \
+  static void* ScanFromString(void* value, OtString& text, const char* format,               \
+                              unsigned long count = 1);
 
 // Text of one value; a null format means the class's own.
 #define OT95_IDENTITY_TEXT                                               \

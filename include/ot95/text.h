@@ -142,7 +142,7 @@ class OT95_EXPORT OtStringIterator {
   /// Characters to deliver before the text goes on; the list must outlive its use. Code set 0xff is
   /// the iterator's own. While a list is there, used up or not, IsEOS is false; a step drops a list
   /// that is used up.
-  void SetOverflow(const OtWCharList* list, unsigned char codeSet);
+  void SetOverflow(const OtWCharList* list, unsigned char codeSet = 0xff);
   /// Writes `op` of every remaining character, and a terminator, through `target`, which must have
   /// the room.
   void Transform(OtStringIterator& target, OtCharOperation& op);
@@ -163,7 +163,6 @@ class OT95_EXPORT OtStringIterator {
                    unsigned char format, unsigned char script);
   OtStringIterator(unsigned char codeSet, unsigned char language, unsigned char format,
                    char* position);
-  void Release();
   bool HasPending() const;
   void Move(int characters);
 
@@ -175,7 +174,7 @@ class OT95_EXPORT OtStringIterator {
   short overflowIndex_;
   unsigned char overflowCodeSet_;
   unsigned char format_;
-  unsigned short ownsBuffer_;
+  char* owned_;  // the text of one character, wherever position_ has moved to
 };
 
 /// What OtString::Transform does to each character.
@@ -185,6 +184,19 @@ class OT95_EXPORT OtCharOperation {
 
  protected:
   ~OtCharOperation() = default;
+};
+
+/// The operation of OtString::ToUpper: the capital of each character. What a longer one has behind
+/// its first character is left to the iterator as pending.
+class OT95_EXPORT OtToUpper final : public OtCharOperation {
+ public:
+  OtChar operator()(OtChar c, OtStringIterator* source) override;
+};
+
+/// The operation of OtString::ToLower: the small letter of each character.
+class OT95_EXPORT OtToLower final : public OtCharOperation {
+ public:
+  OtChar operator()(OtChar c, OtStringIterator* source) override;
 };
 
 /// An owned, terminated text with its code set and language. The null value (of a database) is a
@@ -415,13 +427,14 @@ inline OtString operator+(const char* a, const OtString& b) {
 }
 
 /// Compares two texts by collation in levels, the second as a pattern unless `cmpOp` says no.
+/// @param cmpOp as it stands: here 0xffff is no default, but all of its bits, hence whole keys.
 /// @param maxChars orders compared on each side; negative: all.
 /// @param primaryOut may be null.
 /// @return negative, zero, positive: only the sign is meant.
 OT95_EXPORT long OtStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
                           unsigned char codeSet2, unsigned char language2, const char* text2,
-                          unsigned short cmpOp, short maxChars = -1, unsigned char format = 0xff,
-                          int* primaryOut = nullptr);
+                          unsigned short cmpOp = 0xffff, short maxChars = -1,
+                          unsigned char format = 0xff, int* primaryOut = nullptr);
 
 /// Comparer of the row OtString, by the contract of OtCompareFunc.
 OT95_EXPORT long StringCompare(unsigned char format, unsigned long length1, void* value1,
@@ -431,17 +444,17 @@ OT95_EXPORT long StringCompare(unsigned char format, unsigned long length1, void
 /// Hash of a text by its collation orders: equal in every level, equal hash.
 /// @param length orders to take; -1: to the end.
 OT95_EXPORT unsigned long HashString(unsigned char codeSet, unsigned char language,
-                                     const char* text, long length, unsigned char format);
+                                     const char* text, long length, unsigned char format = 0xff);
 OT95_EXPORT unsigned long HashOtString(const OtString& text);   ///< Of the raw characters.
 OT95_EXPORT unsigned long HashOtString7(const OtString& text);  ///< Of their low seven bits.
 
 /// Store, Load and SizeGet of the row OtString.
 OT95_EXPORT unsigned long StringStore(void* disk, const void* memory, unsigned char format,
-                                      unsigned long count);
+                                      unsigned long count = 1);
 OT95_EXPORT unsigned long StringLoad(void* memory, const void* disk, unsigned char format,
-                                     unsigned long count);
+                                     unsigned long count = 1);
 OT95_EXPORT unsigned long StringSizeGet(const void* value, unsigned char sourceFormat,
-                                        unsigned char diskFormat, unsigned long count);
+                                        unsigned char diskFormat, unsigned long count = 1);
 
 /// Takes the next item of a list apart, trimmed, from `pos` on.
 /// @return 0, or OT_ERR_NO_MORE_ITEMS with `item` untouched.

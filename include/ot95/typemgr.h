@@ -173,15 +173,17 @@ class OT95_EXPORT OtTypeMgr {
   /// 0 for identifiers 41 to 99, else 1; the table isn't asked.
   int IsValidType(char id) const;
 
-  void* Create(char id, unsigned long count);
-  void* Delete(char id, void* value, unsigned long count);
+  void* Create(char id, unsigned long count = 1);
+  void* Delete(char id, void* value, unsigned long count = 1);
   void* DefaultValue(char id, unsigned long count, int nullable);
-  unsigned long Store(char id, void* disk, void* memory, unsigned char format, unsigned long count);
-  unsigned long Load(char id, void* memory, void* disk, unsigned char format, unsigned long count);
+  unsigned long Store(char id, void* disk, void* memory, unsigned char format,
+                      unsigned long count = 1);
+  unsigned long Load(char id, void* memory, void* disk, unsigned char format,
+                     unsigned long count = 1);
   unsigned long DiskLenGet(char id, void* value, unsigned char diskFormat, unsigned long count,
                            unsigned char sourceFormat);
   unsigned long DiskLenGetFromMemFile(char id, MemFile* file, unsigned char format,
-                                      unsigned long count);
+                                      unsigned long count = 1);
   float EvalAndBound(char id, OtIdxBounds* bounds, unsigned short& op, void* value,
                      unsigned char format, unsigned long count, OtIdxBounds* limits,
                      OtEvalData* data);
@@ -189,7 +191,7 @@ class OT95_EXPORT OtTypeMgr {
                      unsigned char format, int& status);
   unsigned long Translate(char id, void* target, unsigned char targetFormat,
                           unsigned long targetLength, void* source, unsigned char sourceFormat,
-                          unsigned long sourceLength, unsigned long count);
+                          unsigned long sourceLength, unsigned long count = 1);
   int IsNullValue(char id, void* value);
 
   /// Compares complete arrays.
@@ -216,26 +218,26 @@ class OT95_EXPORT OtTypeMgr {
   /// Finds a type by its exact name: 0 with `id` set, or 1 with `id` at 41.
   int Name2OtTypeId(const char* name, char& id) const;
   /// Bytes of `count` values in memory, cut to 16 bits.
-  unsigned short MemLenGet(char id, unsigned long count) const;
+  unsigned short MemLenGet(char id, unsigned long count = 1) const;
   unsigned short IsFixed(char id) const;
   unsigned short SupportsNullValue(char id) const;
   /// Always OT_ERR_NOT_SUPPORTED: a stored value doesn't tell through this class.
   int DiskIsNullValue(char id, void* value) const;
   /// Element `index` of an array; null from `count` on, where a `count` of 0 is no bound.
-  void* GetArrayElement(char id, void* value, unsigned long index, unsigned long count) const;
+  void* GetArrayElement(char id, void* value, unsigned long index, unsigned long count = 1) const;
 
   /// As the row's member; the record then owns its strings through this manager.
-  OtTypeConvertData* ConvertTo(char id, void* value, unsigned long count);
-  void* ConvertFrom(char id, OtTypeConvertData* data, unsigned long count);
+  OtTypeConvertData* ConvertTo(char id, void* value, unsigned long count = 1);
+  void* ConvertFrom(char id, OtTypeConvertData* data, unsigned long count = 1);
   /// Makes a value null, or what an empty text converts to where the type has no null.
   int SetNullValue(char id, void* value);
 
   /// Renders values; the elements of an array are appended with commas between them.
   /// @param format null for the row's own.
   OtString& PrintToOtString(char id, OtString& target, void* value, const char* format,
-                            unsigned long count);
+                            unsigned long count = 1);
   void* ScanFromOtString(char id, void* value, OtString& text, const char* format,
-                         unsigned long count);
+                         unsigned long count = 1);
   /// The text that null values print as and scan from.
   static const OtString& GetNullPrintString();
   static void SetNullPrintString(const OtString& text);

@@ -231,6 +231,15 @@ void ChangeCase(ot95::CaseOp op, OtString& string) {
 
 }  // namespace
 
+OtChar OtToUpper::operator()(OtChar c, OtStringIterator* source) {
+  return c.ToUpper(source);
+}
+
+OtChar OtToLower::operator()(OtChar c, OtStringIterator* source) {
+  return c.ToLower(source);
+}
+
+// The same as by Transform with these operations, without asking anew for every character.
 OtString& OtString::ToUpper() {
   ChangeCase(ot95::CaseOp::kUpper, *this);
   return *this;

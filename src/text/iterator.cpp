@@ -2,12 +2,16 @@
 /// goes on.
 
 #include <new>
+#include <utility>
 
 #include "ot95/text.h"
 #include "text/collation/orders.h"
 #include "text/units.h"
 
 namespace {
+
+/// Room for a character and a terminator of either width.
+constexpr std::size_t kOwnedBytes = 4;
 
 unsigned char Or(unsigned char given, unsigned char standIn) {
   return given != 0xff ? given : standIn;
@@ -25,7 +29,7 @@ OtStringIterator::OtStringIterator(char* position, unsigned char codeSet, unsign
       overflowIndex_(0),
       overflowCodeSet_(0),
       format_(format),
-      ownsBuffer_(0) {}
+      owned_(nullptr) {}
 
 /// Over a text, with the script of its code set and language.
 OtStringIterator::OtStringIterator(unsigned char codeSet, unsigned char language,
@@ -58,19 +62,22 @@ OtStringIterator::OtStringIterator(unsigned short* text, unsigned char codeSet,
 
 OtStringIterator::OtStringIterator(OtChar& character)
     : OtStringIterator(character.GetCodeSetCode(), character.GetLanguageCode(), OT_FORMAT_NATIVE,
-                       new (std::nothrow) char[4]()) {
+                       new (std::nothrow) char[kOwnedBytes]()) {
   if (position_ == nullptr) return;
   ot95::StoreUnit(position_, character.GetValue(), ot95::IsWide(codeSet_));
-  ownsBuffer_ = 1;
+  owned_ = position_;
 }
 
 OtStringIterator::~OtStringIterator() {
-  Release();
+  delete[] owned_;
 }
 
 OtStringIterator& OtStringIterator::operator=(const OtStringIterator& other) {
   if (this == &other) return *this;
-  Release();
+  // A copy of this iterator stands in the text that this one owns: going back to it keeps the text.
+  const auto place = reinterpret_cast<std::uintptr_t>(other.position_);
+  const auto owned = reinterpret_cast<std::uintptr_t>(owned_);
+  if (place < owned || place >= owned + kOwnedBytes) delete[] std::exchange(owned_, nullptr);
   position_ = other.position_;
   codeSet_ = other.codeSet_;
   language_ = other.language_;
@@ -80,11 +87,6 @@ OtStringIterator& OtStringIterator::operator=(const OtStringIterator& other) {
   overflowCodeSet_ = other.overflowCodeSet_;
   format_ = other.format_;
   return *this;
-}
-
-void OtStringIterator::Release() {
-  if (ownsBuffer_ != 0) delete[] position_;
-  ownsBuffer_ = 0;
 }
 
 bool OtStringIterator::HasPending() const {

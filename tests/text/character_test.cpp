@@ -160,7 +160,7 @@ TEST(Iterator, DeliversWhatIsPendingBeforeItGoesOn) {
   end.Step(1);
   end.Step(1);
   EXPECT_TRUE(end.IsEOS());
-  end.SetOverflow(&OneEntry(), 0xff);
+  end.SetOverflow(&OneEntry());
   EXPECT_EQ((*end).GetCodeSetCode(), 1);
   EXPECT_FALSE(end.IsEOS()) << "until a step has dropped the list";
   ++at;
@@ -176,15 +176,17 @@ TEST(Iterator, OwnsTheTextOfOneCharacter) {
   OtString text("z");
   at = OtStringIterator(text);
   EXPECT_EQ((*at).GetValue(), 'z');
+  // It is freed wherever the iterator has moved to, and not under a copy that goes back.
+  OtStringIterator stepped(c), walked(c), replaced(c), back(c);
+  ++stepped;
+  EXPECT_NE(walked.GetNextOrder(1), 0);
+  ++replaced;
+  replaced = OtStringIterator(text);
+  EXPECT_EQ((*replaced).GetValue(), 'z');
+  const OtStringIterator before = back++;
+  back = before;
+  EXPECT_EQ((*back).GetValue(), 0x20ac);
 }
-
-/// What ToUpper and ToLower of a string must do, one character at a time.
-struct Upper : OtCharOperation {
-  OtChar operator()(OtChar c, OtStringIterator* source) override { return c.ToUpper(source); }
-};
-struct Lower : OtCharOperation {
-  OtChar operator()(OtChar c, OtStringIterator* source) override { return c.ToLower(source); }
-};
 
 TEST(Case, OfATextIsThatOfItsCharacters) {
   const unsigned char german = 3, turkish = 28;
@@ -199,10 +201,10 @@ TEST(Case, OfATextIsThatOfItsCharacters) {
       OtString text = TextOf(codeSet, codeSet > 0xe0 ? units : bytes);
       text.SetLanguageCode(language);
       OtString fast(text), slow(text);
-      Upper upper;
+      OtToUpper upper;
       EXPECT_EQ(UnitsOf(fast.ToUpper()), UnitsOf(slow.Transform(upper)));
       EXPECT_EQ(fast.MemLen(), slow.MemLen());
-      Lower lower;
+      OtToLower lower;
       EXPECT_EQ(UnitsOf(text.ToLower()), UnitsOf(OtString(text).Transform(lower)));
     }
   }

@@ -23,15 +23,15 @@
 /// same place; otherwise they must not overlap. With a `count` of 0 neither pointer is used.
 /// @{
 OT95_EXPORT unsigned long CharStore(void* target, const void* source, unsigned char format,
-                                    unsigned long count);  ///< 1 byte each: always a copy.
+                                    unsigned long count = 1);  ///< 1 byte each: always a copy.
 OT95_EXPORT unsigned long ShortStore(void* target, const void* source, unsigned char format,
-                                     unsigned long count);  ///< 2 bytes each.
+                                     unsigned long count = 1);  ///< 2 bytes each.
 OT95_EXPORT unsigned long LongStore(void* target, const void* source, unsigned char format,
-                                    unsigned long count);  ///< OtLong or OtDWord, 4 bytes each.
+                                    unsigned long count = 1);  ///< OtLong or OtDWord, 4 bytes each.
 OT95_EXPORT unsigned long FloatStore(void* target, const void* source, unsigned char format,
-                                     unsigned long count);  ///< 4 bytes each, every bit kept.
+                                     unsigned long count = 1);  ///< 4 bytes each, every bit kept.
 OT95_EXPORT unsigned long DoubleStore(void* target, const void* source, unsigned char format,
-                                      unsigned long count);  ///< 8 bytes each, every bit kept.
+                                      unsigned long count = 1);  ///< 8 bytes each, every bit kept.
 /// @}
 
 /// @name Integers of the machine
@@ -39,13 +39,13 @@ OT95_EXPORT unsigned long DoubleStore(void* target, const void* source, unsigned
 /// apart because a form with another width would widen in one and cut in the other.
 /// @{
 OT95_EXPORT unsigned long IntStore(void* target, const void* source, unsigned char format,
-                                   unsigned long count);
+                                   unsigned long count = 1);
 OT95_EXPORT unsigned long IntLoad(void* target, const void* source, unsigned char format,
-                                  unsigned long count);
+                                  unsigned long count = 1);
 OT95_EXPORT unsigned long UnsignedStore(void* target, const void* source, unsigned char format,
-                                        unsigned long count);
+                                        unsigned long count = 1);
 OT95_EXPORT unsigned long UnsignedLoad(void* target, const void* source, unsigned char format,
-                                       unsigned long count);
+                                       unsigned long count = 1);
 /// @}
 
 /// @name Size primitives
@@ -53,28 +53,28 @@ OT95_EXPORT unsigned long UnsignedLoad(void* target, const void* source, unsigne
 /// forms matter to a scalar's size; `value` may be null.
 /// @{
 OT95_EXPORT unsigned long CharSizeGet(const void* value, unsigned char sourceFormat,
-                                      unsigned char diskFormat, unsigned long count);
+                                      unsigned char diskFormat, unsigned long count = 1);
 OT95_EXPORT unsigned long ShortSizeGet(const void* value, unsigned char sourceFormat,
-                                       unsigned char diskFormat, unsigned long count);
+                                       unsigned char diskFormat, unsigned long count = 1);
 OT95_EXPORT unsigned long LongSizeGet(const void* value, unsigned char sourceFormat,
-                                      unsigned char diskFormat, unsigned long count);
+                                      unsigned char diskFormat, unsigned long count = 1);
 OT95_EXPORT unsigned long IntSizeGet(const void* value, unsigned char sourceFormat,
-                                     unsigned char diskFormat, unsigned long count);
+                                     unsigned char diskFormat, unsigned long count = 1);
 OT95_EXPORT unsigned long FloatSizeGet(const void* value, unsigned char sourceFormat,
-                                       unsigned char diskFormat, unsigned long count);
+                                       unsigned char diskFormat, unsigned long count = 1);
 OT95_EXPORT unsigned long DoubleSizeGet(const void* value, unsigned char sourceFormat,
-                                        unsigned char diskFormat, unsigned long count);
+                                        unsigned char diskFormat, unsigned long count = 1);
 /// @}
 
 /// @name Null size primitives
 /// Bytes that `count` null values take on disk: as many as any others.
 /// @{
-OT95_EXPORT unsigned long CharNullSizeGet(unsigned long count);
-OT95_EXPORT unsigned long ShortNullSizeGet(unsigned long count);
-OT95_EXPORT unsigned long LongNullSizeGet(unsigned long count);
-OT95_EXPORT unsigned long IntNullSizeGet(unsigned long count);
-OT95_EXPORT unsigned long FloatNullSizeGet(unsigned long count);
-OT95_EXPORT unsigned long DoubleNullSizeGet(unsigned long count);
+OT95_EXPORT unsigned long CharNullSizeGet(unsigned long count = 1);
+OT95_EXPORT unsigned long ShortNullSizeGet(unsigned long count = 1);
+OT95_EXPORT unsigned long LongNullSizeGet(unsigned long count = 1);
+OT95_EXPORT unsigned long IntNullSizeGet(unsigned long count = 1);
+OT95_EXPORT unsigned long FloatNullSizeGet(unsigned long count = 1);
+OT95_EXPORT unsigned long DoubleNullSizeGet(unsigned long count = 1);
 /// @}
 
 #endif

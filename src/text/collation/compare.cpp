@@ -117,6 +117,10 @@ short OtStrWildcardPos(unsigned char codeSet, unsigned char language, const char
 long OtStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
               unsigned char codeSet2, unsigned char language2, const char* text2,
               unsigned short cmpOp, short maxChars, unsigned char format, int* primaryOut) {
+  const bool matches = (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0 && maxChars != 0;
+  const bool raw = codeSet1 == 0 && codeSet2 == 0 && language2 != OT_LANG_NULL;
+  // Where there is no text at all, not even a star matches.
+  if (text1 == nullptr && raw && matches) return text2 == nullptr || *text2 == 0 ? 0 : -1;
   const bool reversed = format != 0xff && ot95::IsReversed(format);
   const auto span = [reversed](unsigned char codeSet, unsigned char language, const char* text) {
     if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();

@@ -293,6 +293,14 @@ TEST(Levels, NullValues) {
   }
   EXPECT_EQ(OtStrCmp(0, null, "", 1, 1, "*", 0), 0) << "a pattern can match it";
   EXPECT_EQ(OtStrCmp(1, 1, nullptr, 1, 1, "", 0x10), 0) << "no text is an empty one";
+  EXPECT_LT(OtStrCmp(0, 0, nullptr, 0, 0, "*", 0), 0) << "raw text that isn't there has no match";
+  EXPECT_EQ(OtStrCmp(0, 0, "", 0, 0, "*", 0), 0);
+  for (const char* empty : {"", static_cast<const char*>(nullptr)}) {
+    EXPECT_EQ(OtStrCmp(0, 0, nullptr, 0, 0, empty, 0), 0);
+  }
+  EXPECT_EQ(OtStrCmp(0, 0, nullptr, 0, 0, "*", 0, 0), 0) << "nothing is compared";
+  EXPECT_GT(OtStrCmp(0, 0, nullptr, 0, null, "*", 0), 0);
+  EXPECT_GT(OtStrCmp(1, 1, "*", 1, 1, "!"), 0) << "whole keys unless told";
 }
 
 TEST(Levels, KeysOfManyScriptsMakeNoCycle) {
