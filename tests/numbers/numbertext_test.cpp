@@ -145,7 +145,7 @@ TEST(NumberText, ResultsAreCutAt511Bytes) {
   EXPECT_EQ(Print(kInt, 7, "%511d"), blanks.substr(1) + "7");
   EXPECT_EQ(Print(kDouble, 1.0, "%.5000f"), "1." + std::string(509, '0'));
   EXPECT_EQ(Print(kDouble, -1e308, "%400.300f").size(), 511u);
-  EXPECT_EQ(Print(kInt, 7, (std::string(505, 'x') + "%012d").c_str()).size(), 511u);
+  EXPECT_EQ(Print(kInt, 7, std::string(505, 'x').append("%012d").c_str()).size(), 511u);
 }
 
 TEST(NumberText, IntegersScanAsWith32BitLongs) {
