@@ -126,7 +126,7 @@ class OT95_EXPORT OtDate {
   constexpr bool operator<=(const OtDate& other) const { return (*this != other) <= 0; }
   constexpr bool operator>=(const OtDate& other) const { return (*this != other) >= 0; }
 
-  /// The weekday. Right from 0000-03-01 to 4600-02-29; farther off it can fall to Sunday.
+  /// The weekday. Right from 0000-03-01 to 4600-02-28; farther off it can fall to Sunday.
   OtDaysOfTheWeek DayOfTheDate() const;
   /// The weekday's English name.
   OtString PrintDayOfTheDate() const;
@@ -303,7 +303,8 @@ class OT95_EXPORT OtDateTime {
   OtDate date;
   OtTime time;
 
-  OtDateTime() { Now(); }
+  /// Today, at the present time of day.
+  OtDateTime() = default;
   OtDateTime(const OtDate& d, const OtTime& t) : date(d), time(t) {}
   /// The date at the present time of day, not at midnight.
   OtDateTime(const OtDate& d) : date(d) {}

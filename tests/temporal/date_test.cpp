@@ -133,7 +133,12 @@ TEST(OtDate, DividesByMagnitudes) {
   const Divisions d;
   const struct {
     long a, b, quotient, remainder;
-  } rows[] = {{7, 3, 2, 1}, {-7, 3, -2, -1}, {7, -3, -2, -1}, {-7, -3, 2, 1}, {7, 0, 0, 0}};
+  } rows[] = {{7, 3, 2, 1},
+              {-7, 3, -2, -1},
+              {7, -3, -2, -1},
+              {-7, -3, 2, 1},
+              {7, 0, 0, 0},
+              {static_cast<long>(0x80000000UL), 2, -1073741824, 0}};  // operands are cut first
   for (const auto& row : rows) {
     EXPECT_EQ(d.divide(row.a, row.b), row.quotient) << row.a << '/' << row.b;
     EXPECT_EQ(d.modulo(row.a, row.b), row.remainder) << row.a << '/' << row.b;
