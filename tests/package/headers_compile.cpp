@@ -2,3 +2,8 @@
 #include "ot95/obs.h"
 #include "ot95/oin.h"
 #include "ot95/ot95.h"
+
+#if !defined(OtINDEX_MAX_KEYLEN) || OtINDEX_MAX_KEYLEN != 254
+#error "the preprocessor knows the length of keys"
+#endif
+static_assert(static_cast<OtFormatByte>(-1) == 255, "an unsigned byte");
