@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run test bench format check-format clean release dev ilp32
+.PHONY: all run test bench format check-format clean release dev ilp32 uchar
 .PHONY: setup-run setup-test setup-bench
 
 all: setup-bench release
@@ -22,7 +22,7 @@ bench: setup-bench
 setup-run setup-test setup-bench:
 	@scripts/setup $(@:setup-%=%)
 
-release dev ilp32:
+release dev ilp32 uchar:
 	@scripts/build $@ $(JOBS)
 
 format:

@@ -26,6 +26,10 @@ if(OT95_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link -Wno-unknown-attributes)
 endif()
 
+# A symbol that is one for the whole process would keep its library loaded for ever.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fno-gnu-unique OT95_HAS_GNU_UNIQUE)
+
 add_library(ot95_warnings INTERFACE)
 target_compile_options(ot95_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Werror)
@@ -38,6 +42,9 @@ function(ot95_library name)
   target_include_directories(${name}_objects PUBLIC
     ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name}_objects PRIVATE ot95_warnings)
+  if(OT95_HAS_GNU_UNIQUE)
+    target_compile_options(${name}_objects PRIVATE -fno-gnu-unique)
+  endif()
   foreach(dependency IN LISTS ARG_DEPENDS)
     target_include_directories(${name}_objects PUBLIC
       $<TARGET_PROPERTY:${dependency},INTERFACE_INCLUDE_DIRECTORIES>)

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "keys.h"
+#include "ot95/int64.h"
 #include "scanlimits.h"
 #include "value.h"
 
@@ -10,6 +11,9 @@ namespace otdb {
 namespace {
 
 using Ranges = std::vector<Range>;
+
+/// Its row answers a number of values, not a share of them.
+constexpr char kNullableInt64 = 38;
 
 double TotalOf(const Ranges& ranges) {
   double total = 0;
@@ -138,12 +142,23 @@ class Planner {
     }
     if (!isEmpty) ends.Set(first.Key(), last.Key());
     auto op = static_cast<unsigned short>(term.relation | term.options);
-    const float share = Types().EvalAndBound(type, isEmpty ? nullptr : &ends, op,
-                                             Place(term.operand), form_, 1, &limits, nullptr);
-    range.share = isEmpty ? 0 : std::clamp(double{share}, 0.0, 1.0);
+    double share = Types().EvalAndBound(type, isEmpty ? nullptr : &ends, op, Place(term.operand),
+                                        form_, 1, &limits, nullptr);
+    if (type == kNullableInt64 && !isEmpty) {
+      share /= NumberOf(last.Key()) - NumberOf(first.Key()) + 1.0;
+    }
+    range.share = isEmpty ? 0 : std::clamp(share, 0.0, 1.0);
     range.lower = limits.Lower();
     range.upper = limits.Upper();
     return (op & OT_OP_WILDCARD) != 0;
+  }
+
+  /// The number in a key of OtNull_OtInt64, behind its flag.
+  double NumberOf(View key) const {
+    constexpr char int64 = 26;
+    OtInt64 number(0);
+    Types().Load(int64, &number, Place(key.subspan(1)), form_, 1);
+    return number.high * 4294967296.0 + number.low;
   }
 
   /// What a key or a pattern doesn't tell decides an inequality: a limit that isn't whole is none,

@@ -153,6 +153,11 @@ class OT95_EXPORT OtRef {
 
   OT95_IDENTITY_TEXT
   OT95_IDENTITY_ROW
+
+ private:
+  // Makes `ref = {}` ambiguous, which would set the database to 0 and keep all else.
+  enum class Nothing {};
+  OtRef& operator=(Nothing) = delete;
 };
 
 /// Reference within the own database.

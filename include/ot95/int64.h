@@ -28,6 +28,8 @@ class OT95_EXPORT OtInt64 {
   constexpr OtInt64(int value) : OtInt64(Bits{static_cast<std::uint64_t>(value)}) {}
   constexpr OtInt64(unsigned long value) : OtInt64(Bits{value}) {}
   constexpr OtInt64(unsigned value) : OtInt64(Bits{value}) {}
+  constexpr OtInt64(long long value) : OtInt64(Bits{static_cast<std::uint64_t>(value)}) {}
+  constexpr OtInt64(unsigned long long value) : OtInt64(Bits{value}) {}
   /// Sets the two words to the low 32 bits of the arguments.
   constexpr OtInt64(unsigned long lowWord, long highWord)
       : low(static_cast<std::uint32_t>(lowWord)), high(static_cast<std::int32_t>(highWord)) {}

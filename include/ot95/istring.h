@@ -41,6 +41,8 @@ class OT95_EXPORT OtLegacyString {
   OtLegacyString(int number);
   OtLegacyString(long number);
   OtLegacyString(unsigned long number);
+  OtLegacyString(long long number);
+  OtLegacyString(unsigned long long number);
   OtLegacyString(double number);  ///< With six digits behind the point.
   OtLegacyString(const OtLegacyString& other);
   ~OtLegacyString();

@@ -141,7 +141,8 @@ class OT95_EXPORT d_Time {
   d_Time(unsigned short hour, unsigned short minute, float second, short tzHour, short tzMinute);
   /// From a count of seconds, cut to 32 bits. It isn't reduced to one day.
   d_Time(long seconds);
-  d_Time(int seconds) : d_Time(long{seconds}) {}
+  template <class Number, class = ot95::IfNumber<Number>>
+  d_Time(Number seconds) : d_Time(static_cast<long>(seconds)) {}
   d_Time(const OtTime& other);
   d_Time(const OtDateTime& other) : d_Time(other.time) {}
   d_Time(const d_Timestamp& other);

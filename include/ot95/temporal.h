@@ -34,12 +34,22 @@
 /// three letters. It reports no failure; what isn't a valid value becomes 0000-01-01 00:00:00.
 
 #include <cstdint>
+#include <type_traits>
 
 #include "ot95/base.h"
 
 class OtDateTime;
 class OtInt64;
 class OtString;
+
+namespace ot95 {
+
+/// Lets every type of number in where a parameter is meant as `long`. The operators of dates and
+/// times would else be ambiguous with those of `long`, to which both convert.
+template <class Number>
+using IfNumber = std::enable_if_t<std::is_convertible_v<Number, long> && !std::is_class_v<Number>>;
+
+}  // namespace ot95
 
 /// Weekdays as OtDate counts them. (d_Date::Weekday starts with Sunday.)
 enum OtDaysOfTheWeek : int {
@@ -63,7 +73,8 @@ class OT95_EXPORT OtDate {
   OtDate() { Today(); }
   /// From a day number, cut to 32 bits; see dateabs.
   OtDate(long dayNumber) { dateabs(dayNumber); }
-  OtDate(int dayNumber) { dateabs(dayNumber); }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtDate(Number dayNumber) : OtDate(static_cast<long>(dayNumber)) {}
   /// The fields, cut to their widths and not checked.
   constexpr OtDate(int y, int m, int d)
       : year(static_cast<std::int16_t>(y)),
@@ -77,13 +88,25 @@ class OT95_EXPORT OtDate {
   // Arithmetic in days, by way of the day number.
   OtDate operator+(long days) const;
   OtDate operator-(long days) const;
-  OtDate operator+(int days) const { return *this + long{days}; }
-  OtDate operator-(int days) const { return *this - long{days}; }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtDate operator+(Number days) const {
+    return *this + static_cast<long>(days);
+  }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtDate operator-(Number days) const {
+    return *this - static_cast<long>(days);
+  }
   long operator-(const OtDate& other) const { return dayabs() - other.dayabs(); }
   OtDate& operator+=(long days) { return *this = *this + days; }
   OtDate& operator-=(long days) { return *this = *this - days; }
-  OtDate& operator+=(int days) { return *this += long{days}; }
-  OtDate& operator-=(int days) { return *this -= long{days}; }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtDate& operator+=(Number days) {
+    return *this = *this + days;
+  }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtDate& operator-=(Number days) {
+    return *this = *this - days;
+  }
   OtDate& operator++() { return *this += 1; }
   OtDate& operator--() { return *this -= 1; }
 
@@ -103,7 +126,7 @@ class OT95_EXPORT OtDate {
   constexpr bool operator<=(const OtDate& other) const { return (*this != other) <= 0; }
   constexpr bool operator>=(const OtDate& other) const { return (*this != other) >= 0; }
 
-  /// The weekday. Right from 0000-03-01 to 4600-02-29; farther off it can fall to Sunday.
+  /// The weekday. Right from 0000-03-01 to 4600-02-28; farther off it can fall to Sunday.
   OtDaysOfTheWeek DayOfTheDate() const;
   /// The weekday's English name.
   OtString PrintDayOfTheDate() const;
@@ -206,7 +229,8 @@ class OT95_EXPORT OtTime {
   OtTime() { Now(); }
   /// From a count of seconds, cut to 32 bits. It isn't reduced to one day: 90000 gives the hour 25.
   OtTime(long seconds);
-  OtTime(int seconds) : OtTime(long{seconds}) {}
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtTime(Number seconds) : OtTime(static_cast<long>(seconds)) {}
   /// The fields, cut to their widths and not checked.
   constexpr OtTime(int h, int m, int s)
       : hour(static_cast<signed char>(h)),
@@ -221,14 +245,26 @@ class OT95_EXPORT OtTime {
   OtTime operator+(long seconds) const;
   /// Earlier by seconds. One day is made up for; going back farther leaves a negative hour.
   OtTime operator-(long seconds) const;
-  OtTime operator+(int seconds) const { return *this + long{seconds}; }
-  OtTime operator-(int seconds) const { return *this - long{seconds}; }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtTime operator+(Number seconds) const {
+    return *this + static_cast<long>(seconds);
+  }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtTime operator-(Number seconds) const {
+    return *this - static_cast<long>(seconds);
+  }
   /// The way from `other` forward to this time on a 24-hour clock.
   OtTime operator-(const OtTime& other) const;
   OtTime& operator+=(long seconds) { return *this = *this + seconds; }
   OtTime& operator-=(long seconds) { return *this = *this - seconds; }
-  OtTime& operator+=(int seconds) { return *this += long{seconds}; }
-  OtTime& operator-=(int seconds) { return *this -= long{seconds}; }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtTime& operator+=(Number seconds) {
+    return *this = *this + seconds;
+  }
+  template <class Number, class = ot95::IfNumber<Number>>
+  OtTime& operator-=(Number seconds) {
+    return *this = *this - seconds;
+  }
   OtTime& operator++() { return *this += 1; }
   OtTime& operator--() { return *this -= 1; }
 
@@ -267,7 +303,8 @@ class OT95_EXPORT OtDateTime {
   OtDate date;
   OtTime time;
 
-  OtDateTime() { Now(); }
+  /// Today, at the present time of day.
+  OtDateTime() = default;
   OtDateTime(const OtDate& d, const OtTime& t) : date(d), time(t) {}
   /// The date at the present time of day, not at midnight.
   OtDateTime(const OtDate& d) : date(d) {}

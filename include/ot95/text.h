@@ -225,6 +225,8 @@ class OT95_EXPORT OtString {
   OtString(unsigned int number);  ///< Signed text: 4294967295 gives "-1".
   OtString(long number);
   OtString(unsigned long number);
+  OtString(long long number);
+  OtString(unsigned long long number);
   OtString(double number);  ///< Fifteen significant digits.
   ~OtString() { Destroy(); }
 
@@ -351,6 +353,8 @@ class OT95_EXPORT OtString {
   OtString& operator<<(unsigned int value);
   OtString& operator<<(long value);
   OtString& operator<<(unsigned long value);
+  OtString& operator<<(long long value);
+  OtString& operator<<(unsigned long long value);
   OtString& operator<<(float value);
   OtString& operator<<(double value);
   /// The place of a character or of the terminator, to read or to write through; elsewhere, and

@@ -28,7 +28,7 @@ class OtTypeConvertData;
 struct OtEvalData;  ///< A record of the engine; accepted and dropped.
 
 /// Greatest length in bytes of an index key.
-constexpr unsigned OtINDEX_MAX_KEYLEN = 254;
+#define OtINDEX_MAX_KEYLEN 254U
 
 /// Bits of the operator word of EvalAndBound.
 enum : unsigned short {
@@ -39,7 +39,9 @@ enum : unsigned short {
 };
 
 /// Two keys in disk form: the key range of an index as input, the scan limits as output. Keys that
-/// an operation allocates come from `malloc` and belong to the owner of the record.
+/// an operation allocates come from `malloc` and belong to the owner of the record. At a key that
+/// isn't null a length of 0 stands for a whole element of a fixed-size type, and for the empty text
+/// of a text type.
 struct OtIdxBounds {
   void* lowerKey = nullptr;
   void* upperKey = nullptr;
@@ -69,7 +71,9 @@ using OtFileSizeFunc = unsigned long (*)(MemFile* file, unsigned char format, un
 using OtCompareFunc = long (*)(unsigned char format, unsigned long length1, void* value1,
                                unsigned long length2, void* value2, unsigned short cmpOp,
                                unsigned long count, int& status);
-/// Share of an index's keys that satisfy `op` against `value`, and the limits of the scan.
+/// Share of an index's keys that satisfy `op` against `value`, and the limits of the scan. The row
+/// OtNull_OtInt64 answers a number of values instead, which its caller divides by the width of the
+/// range: that of the upper key less that of the lower, plus 1.
 using OtEvalFunc = float (*)(OtIdxBounds* bounds, unsigned short& op, void* value,
                              unsigned char format, unsigned long count, OtIdxBounds* limits);
 /// 32-bit hash of `count` values.
@@ -250,7 +254,8 @@ class OT95_EXPORT OtTypeMgr {
 
   /// Checks that `available` bytes begin with a stored array of `count` values, reading none
   /// beyond them. With bit 0x80 a text key passes, too, that lacks its end because it was cut at
-  /// that of the bytes: it's for the operations that take lengths, not for Load.
+  /// that of the bytes: it's for the operations that take lengths, not for Load. Forms with bit 8
+  /// are refused (OT_ERR_BAD_ARGUMENT): memory isn't stored.
   /// @param consumed where the array ends, or how far the bytes are good.
   /// @return 0; OT_ERR_END_OF_DATA when the bytes end too early; OT_ERR_BAD_ARGUMENT when they
   ///   can't be such an array.

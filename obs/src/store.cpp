@@ -14,11 +14,13 @@ inline unsigned long MoveWords(void* target, const void* source, unsigned char f
     const Word word = ot95::LoadAs<Word>(source, format);
     std::memcpy(target, &word, sizeof word);
   } else if (count != 0) {
-    if (ot95::ReversesBytes(format)) {
-      ot95::ReverseWords<Word>(target, source, count);
-    } else {
-      std::memmove(target, source, count * sizeof(Word));
+    if constexpr (sizeof(Word) > 1) {
+      if (ot95::ReversesBytes(format)) {
+        ot95::ReverseWords<Word>(target, source, count);
+        return count * sizeof(Word);
+      }
     }
+    std::memmove(target, source, count * sizeof(Word));
   }
   return count * sizeof(Word);
 }

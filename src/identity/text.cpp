@@ -138,9 +138,8 @@ Fields Scan(const char* bytes, std::size_t length, const char* format, const Lan
       continue;
     }
     ot95::TextCursor number = text;
-    std::uint32_t value = 0;
-    ot95::ReadUnsigned(number, 10, value);
-    SetNumber(fields, step.letter, value);
+    std::uint32_t value;
+    if (ot95::ReadUnsigned(number, 10, value)) SetNumber(fields, step.letter, value);
     // The place moves over digits alone, neither over the white space before them nor at all for a
     // positional directive: texts printed by "%hu" and "%lu" have never read back.
     if (step.kind == Kind::field) {

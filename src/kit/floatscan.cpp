@@ -57,7 +57,7 @@ OT95_WIDE __m256i EqualNumbers(__m256i left, __m256i right) {
 
 template <class T, bool reversed>
 OT95_WIDE bool IsRoundEqual(const unsigned char* left, const unsigned char* right, __m256i order) {
-  __m256i equal = _mm256_set1_epi8(-1);
+  __m256i equal = _mm256_set1_epi32(-1);
   for (std::size_t at = 0; at < kRound; at += sizeof equal) {
     __m256i one = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(left + at));
     __m256i two = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(right + at));

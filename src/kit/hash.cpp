@@ -72,7 +72,7 @@ std::uint32_t FoldScalars(const void* value, std::size_t length, unsigned char f
   std::uint64_t folded = XorLanes(value, length);
   for (std::size_t bits = 32; bits >= 8 * width; bits /= 2) folded ^= folded >> bits;
   auto element = static_cast<WordOf<width>>(folded);
-  if (form == OT_FORMAT_BIG_ENDIAN) element = Reversed(element);
+  if (ReversesBytes(form)) element = Reversed(element);
   if constexpr (std::is_signed_v<T>) {
     return static_cast<std::uint32_t>(static_cast<std::make_signed_t<decltype(element)>>(element));
   } else {

@@ -1,19 +1,21 @@
 #ifndef OT95_SRC_KIT_NULLTEXT_H
 #define OT95_SRC_KIT_NULLTEXT_H
 
-#include <cstring>
-
 #include "kit/narrowtext.h"
 #include "ot95/typemgr.h"
 
 namespace ot95 {
 
-/// Whether a text begins with the one that stands for null, as bytes. An empty null text begins
-/// every text.
-inline bool BeginsWithNullText(const NarrowText& text) {
+/// Whether a terminated text of one-byte characters begins with the one that stands for null,
+/// narrowed as every text that is scanned. An empty null text begins every text.
+inline bool BeginsWithNullText(const char* text) {
   const NarrowText null(OtTypeMgr::GetNullPrintString());
-  return text.Length() >= null.Length() &&
-         std::memcmp(text.Bytes(), null.Bytes(), null.Length()) == 0;
+  const char* expected = null.Bytes();
+  while (*expected != 0 && *text == *expected) ++text, ++expected;
+  return *expected == 0;
+}
+inline bool BeginsWithNullText(const NarrowText& text) {
+  return BeginsWithNullText(text.Bytes());
 }
 
 }  // namespace ot95

@@ -12,7 +12,7 @@ struct StoredBytes {
   const unsigned char* bytes;
   unsigned long available;  ///< 0 for null bytes.
   unsigned char format;     ///< The whole format byte.
-  unsigned long count;      ///< Values that should stand there; not 0.
+  unsigned long count;      ///< Values that should stand there.
 };
 
 /// Checks stored values of one family; `consumed` starts at 0 and moves over every value that is

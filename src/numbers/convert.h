@@ -43,7 +43,7 @@ using FloatAsText = NumberAsText<float, double>;
 using DoubleAsText = NumberAsText<double, double>;
 
 // The nullable rows that differ from their scalars.
-using NullCharAsText = NumberAsText<char, char, int>;
+using NullCharAsText = NumberAsText<signed char, char, int>;
 using NullUcharAsText = NumberAsText<unsigned char, int>;
 using NullShortAsText = NumberAsText<short, short, int>;
 using NullUshortAsText = NumberAsText<unsigned short, unsigned short, int>;

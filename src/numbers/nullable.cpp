@@ -144,10 +144,9 @@ struct Nullable {
   static std::uint32_t HashRecord(Record record) {
     if (record.isNull) return kNullHash;
     using Number = std::conditional_t<std::is_arithmetic_v<Value>, Value, std::int64_t>;
-    using Hashed = std::conditional_t<std::is_same_v<Number, char>, signed char, Number>;
     int status = 0;
     return static_cast<std::uint32_t>(
-        ScalarHash<Hashed>(OT_FORMAT_MEMORY, sizeof(Value), &record.value, 1, status));
+        ScalarHash<Number>(OT_FORMAT_MEMORY, sizeof(Value), &record.value, 1, status));
   }
 
   // Each contribution carries the multiplier already, so that one element hashes like the scalar.
@@ -269,7 +268,7 @@ struct Nullable {
 }  // namespace
 
 constinit OtTypeDescriptor rowOtNull_char =
-    Nullable<"OtNull_char", "%c", char, NullCharAsText>::Row();
+    Nullable<"OtNull_char", "%c", signed char, NullCharAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_uchar =
     Nullable<"OtNull_uchar", "%c", unsigned char, NullUcharAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_short =

@@ -112,7 +112,6 @@ constexpr struct {
 
 int VerifyVariable(const OtTypeDescriptor* row, const StoredBytes& stored,
                    unsigned long& consumed) {
-  if (HasMemoryBit(stored.format)) return OT_ERR_BAD_ARGUMENT;  // Handles aren't stored.
   for (const auto& verifier : kVerifiers) {
     if (verifier.row == row) return verifier.verify(stored, consumed);
   }
@@ -128,8 +127,7 @@ int OtTypeMgr::VerifyStored(char id, const void* disk, unsigned long available,
                             unsigned long& consumed) const {
   consumed = 0;
   const OtTypeDescriptor* row = Row(id);
-  if (row == nullptr) return OT_ERR_BAD_ARGUMENT;
-  if (count == 0) return 0;
+  if (row == nullptr || ot95::HasMemoryBit(format)) return OT_ERR_BAD_ARGUMENT;
   const ot95::StoredBytes stored = {static_cast<const unsigned char*>(disk),
                                     disk != nullptr ? available : 0, format, count};
   return row->isFixed != 0 ? ot95::VerifyFixed(*row, stored, consumed)

@@ -10,10 +10,10 @@ using ot95::Cut16;
 using ot95::Cut32;
 using ot95::Cut8;
 
-long TruncatedByMagnitude(long a, long b, bool remainder) {
+long TruncatedByMagnitude(std::int64_t a, std::int64_t b, bool remainder) {
   if (b == 0) return 0;
-  const std::int64_t first = std::llabs(Cut32(a));
-  const std::int64_t second = std::llabs(Cut32(b));
+  const std::int64_t first = std::llabs(a);
+  const std::int64_t second = std::llabs(b);
   const std::int64_t result = remainder ? first % second : first / second;
   return Cut32((a < 0) != (b < 0) ? -result : result);
 }
@@ -62,9 +62,9 @@ OtDaysOfTheWeek OtDate::DayOfTheDate() const {
 }
 
 long OtDate::divide(long a, long b) const {
-  return TruncatedByMagnitude(a, b, false);
+  return TruncatedByMagnitude(Cut32(a), Cut32(b), false);
 }
 
 long OtDate::modulo(long a, long b) const {
-  return TruncatedByMagnitude(a, b, true);
+  return TruncatedByMagnitude(Cut32(a), Cut32(b), true);
 }

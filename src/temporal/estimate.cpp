@@ -71,36 +71,56 @@ float OdmgPointShare(OtIdxBounds* bounds, unsigned short& op, void* value, unsig
 // ---------------------------------------------------------------------------------------------
 // OtDate
 
-/// The scan limits as dates to be widened; a side without a complete key takes no patches.
-class DateLimits {
+/// A scan limit as a date to be widened. It takes the patches of the fields that it holds.
+class DateLimit {
  public:
-  DateLimits(OtIdxBounds* limits, unsigned char form) : form_(form) {
-    if (limits == nullptr) return;
-    lower_ = Patchable(limits->lowerKey, limits->lowerKeyLength);
-    upper_ = Patchable(limits->upperKey, limits->upperKeyLength);
+  DateLimit() = default;
+  DateLimit(void* key, unsigned char length, unsigned char form)
+      : bytes_(static_cast<unsigned char*>(key)), form_(form) {
+    if (key != nullptr) length_ = length == 0 ? storedForm<OtDate>.width : length;
   }
-  void SetYears(int low, int high) {
-    if (lower_ != nullptr) StoreAs<std::int16_t>(lower_, static_cast<std::int16_t>(low), form_);
-    if (upper_ != nullptr) StoreAs<std::int16_t>(upper_, static_cast<std::int16_t>(high), form_);
+  void SetYear(int year) {
+    if (Holds(1)) StoreAs<std::int16_t>(bytes_, static_cast<std::int16_t>(year), form_);
   }
-  void SetField(int at, int low, int high) {
-    if (lower_ != nullptr) lower_[at] = static_cast<unsigned char>(low);
-    if (upper_ != nullptr) upper_[at] = static_cast<unsigned char>(high);
+  void SetField(std::size_t at, int field) {
+    if (Holds(at)) bytes_[at] = static_cast<unsigned char>(field);
   }
-  /// Whether the byte of either key is a wildcard.
-  bool HasWildcard(int at) const {
-    return (lower_ != nullptr && lower_[at] == 0xff) || (upper_ != nullptr && upper_[at] == 0xff);
-  }
-  void DropLower() { lower_ = nullptr; }
-  void DropUpper() { upper_ = nullptr; }
+  bool HasWildcard(std::size_t at) const { return Holds(at) && bytes_[at] == 0xff; }
 
  private:
-  static unsigned char* Patchable(void* key, unsigned char length) {
-    return length >= 4 ? static_cast<unsigned char*>(key) : nullptr;
+  bool Holds(std::size_t at) const { return at < length_; }
+
+  unsigned char* bytes_ = nullptr;
+  std::size_t length_ = 0;
+  unsigned char form_ = 0;
+};
+
+/// Both of them.
+class DateLimits {
+ public:
+  DateLimits(const OtIdxBounds* limits, unsigned char form) {
+    if (limits == nullptr) return;
+    lower_ = DateLimit(limits->lowerKey, limits->lowerKeyLength, form);
+    upper_ = DateLimit(limits->upperKey, limits->upperKeyLength, form);
   }
-  unsigned char* lower_ = nullptr;
-  unsigned char* upper_ = nullptr;
-  unsigned char form_;
+  void SetYears(int low, int high) {
+    lower_.SetYear(low);
+    upper_.SetYear(high);
+  }
+  void SetField(std::size_t at, int low, int high) {
+    lower_.SetField(at, low);
+    upper_.SetField(at, high);
+  }
+  /// Whether the byte of either key is a wildcard.
+  bool HasWildcard(std::size_t at) const {
+    return lower_.HasWildcard(at) || upper_.HasWildcard(at);
+  }
+  void DropLower() { lower_ = DateLimit(); }
+  void DropUpper() { upper_ = DateLimit(); }
+
+ private:
+  DateLimit lower_;
+  DateLimit upper_;
 };
 
 int DaysInMonth(const OtDate& date) {
@@ -211,7 +231,8 @@ float EvalD_Date(OtIdxBounds* bounds, unsigned short& op, void* value, unsigned 
     recorded.SetField(3, -128, 127);
     date.day = 31;
   }
-  if (anyYear) return 1.0F;
+  // Keys in falling order are no range to measure on, but all that there is.
+  if (anyYear || range.upper < range.lower) return 1.0F;
   return OdmgShare(op, static_cast<double>(OdmgDays(date.year, date.month, date.day)), range);
 }
 

@@ -48,7 +48,7 @@ unsigned long MoveFields(void* target, std::size_t targetWidth, const void* sour
                          std::size_t sourceWidth, unsigned char format, unsigned long count) {
   auto* to = static_cast<unsigned char*>(target);
   auto* from = static_cast<const unsigned char*>(source);
-  const bool reversed = storedForm<T>.startsWithYear && FormOf(format) == OT_FORMAT_BIG_ENDIAN;
+  const bool reversed = storedForm<T>.startsWithYear && ReversesBytes(format);
   for (unsigned long i = 0; i < count; ++i, to += targetWidth, from += sourceWidth) {
     std::memmove(to, from, storedForm<T>.width);
     if (reversed) std::swap(to[0], to[1]);

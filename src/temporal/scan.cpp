@@ -1,5 +1,5 @@
 #include "kit/narrowtext.h"
-#include "ot95/typemgr.h"
+#include "kit/nulltext.h"
 #include "temporal/text.h"
 #include "text/units.h"
 
@@ -173,18 +173,6 @@ OtDateTime NullRecord() {
   OtDateTime record(OtDateTime::Null());
   record.SetNullValue();
   return record;
-}
-
-// An empty null text begins every text. Of a two-byte null text the low bytes count.
-bool BeginsWithNullText(const char* text) {
-  const OtString& null = OtTypeMgr::GetNullPrintString();
-  const bool wide = IsWide(null.GetCodeSetCode());
-  const char* expected = null.StrGet();
-  for (;; ++text, expected += wide ? 2 : 1) {
-    const char c = static_cast<char>(LoadUnit(expected, wide));
-    if (c == '\0') return true;
-    if (*text != c) return false;
-  }
 }
 
 OtDateTime ScanBytes(const char* text, const char* format) {

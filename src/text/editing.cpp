@@ -179,6 +179,12 @@ OtString& OtString::operator<<(long value) {
 OtString& OtString::operator<<(unsigned long value) {
   return *this << ot95::NumberText(value).text;
 }
+OtString& OtString::operator<<(long long value) {
+  return *this << ot95::NumberText(value).text;
+}
+OtString& OtString::operator<<(unsigned long long value) {
+  return *this << ot95::NumberText(value).text;
+}
 OtString& OtString::operator<<(float value) {
   return *this << static_cast<double>(value);
 }

@@ -55,6 +55,8 @@ OtString::OtString(int number) : OtString(NumberText(number).text) {}
 OtString::OtString(unsigned int number) : OtString(NumberText(static_cast<int>(number)).text) {}
 OtString::OtString(long number) : OtString(NumberText(number).text) {}
 OtString::OtString(unsigned long number) : OtString(NumberText(number).text) {}
+OtString::OtString(long long number) : OtString(NumberText(number).text) {}
+OtString::OtString(unsigned long long number) : OtString(NumberText(number).text) {}
 OtString::OtString(double number) : OtString(NumberText(number).text) {}
 
 OtString::operator int() const {

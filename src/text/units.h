@@ -10,6 +10,7 @@
 #include <cstring>
 #include <new>
 
+#include "ot95/bytes.h"
 #include "ot95/text.h"
 
 namespace ot95 {
@@ -25,7 +26,7 @@ constexpr std::size_t CharWidth(unsigned char codeSet) {
 }
 /// Whether two-byte characters of this format are byte-reversed on this machine.
 constexpr bool IsReversed(unsigned char format) {
-  return (format & 15) == OT_FORMAT_BIG_ENDIAN;
+  return ReversesBytes(format);
 }
 constexpr std::uint16_t SwapBytes(std::uint16_t unit) {
   return static_cast<std::uint16_t>(unit << 8 | unit >> 8);

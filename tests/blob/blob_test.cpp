@@ -53,7 +53,7 @@ TEST(Blob, NullAndEmptyAreApart) {
   EXPECT_EQ(Show(a), "xyz");
   a = Null();
   EXPECT_EQ(Show(a), "null");
-  b = b;
+  b = *&b;
   EXPECT_EQ(Show(OtBlob(b)), "xyz");
 }
 

@@ -43,6 +43,12 @@ std::string Text(const OtString& text) {
   return text.StrGet();
 }
 
+template <class T, class = void>
+constexpr bool kTakesNothing = false;
+template <class T>
+constexpr bool kTakesNothing<T, std::void_t<decltype(std::declval<T&>() = {})>> = true;
+static_assert(!kTakesNothing<OtRef> && kTakesNothing<OtClassId>, "nothing isn't database 0");
+
 TEST(Identity, FieldsLieWhereRecordsExpectThem) {
   EXPECT_EQ(offsetof(OtRef, databaseId), 12U);
   EXPECT_EQ(offsetof(OtRef, classNumber), 16U);
@@ -337,6 +343,7 @@ TEST(Identity, ScansWhatItPrints) {
       {"saturates", kObjId, "99999999999/99999999999", "%L/%H",
        MakeRef(0, 0xffffffff, 0xffff, 0, 0, 0)},
       {"white space isn't skipped behind", kObjId, " 5/6", "%L/%H", MakeRef(0, 5, 5, 0, 0, 0)},
+      {"named twice, the second not a number", kObjId, "5x", "%L%L", MakeRef(0, 5, 0, 0, 0, 0)},
       {"reference", kRef, "(3:0-9#1, 22)", "(%D:%H-%L#%B, %C)", MakeRef(1, 9, 0, 3, 22, 0)},
       {"a blank wants a character", kRef, "(1:0-5#2,7)", "(%D:%H-%L#%B, %C)",
        MakeRef(2, 5, 0, 1, 0, 0)},

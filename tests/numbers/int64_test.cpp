@@ -36,6 +36,8 @@ static_assert(std::is_trivially_copyable_v<OtInt64> && std::is_standard_layout_v
 static_assert(Make(kMax) + OtInt64(1) == Make(kMin) && -Make(kMin) == Make(kMin));
 static_assert(Make(kMin) / OtInt64(-1) == Make(kMin) && Make(kMin) % OtInt64(-1) == OtInt64(0));
 static_assert(OtInt64(-1).low == 0xffffffff && OtInt64(-1).high == -1);
+static_assert(OtInt64(0x7fffffffffffffffL) == Make(kMax) && Make(kMin) + 1 == -kMax);
+static_assert(OtInt64(-1LL) == OtInt64(~0ULL) && Make(kMax) == 0x7fffffffffffffffULL);
 static_assert(OtInt64(0xffffffffu).high == 0 && OtInt64(7ul, -2l).high == -2);
 
 TEST(Int64, WrapsAsTheMachineDoes) {

@@ -119,7 +119,7 @@ TEST(Nullable, TakesOnlyTheFlagOneForNull) {
     EXPECT_EQ(record.value, c.value);
   }
   // Any flag but 0 is a null in memory, is told as it is, and is stored as 1, with its value.
-  Record<std::int16_t> odd{5, -3};
+  Record<std::int16_t> odd{5, static_cast<char>(-3)};
   unsigned char disk[3];
   EXPECT_EQ(row.IsNull(&odd), -3);
   row.Store(disk, &odd, 2, 1);

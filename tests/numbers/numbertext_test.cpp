@@ -115,6 +115,25 @@ TEST(NumberText, DefaultFormatsOfTheRows) {
   EXPECT_EQ(Print(kFloat, 1e10f, nullptr), "10000000000.000000");
 }
 
+// Rows that share a printer share what it does without a format: the format of the first.
+TEST(NumberText, FormatsOfFamilies) {
+  const struct {
+    char id;
+    const char* printed;
+  } rows[] = {
+      {kByte, "A"}, {kWord, "-191"}, {kDword, "-191"}, {kBlockId, "-191"}, {kUnsigned, "-191"}};
+  for (const auto& row : rows) {
+    std::int32_t value = row.id == kByte ? 'A' : -191;
+    OtString text("-191");
+    const OtTypeDescriptor& members = *CurrentFactory[static_cast<int>(row.id)];
+    OtString printed;
+    EXPECT_STREQ(members.PrintToString(printed, &value, nullptr, 1).StrGet(), row.printed);
+    std::int32_t scanned = row.id == kWord ? -1 : 0;
+    members.ScanFromString(&scanned, text, nullptr, 1);
+    EXPECT_EQ(scanned, row.id == kByte ? '-' : -191) << members.name;
+  }
+}
+
 TEST(NumberText, WhatIsNoConversionIsText) {
   const struct {
     const char* format;
@@ -145,7 +164,7 @@ TEST(NumberText, ResultsAreCutAt511Bytes) {
   EXPECT_EQ(Print(kInt, 7, "%511d"), blanks.substr(1) + "7");
   EXPECT_EQ(Print(kDouble, 1.0, "%.5000f"), "1." + std::string(509, '0'));
   EXPECT_EQ(Print(kDouble, -1e308, "%400.300f").size(), 511u);
-  EXPECT_EQ(Print(kInt, 7, (std::string(505, 'x') + "%012d").c_str()).size(), 511u);
+  EXPECT_EQ(Print(kInt, 7, std::string(505, 'x').append("%012d").c_str()).size(), 511u);
 }
 
 TEST(NumberText, IntegersScanAsWith32BitLongs) {

@@ -23,11 +23,10 @@ std::string Day(int i) {
   return text;
 }
 
-const EvenCase kEvenCases[] = {{"OtDate", "%Y-%m-%d", Day, "2050-01-01"},
-                               {"OtNull_int", "", Number, "1500"},
-                               {"OtNull_double", "", Number, "1500"},
-                               {"OtNull_float", "", Number, "1500"},
-                               {"OtNull_ushort", "", Number, "1500"}};
+const EvenCase kEvenCases[] = {
+    {"OtDate", "%Y-%m-%d", Day, "2050-01-01"}, {"OtNull_int", "", Number, "1500"},
+    {"OtNull_double", "", Number, "1500"},     {"OtNull_float", "", Number, "1500"},
+    {"OtNull_ushort", "", Number, "1500"},     {"OtNull_OtInt64", "", Number, "1500"}};
 
 otdb::Schema SchemaOf(const EvenCase& even) {
   return otdb::Schema::FromJson(

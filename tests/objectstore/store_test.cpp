@@ -334,7 +334,7 @@ TEST(BadInputs, OfSchemasAreToldByMember) {
        "schema: C.a: there is no index over OtBlob"},
   };
   for (const auto& [json, told] : rows) {
-    const std::string refusal = RefusalOf([&] { otdb::Schema::FromJson(json); });
+    const std::string refusal = RefusalOf([&json = json] { otdb::Schema::FromJson(json); });
     EXPECT_EQ(refusal.substr(0, std::strlen(told)), told) << json.substr(0, 200);
   }
 }
@@ -381,7 +381,7 @@ TEST(BadInputs, OfQueriesAreToldByPlace) {
       {"from C where " + times(100000, "not ") + "a = 1", "query, at 814: expected less nesting"},
   };
   for (const auto& [text, told] : rows) {
-    const std::string refusal = RefusalOf([&] { otdb::ParseQuery(schema, text); });
+    const std::string refusal = RefusalOf([&, &text = text] { otdb::ParseQuery(schema, text); });
     EXPECT_EQ(refusal.substr(0, std::strlen(told)), told) << text.substr(0, 200);
   }
   const std::string deep = times(199, "(") + "a = 1" + times(199, ")");

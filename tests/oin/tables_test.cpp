@@ -194,13 +194,12 @@ std::u16string FromUtf8(const char* text) {
   std::u16string units;
   while (*text != 0) {
     const auto lead = static_cast<unsigned char>(*text++);
-    unsigned value = lead;
-    if (lead >= 0xe0) {
-      value = (lead & 15U) << 12 | (text[0] & 0x3fU) << 6 | (text[1] & 0x3fU);
-      text += 2;
-    } else if (lead >= 0xc0) {
-      value = (lead & 31U) << 6 | (*text++ & 0x3fU);
-    }
+    const auto more = [&text](unsigned high) {
+      return high << 6 | (static_cast<unsigned char>(*text++) & 0x3fU);
+    };
+    const unsigned value = lead >= 0xe0   ? more(more(lead & 15U))
+                           : lead >= 0xc0 ? more(lead & 31U)
+                                          : lead;
     units += static_cast<char16_t>(value);
   }
   return units;

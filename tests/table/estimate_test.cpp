@@ -87,6 +87,7 @@ TEST(Estimate, OfNumbersIsARatioOfDistances) {
       {"below a range that begins with null", "OtNull_int", "null", "9", "4", lt, 0.05},
       {"in a range that begins with null", "OtNull_int", "null", "9", "4", eq, 0.01},
       {"null in such a range", "OtNull_int", "null", "9", "null", eq, 0.0001},
+      {"nullable signed byte", "OtNull_char", "-128", "127", "0", lt, 0.5},
       {"null in another range", "OtNull_int", "1", "9", "null", eq, 0},
       {"above null", "OtNull_int", "1", "10", "null", gt, 0.05},
       {"below null", "OtNull_int", "1", "10", "null", lt, 0},

@@ -442,6 +442,13 @@ TEST(VerifyStored, ChecksEveryForm) {
        "1100ff",
        0x81, 1, kBad, 0},
       {"handles", 11, "06000102616200ff", 8, 1, kBad, 0},
+      {"numbers in memory", 1, "000100020003", 8, 3, kBad, 0},
+      {"nullable numbers in memory", 38, "000000000000000000", 0x8c, 1, kBad, 0},
+      {"none in memory", 1, "", 9, 0, kBad, 0},
+      {"no blobs", 18, "00000000", 1, 0, 0, 4},
+      {"no blobs, but the bytes of one", 18, "0400000000000000", 1, 0, kBad, 4},
+      {"no blobs, and half a total", 18, "0000", 1, 0, kEnd, 0},
+      {"no legacy strings", 20, "400000", 1, 0, 0, 3},
   };
   OtTypeMgr types;
   for (const auto& c : cases) {

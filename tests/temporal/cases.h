@@ -40,6 +40,11 @@ inline std::string Show(const d_Time& t) {
 inline std::string Show(const d_Timestamp& stamp) {
   return Show(stamp.date) + ' ' + Show(stamp.time);
 }
+inline std::string Show(const d_Interval& interval) {
+  std::ostringstream out;
+  out << interval.seconds;
+  return out.str();
+}
 
 inline d_Timestamp Stamp(const d_Date& date, const d_Time& time) {
   d_Timestamp stamp;

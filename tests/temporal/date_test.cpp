@@ -98,6 +98,32 @@ TEST(OtDate, CountsInDays) {
   EXPECT_EQ(Show(OtDate(2451545) + 2147483647), Show(OtDate(2451545L - 2147483647 - 2)));
 }
 
+TEST(OtDate, AndTimesTakeEveryTypeOfNumber) {
+  const auto take = [](auto two) {
+    OtDate date(two);
+    date += two;
+    date = date + two;
+    date -= two;
+    date = date - two;
+    EXPECT_EQ(date.dayabs(), 2);
+    OtTime time(two);
+    time += two;
+    time = time + two;
+    time -= two;
+    time = time - two;
+    EXPECT_EQ(Show(time), "0:0:2");
+  };
+  take('\2');
+  take(short{2});
+  take(2u);
+  take(2UL);
+  take(2LL);
+  take(2ULL);
+  take(2.5f);
+  take(2.5);
+  take(OtWednesday);
+}
+
 struct Divisions : OtDate {
   using OtDate::divide;
   using OtDate::modulo;
@@ -107,7 +133,12 @@ TEST(OtDate, DividesByMagnitudes) {
   const Divisions d;
   const struct {
     long a, b, quotient, remainder;
-  } rows[] = {{7, 3, 2, 1}, {-7, 3, -2, -1}, {7, -3, -2, -1}, {-7, -3, 2, 1}, {7, 0, 0, 0}};
+  } rows[] = {{7, 3, 2, 1},
+              {-7, 3, -2, -1},
+              {7, -3, -2, -1},
+              {-7, -3, 2, 1},
+              {7, 0, 0, 0},
+              {static_cast<long>(0x80000000UL), 2, -1073741824, 0}};  // operands are cut first
   for (const auto& row : rows) {
     EXPECT_EQ(d.divide(row.a, row.b), row.quotient) << row.a << '/' << row.b;
     EXPECT_EQ(d.modulo(row.a, row.b), row.remainder) << row.a << '/' << row.b;

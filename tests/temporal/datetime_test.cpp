@@ -93,6 +93,17 @@ TEST(OtDateTime, ReadsTheClock) {
   EXPECT_EQ(Show(value), "1991/1/1 1:59:58");
 }
 
+TEST(OtDateTime, ReadsTheClockOnceForEachHalf) {
+  static int reads;
+  reads = 0;
+  const bksclock before = bksSetClock([] { return ++reads, bksinstant{midnight2000, 0}; });
+  OtDateTime();
+  EXPECT_EQ(reads, 2);
+  OtDateTime(OtDate(1990, 5, 6));
+  EXPECT_EQ(reads, 3);
+  bksSetClock(before);
+}
+
 TEST(OtDateTime, CountsAllMillisecondsOfTheClock) {
   const FixedClock clock(4102444800123, 0);  // 2100: beyond 32 bits of seconds
   OtInt64 now(0);

@@ -155,6 +155,16 @@ TEST(TemporalFormat, FollowsTheNullTextAsItIsSet) {
   EXPECT_FALSE(Scanned("non", "%Y").IsNullValue());
   OtTypeMgr::SetNullPrintString("");
   EXPECT_TRUE(Scanned("2000", "%Y").IsNullValue());  // an empty text begins every text
+  // A wide one is narrowed as all text that is scanned: by characters, not by low bytes.
+  OtTypeMgr::SetNullPrintString(reinterpret_cast<const unsigned short*>(u"нет"));
+  OtDate date(-32768, -128, -128);
+  OtString printed;
+  date.PrintToOtString(printed, nullptr);
+  date = OtDate(2000, 1, 1);
+  date.ScanFromOtString(printed, nullptr);
+  EXPECT_TRUE(date.IsNullValue());
+  OtTypeMgr::SetNullPrintString(reinterpret_cast<const unsigned short*>(u"Ā"));
+  EXPECT_FALSE(Scanned("2000", "%Y").IsNullValue());
   OtTypeMgr::SetNullPrintString(before);
 }
 

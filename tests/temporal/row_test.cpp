@@ -309,6 +309,8 @@ TEST(TemporalRows, ConvertFromNumbers) {
       {"stamp", FromText<d_Timestamp>(dStampId, "2451545:3661"), "2000/1/1 0,0 1:1:1.0"},
       {"stamp, time alone", FromText<d_Timestamp>(dStampId, ":3661"), "0/0/0 0,0 1:1:1.0"},
       {"no stamp", FromText<d_Timestamp>(dStampId, nullptr), "0/0/0 0,0 0:0:0.0"},
+      {"interval", FromText<d_Interval>(dIntervalId, "-12.75e1x"), "-127.5"},
+      {"no interval", FromText<d_Interval>(dIntervalId, nullptr), "0"},
   };
   for (const auto& row : rows) EXPECT_EQ(row.value, row.expected) << row.name;
 }
@@ -501,6 +503,15 @@ TEST(TemporalRows, Estimate) {
        1.0F,
        OT_OP_EQUAL,
        "80000180/7fff017f"},
+      {"d_Date, keys in falling order",
+       dDateId,
+       {7, 208, 1, 2},
+       {7, 208, 1, 10},
+       {7, 208, 1, 1},
+       OT_OP_LESS,
+       1.0F,
+       OT_OP_LESS,
+       "-/07d00102"},
       {"d_Time",
        dTimeId,
        {5, 0, 0, 0, 49, 0},
@@ -535,6 +546,25 @@ TEST(TemporalRows, Estimate) {
     const std::string lower = ShownKey(limits.lowerKey, limits.lowerKeyLength);
     EXPECT_EQ(lower + '/' + ShownKey(limits.upperKey, limits.upperKeyLength), row.limits)
         << row.name;
+  }
+}
+
+// A caller's key takes the patches of the fields that it holds; with a length of 0 it is whole.
+TEST(TemporalRows, WidenAsMuchOfALimitAsThereIs) {
+  const struct {
+    unsigned char length;
+    const char* widened;
+  } rows[] = {{0, "ed970b18"}, {1, "ffffffff"}, {2, "ed97ffff"}, {3, "ed970bff"}, {4, "ed970b18"}};
+  for (const auto& row : rows) {
+    unsigned char key[] = {255, 255, 255, 255};
+    OtIdxBounds limits;
+    limits.lowerKey = key;
+    limits.lowerKeyLength = row.length;
+    unsigned short op = OT_OP_GREATER;
+    const Bytes any{255, 255, 255, 255};
+    OtTypeMgr().EvalAndBound(dateId, nullptr, op, any.block.get(), OT_FORMAT_BIG_ENDIAN, 1, &limits,
+                             nullptr);
+    EXPECT_EQ(Hex(key, 4), row.widened) << +row.length;
   }
 }
 

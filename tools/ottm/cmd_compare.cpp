@@ -48,25 +48,23 @@ class Compare : public Command {
   long CompareStored(OtTypeMgr& manager, char id, int& status) {
     Bytes a = ReadBytes(a_);
     Bytes b = ReadBytes(b_);
-    if ((form_.Format() & OT_FORMAT_MEMORY) != 0) {
-      throw BadInput("--form: expected a disk form with --hex");
-    }
+    const unsigned char format = form_.DiskFormat();
     if (a.empty() || b.empty()) throw BadInput("HEX: expected at least one byte");
     if (manager.IsFixed(id)) {
-      RequireStored(manager, id, a, form_.Format(), count_);
-      RequireStored(manager, id, b, form_.Format(), count_);
+      RequireStored(manager, id, a, format, count_);
+      RequireStored(manager, id, b, format, count_);
     }
-    return manager.Cmp(id, a.size(), a.data(), b.size(), b.data(), op_.Word(), count_,
-                       form_.Format(), status);
+    return manager.Cmp(id, a.size(), a.data(), b.size(), b.data(), op_.Word(), count_, format,
+                       status);
   }
 
   long CompareTexts(OtTypeMgr& manager, char id, int& status) {
-    const unsigned char format = form_.Format();
+    const unsigned char format = form_.ValueFormat();
     Values a(manager, id, 1);
     Values b(manager, id, 1);
     a.Scan({a_}, texts_);
     b.Scan({b_}, texts_);
-    if ((format & 15) == OT_FORMAT_MEMORY) {
+    if (format == OT_FORMAT_MEMORY) {
       return manager.Cmp(id, 0, a.Data(), 0, b.Data(), op_.Word(), 1, format, status);
     }
     Bytes storedA = a.Store(format);

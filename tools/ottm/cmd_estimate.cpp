@@ -77,9 +77,9 @@ class Estimate : public Command {
   Answer Run() override {
     OtTypeMgr manager = factory_.Manager();
     const char id = TypeOf(manager, type_);
-    if ((form_.Format() & OT_FORMAT_MEMORY) != 0) throw BadInput("--form: expected a disk form");
+    const unsigned char format = form_.DiskFormat();
     Bytes operand = hex_ ? ReadBytes(value_) : Stored(manager, id, value_);
-    RequireStored(manager, id, operand, form_.Format(), 1);
+    RequireStored(manager, id, operand, format, 1);
     Bytes low, high;
     if (low_) low = Key(manager, id, *low_);
     if (high_) high = Key(manager, id, *high_);
@@ -88,7 +88,7 @@ class Estimate : public Command {
     Limits limits;
     unsigned short op = op_.Word();
     const float share = manager.EvalAndBound(id, low_ ? &bounds : nullptr, op, operand.data(),
-                                             form_.Format(), 1, &limits, nullptr);
+                                             format, 1, &limits, nullptr);
     Answer answer;
     const std::string digits = Shortest(share);
     answer.json = {{"share", std::strtod(digits.c_str(), nullptr)}, {"op", op}};

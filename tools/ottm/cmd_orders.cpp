@@ -105,7 +105,7 @@ class Key : public Command {
     OtString text = texts_.Value(text_);
     Bytes key(size_);
     const unsigned long used =
-        manager.Translate(id, key.data(), form_.Format() | kKeyForm, key.size(), &text,
+        manager.Translate(id, key.data(), form_.DiskFormat() | kKeyForm, key.size(), &text,
                           OT_FORMAT_MEMORY, sizeof text, 1);
     key.resize(std::min<std::size_t>(used, key.size()));
     return Describe(key);

@@ -54,7 +54,7 @@ class Encode : public TypedCommand {
     const char id = Open();
     Values values(manager_, id, values_.size());
     values.Scan(values_, texts_);
-    const unsigned char format = form_.Format();
+    const unsigned char format = form_.DiskFormat();
     const std::string hex = ToHex(values.Store(format));
     Answer answer;
     answer.json = {{"type", manager_.NameGet(id, nullptr)},
@@ -83,9 +83,10 @@ class Decode : public TypedCommand {
   Answer Run() override {
     const char id = Open();
     const Bytes bytes = ReadBytes(hex_);
-    RequireStored(manager_, id, bytes, FormToLoad(form_.Format()), count_);
+    const unsigned char format = form_.DiskFormat();
+    RequireStored(manager_, id, bytes, FormToLoad(format), count_);
     Values values(manager_, id, count_);
-    const unsigned long consumed = values.Load(bytes, form_.Format());
+    const unsigned long consumed = values.Load(bytes, format);
     Answer answer;
     Json texts = Json::array();
     for (unsigned long i = 0; i < count_; ++i) {
@@ -156,14 +157,12 @@ class Translate : public TypedCommand {
   Answer Run() override {
     const char id = Open();
     Bytes source = ReadBytes(hex_);
-    if (((from_.Format() | to_.Format()) & OT_FORMAT_MEMORY) != 0) {
-      throw BadInput("--from, --to: expected disk forms; encode and decode serve memory");
-    }
-    if (manager_.IsFixed(id)) RequireStored(manager_, id, source, from_.Format(), count_);
+    const unsigned char from = from_.DiskFormat();
+    const unsigned char to = to_.DiskFormat();
+    if (manager_.IsFixed(id)) RequireStored(manager_, id, source, from, count_);
     Bytes target(length_ != kNoLength ? length_ : source.size() * 4 + 64);
-    const unsigned long result =
-        manager_.Translate(id, target.data(), to_.Format(), target.size(), source.data(),
-                           from_.Format(), source.size(), count_);
+    const unsigned long result = manager_.Translate(id, target.data(), to, target.size(),
+                                                    source.data(), from, source.size(), count_);
     target.resize(std::min<std::size_t>(result, target.size()));
     Answer answer;
     answer.json = {
@@ -224,22 +223,19 @@ class Hash : public TypedCommand {
   }
   Answer Run() override {
     const char id = Open();
-    const unsigned char format = form_.Format();
+    const unsigned char format = hex_ ? form_.DiskFormat() : form_.ValueFormat();
     Bytes bytes;
     int status = 0;
     unsigned long hash = 0;
     if (hex_) {
       if (values_.size() != 1) throw BadInput("VALUE: expected one run of bytes with --hex");
-      if ((format & OT_FORMAT_MEMORY) != 0) {
-        throw BadInput("--form: expected a disk form with --hex");
-      }
       bytes = ReadBytes(values_[0]);
       if (manager_.IsFixed(id)) RequireStored(manager_, id, bytes, format, count_);
       hash = manager_.Hash(id, bytes.size(), bytes.data(), count_, format, status);
     } else {
       Values values(manager_, id, values_.size());
       values.Scan(values_, texts_);
-      bytes = (format & 15) == OT_FORMAT_MEMORY ? Bytes() : values.Store(format);
+      bytes = format == OT_FORMAT_MEMORY ? Bytes() : values.Store(format);
       void* place = bytes.empty() ? values.Data() : bytes.data();
       hash = manager_.Hash(id, 0, place, values_.size(), format, status);
     }

@@ -65,7 +65,8 @@ OtTypeMgr FactoryOption::Manager() const {
   return OtTypeMgr(name == "legacy" ? 3 : 5);
 }
 
-void FormOption::Declare(CLI::App& app, const std::string& option, const std::string& meaning) {
+void FormOption::Declare(CLI::App& app, const std::string& as, const std::string& meaning) {
+  option = as;
   app.add_option(option, name, meaning + ": native, big-endian, memory, or a format byte")
       ->capture_default_str();
 }
@@ -76,6 +77,16 @@ unsigned char FormOption::Format() const {
     throw BadInput("form: expected " + NamesOf(kForms) + " or a number, found '" + name + "'");
   }
   return static_cast<unsigned char>(NumberOf(name, 255, "form"));
+}
+
+unsigned char FormOption::DiskFormat() const {
+  const unsigned char format = Format();
+  if ((format & OT_FORMAT_MEMORY) == 0) return format;
+  throw BadInput(option + ": expected a disk form, found '" + name + "'");
+}
+
+unsigned char FormOption::ValueFormat() const {
+  return Format() == OT_FORMAT_MEMORY ? Format() : DiskFormat();
 }
 
 void OpOption::Declare(CLI::App& app) {

@@ -19,10 +19,15 @@ struct FactoryOption {
 /// A form by name or a whole format byte by number.
 struct FormOption {
   std::string name = "native";
+  std::string option;
 
   void Declare(CLI::App& app, const std::string& option = "--form",
                const std::string& meaning = "Form of the stored bytes");
   unsigned char Format() const;
+  /// The form of bytes: throws BadInput for one with the bit of memory.
+  unsigned char DiskFormat() const;
+  /// The same, or memory itself, for operations on values of either form.
+  unsigned char ValueFormat() const;
 };
 
 /// The comparison-op word, as a number or a comma list of names.

@@ -10,11 +10,12 @@
 /// Marks what a shared library offers; everything else stays hidden.
 #define OT95_EXPORT __attribute__((visibility("default")))
 
-using OtByte = unsigned char;   ///< One unsigned byte.
-using OtWord = std::uint16_t;   ///< Unsigned 16 bits.
-using OtLong = std::int32_t;    ///< The 32-bit value behind every stored or computed `long`.
-using OtDWord = std::uint32_t;  ///< The 32-bit value behind every stored `unsigned long`.
-using BlockId = std::uint32_t;  ///< Number of a block of the database, a location hint.
+using OtByte = unsigned char;        ///< One unsigned byte.
+using OtWord = std::uint16_t;        ///< Unsigned 16 bits.
+using OtLong = std::int32_t;         ///< The 32-bit value behind every stored or computed `long`.
+using OtDWord = std::uint32_t;       ///< The 32-bit value behind every stored `unsigned long`.
+using BlockId = std::uint32_t;       ///< Number of a block of the database, a location hint.
+using OtFormatByte = unsigned char;  ///< A form in the low four bits, flags of texts above them.
 
 /// The low four bits of a format byte name the form of a value.
 enum : unsigned char {

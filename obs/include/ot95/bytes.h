@@ -21,9 +21,10 @@
 namespace ot95 {
 
 /// Whether the bytes of a scalar of this form stand in reverse: only OT_FORMAT_BIG_ENDIAN does
-/// that; the other fifteen forms are native. The high four bits say nothing about scalars.
+/// that, on a machine of the other order; the other fifteen forms are native. The high four bits
+/// say nothing about scalars.
 constexpr bool ReversesBytes(unsigned char format) {
-  return (format & 15) == OT_FORMAT_BIG_ENDIAN;
+  return (format & 15) == OT_FORMAT_BIG_ENDIAN && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 }
 
 /// The unsigned integer that is `width` bytes wide: 1, 2, 4 or 8.

@@ -108,6 +108,13 @@ template <class Self>
 OtLegacyString<Self>::OtLegacyString(unsigned long number) : text(TextOfNumber(number)), flags(0) {}
 
 template <class Self>
+OtLegacyString<Self>::OtLegacyString(long long number) : text(TextOfNumber(number)), flags(0) {}
+
+template <class Self>
+OtLegacyString<Self>::OtLegacyString(unsigned long long number)
+    : text(TextOfNumber(number)), flags(0) {}
+
+template <class Self>
 OtLegacyString<Self>::OtLegacyString(double number)
     : text(TextOfNumber(number, std::chars_format::fixed, 6)), flags(0) {}
 

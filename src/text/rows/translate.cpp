@@ -1,6 +1,7 @@
 /// Moves of strings between memory, their stored forms, and keys.
 
 #include <atomic>
+#include <bit>
 #include <memory>
 
 #include "kit/walks.h"
@@ -95,7 +96,8 @@ unsigned long NarrowRecord(const Place& target, const Place& record, unsigned ch
   target.bytes[2] = codeSet;
   target.bytes[3] = codeSet;
   const std::size_t fitting = std::min(count, target.length - kHeaderSize);
-  const std::size_t low = IsReversed(record.format) ? 1 : 0;
+  const bool lowFirst = (std::endian::native == std::endian::little) != IsReversed(record.format);
+  const std::size_t low = lowFirst ? 0 : 1;
   for (std::size_t i = 0; i < fitting; ++i) {
     const std::size_t at = kHeaderSize + 2 * i;
     target.bytes[kHeaderSize + i] = at + 2 <= record.length ? record.bytes[at + low] : 0;

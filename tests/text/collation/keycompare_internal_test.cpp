@@ -36,7 +36,7 @@ TEST(KeysInStep, EqualTheLevelWalk) {
   const unsigned short options[] = {0, 0x20, 0x40, 0x60, 0x80, 0x200, 0x2e0};
   for (int round = 0; round < 200000; ++round) {
     std::vector<unsigned short> words1(below(9)), words2;
-    const unsigned letters = below(4) == 0 ? std::size(alphabet) : 6;
+    const unsigned letters = below(4) == 0 ? unsigned{std::size(alphabet)} : 6;
     for (auto& word : words1) word = alphabet[below(letters)];
     words2 = words1;
     for (unsigned changes = below(3); changes > 0 && !words2.empty(); --changes) {

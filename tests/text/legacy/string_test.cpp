@@ -71,6 +71,8 @@ TYPED_TEST(LegacyString, IsMadeFromAndBecomesNumbers) {
   using Text = TypeParam;
   EXPECT_STREQ(Text(short{-5}).StrGet(), "-5");
   EXPECT_STREQ(Text(4000000000UL).StrGet(), "4000000000");
+  EXPECT_STREQ(Text(-9223372036854775807LL).StrGet(), "-9223372036854775807");
+  EXPECT_STREQ(Text(~0ULL).StrGet(), "18446744073709551615");
   EXPECT_STREQ(Text(1.5).StrGet(), "1.500000");
   EXPECT_EQ(Text(1e308).Len(), 316U);
   EXPECT_STREQ(Text("abc", 2).StrGet(), "ab");
