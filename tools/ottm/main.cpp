@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "command.h"
-#include "options.h"
+#include "commandline.h"
 #include "ot95/typemgr.h"
 
 namespace ottm {
@@ -46,6 +46,7 @@ class Program {
         commands_(AllCommands()) {
     app_.name("ottm");
     app_.require_subcommand(1);
+    ot95::tools::DeclareVersion(app_);
     for (auto& command : commands_) {
       CLI::App* sub = app_.add_subcommand(command->Name(), command->Summary());
       sub->footer(std::string("Example: ") + command->Example());
@@ -62,8 +63,7 @@ class Program {
   CLI::App& App() { return app_; }
   void Parse(std::vector<std::string> arguments) {
     std::transform(arguments.begin(), arguments.end(), arguments.begin(), Marked);
-    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
-    app_.parse(std::move(arguments));
+    ot95::tools::Parse(app_, arguments);
   }
   bool IsBatch() const { return batch_->parsed(); }
   Answer Run() { return chosen_->Run(); }
@@ -81,11 +81,6 @@ Json ErrorObject(const std::string& message) {
   return {{"error", message}, {"exit", 2}};
 }
 
-std::string OneLine(std::string message) {
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  return message;
-}
-
 Json AnswerLine(const std::string& line) {
   try {
     Program program;
@@ -97,32 +92,44 @@ Json AnswerLine(const std::string& line) {
   } catch (const Json::exception&) {
     return ErrorObject("expected a JSON array of texts");
   } catch (const std::exception& error) {
-    return ErrorObject(OneLine(error.what()));
+    return ErrorObject(ot95::tools::Message(error.what()));
   }
 }
 
 int RunBatch() {
-  for (std::string line; std::getline(std::cin, line);) {
-    std::cout << JsonLine(AnswerLine(line)) << std::flush;
+  ot95::tools::InputFile input("-");
+  input.KeepForItself();
+  ot95::tools::LineReader lines(input);
+  for (std::string line; lines.Next(line);) {
+    WriteOut(JsonLine(AnswerLine(line)));
+    FlushOut();
   }
   return 0;
 }
 
-int Main(int argc, char** argv) {
+/// Help and versions are answers, too.
+int PrintHelp(const CLI::App& app, const CLI::Success& help) {
+  app.exit(help);
+  FlushOut();
+  return 0;
+}
+
+int Run(int argc, char** argv) {
   Program program;
   try {
     program.Parse(std::vector<std::string>(argv + 1, argv + argc));
   } catch (const CLI::Success& help) {
-    return program.App().exit(help);
-  } catch (const CLI::ParseError& error) {
-    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
-    return 2;
+    return PrintHelp(program.App(), help);
   }
+  return program.IsBatch() ? RunBatch() : program.Print();
+}
+
+int Main(int argc, char** argv) {
+  ot95::tools::TellFileLimits();
   try {
-    if (program.IsBatch()) return RunBatch();
-    return program.Print();
+    return Run(argc, argv);
   } catch (const std::exception& error) {
-    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
+    std::cerr << "ottm: " << ot95::tools::Message(error.what()) << "\n";
     return 2;
   }
 }
