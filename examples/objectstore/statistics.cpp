@@ -11,9 +11,10 @@
 namespace otdb {
 namespace {
 
-constexpr std::size_t kStretches = 100;     // that are equally filled
+constexpr std::size_t kStretches = 1000;    // at most, of about as many entries
 constexpr std::size_t kFrequentKeys = 100;  // that have a stretch of their own
 constexpr std::size_t kFrequent = 2000;     // a key of that part of all entries may be one of them
+constexpr std::size_t kFewest = 16;         // entries of a stretch, where it isn't the rest
 constexpr std::size_t kCountBytes = 8;
 
 std::string NameOf(const ClassTrees& trees, const IndexTrees& index) {
@@ -56,20 +57,55 @@ class Measurer {
     for (; !largest.empty(); largest.pop()) {
       if (largest.top() >= frequent_) entries -= largest.top();
     }
-    room_ = entries / kStretches + 1;
+    room_ = std::max(entries / kStretches, kFewest) + 1;
   }
 
   void Take(View key, std::size_t count) {
     const bool isFrequent = count >= frequent_ && frequentLeft_ != 0;
     if (isFrequent) --frequentLeft_;
-    const bool isFull = !stretches_.empty() && stretches_.back().entries + count > room_;
-    if (stretches_.empty() || isFrequent || isClosed_ || isFull) {
-      stretches_.push_back({{key.begin(), key.end()}, {}, 0});
+    if (stretches_.empty() || isFrequent || isClosed_) {
+      Begin(key);
+    } else {
+      Stretch& last = stretches_.back();
+      if (last.entries >= room_ / 4) ConsiderCut(last, key);
+      if (last.entries + count > 2 * room_) CutAt(best_);
     }
     isClosed_ = isFrequent;
     Stretch& last = stretches_.back();
     last.upper.assign(key.begin(), key.end());
     last.entries += count;
+  }
+
+  void Begin(View key) {
+    stretches_.push_back({{key.begin(), key.end()}, {}, 0});
+    best_.reset();
+  }
+
+  /// A place between two keys at which a stretch can end.
+  struct Cut {
+    std::size_t common;  ///< What the keys begin with in common.
+    std::uint64_t entries;
+    Bytes before, behind;
+  };
+
+  /// The less two neighbours have in common, the more prefixes and ranges end there, and need no
+  /// estimate within a stretch.
+  void ConsiderCut(const Stretch& last, View key) {
+    const std::size_t common = CommonStart(member_, last.upper, key, form_);
+    if (best_ && (common > best_->common || (common == best_->common && best_->entries >= room_))) {
+      return;
+    }
+    best_ = Cut{common, last.entries, last.upper, {key.begin(), key.end()}};
+  }
+
+  void CutAt(const std::optional<Cut>& cut) {
+    if (!cut) return;
+    Stretch& last = stretches_.back();
+    Stretch rest{cut->behind, last.upper, last.entries - cut->entries};
+    last.upper = cut->before;
+    last.entries = cut->entries;
+    stretches_.push_back(std::move(rest));
+    best_.reset();
   }
 
   lmdb::txn& txn_;
@@ -78,8 +114,9 @@ class Measurer {
   unsigned char form_;
   std::size_t frequent_ = 0;  ///< Entries from which on a key is frequent.
   std::size_t frequentLeft_ = kFrequentKeys;
-  std::size_t room_ = 0;  ///< Entries of a stretch.
+  std::size_t room_ = 0;  ///< Entries of a stretch: a quarter to twice as many.
   bool isClosed_ = false;
+  std::optional<Cut> best_;
   Statistics stretches_;
 };
 

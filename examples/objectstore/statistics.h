@@ -15,8 +15,10 @@ struct Stretch {
   std::uint64_t entries;
 };
 
-/// An index in stretches that were equally filled when it was measured, in its order and without
-/// its nulls. A key of many entries is a stretch of its own.
+/// An index in stretches that were about equally filled when it was measured, in its order and
+/// without its nulls. They end where neighbours have little in common, so that the range of a
+/// prefix, of a year or of a country begins and ends with a stretch more often than within one. A
+/// key of many entries is a stretch of its own.
 using Statistics = std::vector<Stretch>;
 
 /// Measures all indexes, and keeps the result in the store until the next time.
