@@ -159,6 +159,10 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"decode long 00 --count 1000000000",
              "ottm: HEX: expected 1000000000 stored long, at offset 0: the bytes end too early\n",
              2},
+        Call{"int64 9223372036854775808 - 1",
+             "ottm: EXPR: expected a value of OtInt64, a whole number from -9223372036854775808 to "
+             "9223372036854775807, found '9223372036854775808'\n",
+             2},
         Call{"int64 1 / 0", "ottm: EXPR: expected a divisor other than 0\n", 2}));
 
 /// What a row would wrap, cut or make up is refused with what was expected; with "--lenient" the
@@ -270,8 +274,8 @@ INSTANTIATE_TEST_SUITE_P(
                          "ottm: unknown option '--from'; the nearest is '--form' "
                          "(see 'ottm encode --help')\n",
                          2},
-                    Call{"types all", "ottm: unexpected argument 'all' (see 'ottm types --help')\n",
-                         2},
+                    Call{"types '[all]'",
+                         "ottm: unexpected argument '[all]' (see 'ottm types --help')\n", 2},
                     Call{"encode", "ottm: TYPE is required (see 'ottm encode --help')\n", 2},
                     Call{"encode \"$(printf 'sh\\033[1mort')\" 1",
                          "ottm: TYPE: expected a type of this table (see 'ottm types'), found "

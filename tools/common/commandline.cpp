@@ -2,6 +2,7 @@
 #include "commandline.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "bad_input.h"
 #include "message.h"
@@ -10,6 +11,20 @@
 
 namespace ot95::tools {
 namespace {
+
+/// The parser takes an argument like "[a,b]" for a list. A mark behind it hides that, and every
+/// option takes the mark off again.
+constexpr char kMark = '\x1f';
+
+std::string Marked(std::string argument) {
+  if (argument.starts_with('[') && argument.ends_with(']')) argument += kMark;
+  return argument;
+}
+
+std::string Unmarked(std::string argument) {
+  if (argument.starts_with('[') && argument.ends_with(kMark)) argument.pop_back();
+  return argument;
+}
 
 /// The command that the arguments have come to.
 CLI::App& Deepest(CLI::App& app) {
@@ -56,7 +71,7 @@ void RequireKnownCommand(CLI::App& app, const std::vector<std::string>& argument
   const auto isOption = [](const std::string& word) { return word.starts_with('-'); };
   const auto option = std::find_if(strays.begin(), strays.end(), isOption);
   if (option != strays.end()) RefuseOption(app, *option);
-  Refuse(app, "unexpected argument " + Quoted(strays.empty() ? "" : strays.front()));
+  Refuse(app, "unexpected argument " + Quoted(strays.empty() ? "" : Unmarked(strays.front())));
 }
 
 std::string VersionText() {
@@ -80,8 +95,13 @@ std::string VersionText() {
 
 void Parse(CLI::App& app, const std::vector<std::string>& arguments) {
   RequireKnownCommand(app, arguments);
+  for (CLI::App* command : app.get_subcommands({})) {
+    for (CLI::Option* option : command->get_options()) option->transform(Unmarked);
+  }
+  std::vector<std::string> last;  // first, as the parser takes them
+  std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(last), Marked);
   try {
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    app.parse(std::move(last));
   } catch (const CLI::ExtrasError&) {
     RefuseStray(app, app.remaining(true));
   } catch (const CLI::Success&) {

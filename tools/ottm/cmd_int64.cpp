@@ -4,19 +4,19 @@
 #include <map>
 
 #include "command.h"
+#include "options.h"
 #include "ot95/int64.h"
+#include "scanner.h"
 #include "texts.h"
 
 namespace ottm {
 namespace {
 
 OtInt64 Operand(const std::string& text) {
+  OtTypeMgr manager;
   OtInt64 value(0);
-  const OtString source(text.c_str());
-  value.ScanFromOtString(source, "%S");
-  if (text.empty() || (value == OtInt64(-1) && text != "-1")) {
-    throw BadInput("EXPR: expected a 64-bit integer, found " + Quoted(text));
-  }
+  ot95::tools::Scanner scanner(manager, TypeOf(manager, "OtInt64"), {});
+  Naming("EXPR", [&] { scanner.Scan(&value, text, OT_CS_UNICODE, OT_LANG_NEUTRAL); });
   return value;
 }
 

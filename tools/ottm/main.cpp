@@ -1,5 +1,4 @@
 // ottm: the type manager on the command line. One process answers one command, or a batch of them.
-#include <algorithm>
 #include <iostream>
 
 #include "command.h"
@@ -24,20 +23,6 @@ CommandList AllCommands() {
   return list;
 }
 
-/// The parser takes an argument like "[a,b]" for a list. A mark behind it hides that, and every
-/// option takes the mark off again.
-constexpr char kMark = '\x1f';
-
-std::string Marked(std::string argument) {
-  if (argument.starts_with('[') && argument.ends_with(']')) argument += kMark;
-  return argument;
-}
-
-std::string Unmarked(std::string argument) {
-  if (argument.starts_with('[') && argument.ends_with(kMark)) argument.pop_back();
-  return argument;
-}
-
 /// The command line of one call: every command as a subcommand, and what was asked for.
 class Program {
  public:
@@ -52,7 +37,6 @@ class Program {
       sub->footer(std::string("Example: ") + command->Example());
       sub->add_flag("--json", json_, "One JSON object on one line");
       command->Declare(*sub);
-      for (CLI::Option* option : sub->get_options()) option->transform(Unmarked);
       sub->callback([this, chosen = command.get()] { chosen_ = chosen; });
     }
     batch_ = app_.add_subcommand(
@@ -61,10 +45,7 @@ class Program {
   }
 
   CLI::App& App() { return app_; }
-  void Parse(std::vector<std::string> arguments) {
-    std::transform(arguments.begin(), arguments.end(), arguments.begin(), Marked);
-    ot95::tools::Parse(app_, arguments);
-  }
+  void Parse(const std::vector<std::string>& arguments) { ot95::tools::Parse(app_, arguments); }
   bool IsBatch() const { return batch_->parsed(); }
   Answer Run() { return chosen_->Run(); }
   int Print() { return chosen_->Print(json_); }
