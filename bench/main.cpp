@@ -1,5 +1,6 @@
 // ot95_bench CORPORA [estimates] [options of Google Benchmark]
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 #include "corpus.h"
@@ -18,6 +19,9 @@ int main(int argc, char** argv) {
   bench::SetCorpusFolder(argv[1]);
   if (estimates) {
     bench::ReportEstimates();
+#ifdef OT95_BENCH_STORE
+    bench::ReportStoreEstimates(std::string(argv[1]) + "/places.csv");
+#endif
     ___OtTypemgrContext(0);
     return 0;
   }

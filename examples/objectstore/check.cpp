@@ -1,7 +1,9 @@
+// Every record and every index entry, held against each other.
 #include "check.h"
 
 #include "keys.h"
 #include "record.h"
+#include "statistics.h"
 
 namespace otdb {
 namespace {
@@ -61,6 +63,9 @@ class Checker {
       }
       before.assign(cursor.Key().begin(), cursor.Key().end());
     }
+    bool isDamaged = false;
+    StatisticsOf(store_, txn_, trees, index, &isDamaged);
+    if (isDamaged) Fault("index " + name + ": damaged statistics");
     if (StatOf(txn_, index.partial).ms_entries != partial) {
       Fault("index " + name + ": another number of partial entries than of partial keys");
     }

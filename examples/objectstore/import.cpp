@@ -1,15 +1,17 @@
+// Objects from CSV.
 #include "import.h"
 
 #include <csv.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string_view>
 
 #include "bad_input.h"
+#include "files.h"
+#include "message.h"
 #include "record.h"
+#include "statistics.h"
 
 namespace otdb {
 namespace {
@@ -70,8 +72,7 @@ class Importer {
   /// Ends the import, bad lines skipped or not.
   [[noreturn]] void Stop(std::size_t line, const std::string& reason) {
     Flush();
-    throw BadInput(At(line) + reason + " (" + std::to_string(result_.objects) +
-                   " objects were added)");
+    throw BadInput(At(line) + reason + Added());
   }
 
   void RequireHeader() {
@@ -79,10 +80,24 @@ class Importer {
   }
 
   void Flush() {
-    if (!batch_.empty()) store_.Add(type_, batch_);
+    try {
+      if (!batch_.empty()) store_.Add(type_, batch_);
+    } catch (const BadInput& error) {
+      throw BadInput(error.what() + Added());
+    }
     result_.objects += batch_.size();
     batch_.clear();
     if (options_.progress) options_.progress(share_, result_.objects);
+  }
+
+  /// @return the bytes read, 0 at the end. A file that can't be read to its end ends the import.
+  std::size_t Read(ot95::tools::InputFile& input, std::vector<char>& block) {
+    try {
+      return input.Read(block.data(), block.size());
+    } catch (const BadInput& error) {
+      Flush();
+      throw BadInput(error.what() + Added());
+    }
   }
 
   void SetShare(double share) { share_ = share; }
@@ -94,6 +109,9 @@ class Importer {
   const ImportResult& Result() const { return result_; }
 
  private:
+  std::string Added() const {
+    return " (" + std::to_string(result_.objects) + " objects were added)";
+  }
   std::string At(std::size_t line) const { return file_ + ":" + std::to_string(line) + ": "; }
 
   void ReadHeader(const std::vector<std::string>& names) {
@@ -103,8 +121,8 @@ class Importer {
     for (const std::string& name : names) {
       const auto found = std::find(known.begin(), known.end(), name);
       if (found == known.end()) {
-        throw BadInput("expected members of " + type_.name + " in the header, found '" + name +
-                       "'");
+        throw BadInput("expected members of " + type_.name + " in the header, found " +
+                       ot95::tools::Quoted(name));
       }
       columns.push_back(targets[static_cast<std::size_t>(found - known.begin())]);
     }
@@ -202,24 +220,22 @@ class CsvParser {
 
 ImportResult Import(Store& store, const Class& type, const std::string& file,
                     const ImportOptions& options) {
-  std::ifstream input(file, std::ios::binary);
-  if (!input) throw BadInput(file + ": can't be read");
-  std::error_code noSize;
-  const auto size = static_cast<double>(std::filesystem::file_size(file, noSize));
+  ot95::tools::InputFile input(file);
+  const auto size = static_cast<double>(input.Size());
   Importer importer(store, type, file, options);
   Feed feed{importer, nullptr};
   CsvParser parser;
   std::vector<char> block(1 << 16);
   double done = 0;
-  while (input.read(block.data(), static_cast<std::streamsize>(block.size())), input.gcount() > 0) {
-    const auto length = static_cast<std::size_t>(input.gcount());
+  while (const std::size_t length = importer.Read(input, block)) {
     done += static_cast<double>(length);
-    if (!noSize) importer.SetShare(done / size);
+    if (size > 0) importer.SetShare(done / size);
     parser.Parse({block.data(), length}, feed);
   }
   parser.Finish(feed);
   importer.RequireHeader();
   importer.Flush();
+  Analyze(store, {});
   return importer.Result();
 }
 

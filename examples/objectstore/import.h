@@ -22,7 +22,8 @@ struct ImportResult {
 
 /// Adds an object for each line of a CSV file behind its header, which names columns as ColumnsOf
 /// does; members without a column keep their default. A bad line ends the import unless bad lines
-/// are skipped: throws BadInput with its number, and what was added before it stays.
+/// are skipped: throws BadInput with its number, and what was added before it stays. So does what
+/// can't be read or stored. The store is analyzed at the end.
 ImportResult Import(Store& store, const Class& type, const std::string& file,
                     const ImportOptions& options);
 

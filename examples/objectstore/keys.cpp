@@ -1,3 +1,4 @@
+// Index keys: how they are made, ordered and read.
 #include "keys.h"
 
 #include <algorithm>
@@ -28,6 +29,19 @@ constexpr std::array<MDB_cmp_func*, kTypes> Comparers(std::index_sequence<types.
   return {Compare<static_cast<char>(types), form>...};
 }
 
+// A text's key is its length in two bytes, a mark, the script, and order words. The primary
+// difference of a letter stands in some of its bits.
+constexpr std::size_t kTextHead = 4;
+constexpr std::size_t kWord = 2;
+constexpr unsigned kLetter = 0x4000, kBeyondLetters = 0x8000, kPrimary = 0x407f;
+
+unsigned PrimaryAt(View key, std::size_t at, unsigned char form) {
+  const bool bigEndian = form == OT_FORMAT_BIG_ENDIAN;
+  const unsigned high = key[at + !bigEndian], low = key[at + bigEndian];
+  const unsigned order = high << 8 | low;
+  return order >= kLetter && order < kBeyondLetters ? order & kPrimary : order;
+}
+
 }  // namespace
 
 unsigned char KeyFormat(char type, unsigned char form) {
@@ -47,6 +61,21 @@ bool IsWhole(char type, View key, unsigned char form) {
   Types().Cmp(type, key.size(), Place(key), key.size(), Place(key), OT_CMP_NO_WILDCARDS, 1,
               KeyFormat(type, form), status);
   return status == 0 && key.size() < OtINDEX_MAX_KEYLEN;
+}
+
+std::size_t CommonStart(const Member& member, View key1, View key2, unsigned char form) {
+  const std::size_t length = std::min(key1.size(), key2.size());
+  if (!member.IsText()) {
+    const auto end = key1.begin() + static_cast<std::ptrdiff_t>(length);
+    return static_cast<std::size_t>(std::mismatch(key1.begin(), end, key2.begin()).first -
+                                    key1.begin());
+  }
+  if (length < kTextHead || key1[kTextHead - 1] != key2[kTextHead - 1]) return 0;
+  std::size_t common = 1;  // the script
+  for (std::size_t at = kTextHead; at + kWord <= length; at += kWord, ++common) {
+    if (PrimaryAt(key1, at, form) != PrimaryAt(key2, at, form)) break;
+  }
+  return common;
 }
 
 MDB_cmp_func* KeyComparer(char type, unsigned char form) {

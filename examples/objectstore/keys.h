@@ -25,6 +25,10 @@ int CompareKeys(char type, View key1, View key2, unsigned char form);
 /// another script, says where the value begins and no more.
 bool IsWhole(char type, View key, unsigned char form);
 
+/// How many letters of a text, or bytes of another value, two keys begin with in common. Case and
+/// accents don't count: they decide only between equal letters.
+std::size_t CommonStart(const Member& member, View key1, View key2, unsigned char form);
+
 /// The order of the trees: CompareKeys, as the store calls it.
 MDB_cmp_func* KeyComparer(char type, unsigned char form);
 

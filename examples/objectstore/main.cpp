@@ -4,23 +4,27 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 
 #include "bad_input.h"
 #include "check.h"
+#include "commandline.h"
 #include "execute.h"
 #include "explain.h"
+#include "files.h"
 #include "import.h"
+#include "message.h"
 #include "progress.h"
 #include "record.h"
+#include "statistics.h"
 #include "store.h"
 
 namespace otdb {
 namespace {
 
 using ot95::tools::BadInput;
+using ot95::tools::FlushOut;
+using ot95::tools::WriteOut;
 using Json = nlohmann::ordered_json;
 
 struct Arguments {
@@ -29,20 +33,16 @@ struct Arguments {
   std::size_t batch = ImportOptions().batch;
 };
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw BadInput(path + ": can't be read");
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
 void PrintCsv(const std::vector<std::string>& fields) {
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (i != 0) std::putchar(',');
-    csv_fwrite(stdout, fields[i].data(), fields[i].size());
+  std::string line;
+  for (const std::string& field : fields) {
+    const std::size_t start = line.size();
+    line.resize(start + csv_write(nullptr, 0, field.data(), field.size()));
+    csv_write(line.data() + start, line.size() - start, field.data(), field.size());
+    line += ',';
   }
-  std::putchar('\n');
+  if (!line.empty()) line.pop_back();
+  WriteOut(line + "\n");
 }
 
 /// Prints objects as JSON lines, as CSV, or as columns with tabs between them.
@@ -62,17 +62,18 @@ class Printer {
     } else if (arguments_.json) {
       Json json = {{"class", class_.name}, {"id", IdToText(id, form_)}};
       json.update(object_.ToJson());
-      std::puts(json.dump().c_str());
+      WriteOut(json.dump() + "\n");
     } else {
       PrintTabbed(IdToText(id, form_), object_.Texts());
     }
   }
 
  private:
+  /// A text neither breaks the columns nor speaks to the terminal.
   static void PrintTabbed(const std::string& id, const std::vector<std::string>& texts) {
-    std::fputs(id.c_str(), stdout);
-    for (const std::string& text : texts) std::printf("\t%s", text.c_str());
-    std::putchar('\n');
+    std::string line = id;
+    for (const std::string& text : texts) line += "\t" + ot95::tools::Escaped(text);
+    WriteOut(line + "\n");
   }
 
   const Class& class_;
@@ -82,7 +83,9 @@ class Printer {
 };
 
 int RunCreate(const Arguments& arguments) {
-  Store::Create(arguments.directory, Schema::FromJson(ReadFile(arguments.file)));
+  const std::string json = ot95::tools::InputFile(arguments.file).ReadAll();
+  Store::Create(arguments.directory, ot95::tools::Naming(ot95::tools::Escaped(arguments.file),
+                                                         [&] { return Schema::FromJson(json); }));
   return 0;
 }
 
@@ -90,28 +93,48 @@ void ShowProgress(double share, std::size_t objects) {
   ot95::tools::ShowProgress(share, objects, "objects");
 }
 
+void Tell(const std::string& text) {
+  std::cerr << "otdb: " << ot95::tools::Message(text) << "\n";
+}
+
 int RunImport(const Arguments& arguments) {
   Store store(arguments.directory);
   ImportOptions options;
   options.skipBad = arguments.skipBad;
   options.batch = arguments.batch;
-  options.report = [](const std::string& text) { std::cerr << "otdb: " << text << "\n"; };
+  options.report = Tell;
   const bool onTerminal = isatty(STDERR_FILENO) != 0;
   if (onTerminal) options.progress = ShowProgress;
   const Class& type = store.GetSchema().ClassNamed(arguments.className);
   const ImportResult result = Import(store, type, arguments.file, options);
   if (onTerminal) std::cerr << "\n";
-  std::cout << result.objects << " objects added";
-  if (result.bad != 0) std::cout << ", " << result.bad << " bad lines skipped";
-  std::cout << "\n";
+  std::string told = std::to_string(result.objects) + " objects added";
+  if (result.bad != 0) told += ", " + std::to_string(result.bad) + " bad lines skipped";
+  WriteOut(told + "\n");
   return 0;
 }
 
-int RunGet(const Arguments& arguments) {
-  const Store store(arguments.directory);
+int RunAnalyze(const Arguments& arguments) {
+  Store store(arguments.directory);
+  Analyze(store, [](const std::string& index, std::size_t stretches) {
+    WriteOut(index + ": " + std::to_string(stretches) + " ranges\n");
+  });
+  return 0;
+}
+
+/// Runs a command that only reads.
+template <int (*command)(const Store&, lmdb::txn&, const Arguments&)>
+int Reading(const Arguments& arguments) {
+  const Store store(arguments.directory, Access::kRead);
+  auto txn = store.Read();
+  const int status = command(store, txn, arguments);
+  store.RequireUnchanged();
+  return status;
+}
+
+int RunGet(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
   const unsigned char form = store.GetSchema().form;
   const Bytes id = IdFromText(arguments.id, form);
-  auto txn = store.Read();
   for (const ClassTrees& trees : store.Trees()) {
     const auto bytes = Get(txn, trees.objects, id);
     if (!bytes) continue;
@@ -120,13 +143,11 @@ int RunGet(const Arguments& arguments) {
     Printer(*trees.type, form, asJson).Print(id, Record(*trees.type, *bytes, form));
     return 0;
   }
-  std::cerr << "otdb: no object " << arguments.id << "\n";
+  Tell("no object " + arguments.id);
   return 1;
 }
 
-int RunDump(const Arguments& arguments) {
-  const Store store(arguments.directory);
-  auto txn = store.Read();
+int RunDump(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
   if (arguments.csv && arguments.className.empty()) throw BadInput("--csv: expected a CLASS");
   for (const ClassTrees& trees : store.Trees()) {
     if (!arguments.className.empty() &&
@@ -145,51 +166,55 @@ int RunDump(const Arguments& arguments) {
   return 0;
 }
 
-void PrintStat(const Store& store, lmdb::txn& txn, const ClassTrees& trees) {
-  const MDB_stat objects = StatOf(txn, trees.objects);
-  const auto size = [](const MDB_stat& stat) {
-    return stat.ms_psize * (stat.ms_branch_pages + stat.ms_leaf_pages + stat.ms_overflow_pages);
-  };
-  std::printf("%-24s %10zu objects %12zu bytes\n", trees.type->name.c_str(), objects.ms_entries,
-              size(objects));
-  for (const IndexTrees& index : trees.indexes) {
-    const Member& member = trees.type->members[index.member];
-    const MDB_stat all = StatOf(txn, index.all);
-    std::printf("  %-22s %10zu entries %12zu bytes", member.name.c_str(), all.ms_entries,
-                size(all));
-    Cursor first(txn, index.all), last(txn, index.all);
-    if (first.First() && last.Last()) {
-      const unsigned char form = store.GetSchema().form;
-      std::printf("  %s to %s", KeyToText(member, first.Key(), form).c_str(),
-                  KeyToText(member, last.Key(), form).c_str());
-    }
-    const std::size_t partial = StatOf(txn, index.partial).ms_entries;
-    if (partial != 0) std::printf("  (%zu partial keys)", partial);
-    std::putchar('\n');
-  }
+std::size_t SizeOf(const MDB_stat& stat) {
+  return stat.ms_psize * (stat.ms_branch_pages + stat.ms_leaf_pages + stat.ms_overflow_pages);
 }
 
-int RunStat(const Arguments& arguments) {
-  const Store store(arguments.directory);
-  auto txn = store.Read();
-  for (const ClassTrees& trees : store.Trees()) PrintStat(store, txn, trees);
+std::string Padded(const std::string& text, int width) {
+  const auto room = static_cast<std::size_t>(width < 0 ? -width : width);
+  const std::string blanks(text.size() < room ? room - text.size() : 0, ' ');
+  return width < 0 ? text + blanks : blanks + text;
+}
+
+/// The columns of `stat`: what, how many, and how large.
+std::string StatColumns(const std::string& name, const MDB_stat& stat, const char* what) {
+  return Padded(name, -24) + " " + Padded(std::to_string(stat.ms_entries), 10) + " " + what + " " +
+         Padded(std::to_string(SizeOf(stat)), 12) + " bytes";
+}
+
+std::string StatOfIndex(const Store& store, lmdb::txn& txn, const ClassTrees& trees,
+                        const IndexTrees& index) {
+  const Member& member = trees.type->members[index.member];
+  std::string line = StatColumns("  " + member.name, StatOf(txn, index.all), "entries");
+  Cursor first(txn, index.all), last(txn, index.all);
+  if (first.First() && last.Last()) {
+    const unsigned char form = store.GetSchema().form;
+    line +=
+        "  " + KeyToText(member, first.Key(), form) + " to " + KeyToText(member, last.Key(), form);
+  }
+  const std::size_t partial = StatOf(txn, index.partial).ms_entries;
+  if (partial != 0) line += "  (" + std::to_string(partial) + " partial keys)";
+  return line + "\n";
+}
+
+int RunStat(const Store& store, lmdb::txn& txn, const Arguments&) {
+  for (const ClassTrees& trees : store.Trees()) {
+    WriteOut(StatColumns(trees.type->name, StatOf(txn, trees.objects), "objects") + "\n");
+    for (const IndexTrees& index : trees.indexes) WriteOut(StatOfIndex(store, txn, trees, index));
+  }
   return 0;
 }
 
-int RunCheck(const Arguments& arguments) {
-  const Store store(arguments.directory);
-  auto txn = store.Read();
+int RunCheck(const Store& store, lmdb::txn& txn, const Arguments&) {
   const CheckResult result =
-      Check(store, txn, [](const std::string& fault) { std::cout << fault << "\n"; });
-  std::cout << result.objects << " objects, " << result.entries << " index entries, "
-            << result.faults << " faults\n";
+      Check(store, txn, [](const std::string& fault) { WriteOut(fault + "\n"); });
+  WriteOut(std::to_string(result.objects) + " objects, " + std::to_string(result.entries) +
+           " index entries, " + std::to_string(result.faults) + " faults\n");
   return result.faults == 0 ? 0 : 1;
 }
 
-int RunQuery(const Arguments& arguments) {
-  const Store store(arguments.directory);
+int RunQuery(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
   const Query query = ParseQuery(store.GetSchema(), arguments.query);
-  auto txn = store.Read();
   const Plan plan = MakePlan(store, txn, query);
   if (arguments.explain) std::cerr << Explain(store, txn, query, plan);
   Printer printer(*query.type, store.GetSchema().form, arguments);
@@ -198,8 +223,8 @@ int RunQuery(const Arguments& arguments) {
     if (!query.count) printer.Print(id, record);
     return true;
   });
-  if (query.count) std::printf("%zu\n", tally.found);
-  std::fflush(stdout);
+  if (query.count) WriteOut(std::to_string(tally.found) + "\n");
+  FlushOut();
   if (arguments.explain) std::cerr << ExplainTally(store, txn, query, plan, tally);
   return 0;
 }
@@ -216,6 +241,7 @@ CLI::App* AddCommand(CLI::App& app, Arguments& arguments, Command& chosen, const
 
 void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
   app.require_subcommand(1);
+  ot95::tools::DeclareVersion(app);
   const auto add = [&](const char* name, const char* summary, Command command) {
     return AddCommand(app, arguments, chosen, name, summary, command);
   };
@@ -229,13 +255,15 @@ void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
   import->add_option("--batch", arguments.batch, "Objects a transaction")
       ->check(CLI::Range(1, 1'000'000))
       ->capture_default_str();
-  add("get", "Prints an object", RunGet)->add_option("ID", arguments.id)->required();
-  CLI::App* dump = add("dump", "Prints all objects, as JSON lines", RunDump);
+  add("get", "Prints an object", Reading<RunGet>)->add_option("ID", arguments.id)->required();
+  CLI::App* dump = add("dump", "Prints all objects, as JSON lines", Reading<RunDump>);
   dump->add_option("CLASS", arguments.className, "Only those of a class");
   dump->add_flag("--csv", arguments.csv, "CSV, as import takes it");
-  add("stat", "Tells sizes, and what the indexes reach from and to", RunStat);
-  add("check", "Verifies every record, and every index entry against its object", RunCheck);
-  CLI::App* query = add("query", "Finds objects", RunQuery);
+  add("analyze", "Measures how the indexes are filled, to plan queries by", RunAnalyze);
+  add("stat", "Tells sizes, and what the indexes reach from and to", Reading<RunStat>);
+  add("check", "Verifies every record, and every index entry against its object",
+      Reading<RunCheck>);
+  CLI::App* query = add("query", "Finds objects", Reading<RunQuery>);
   query->add_option("QUERY", arguments.query)->required();
   query->add_flag("--explain", arguments.explain,
                   "Tell on standard error how the query is answered");
@@ -245,19 +273,29 @@ void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
       "Example: otdb query DIR \"from City where name = 'san*' ignoring case order by name\"");
 }
 
-int Main(int argc, char** argv) {
+int Run(int argc, char** argv) {
   CLI::App app("An object store that knows values only through the type manager.", "otdb");
   Arguments arguments;
   Command chosen = nullptr;
   Declare(app, arguments, chosen);
+  int status = 0;
   try {
-    app.parse(argc, argv);
-    return chosen(arguments);
+    ot95::tools::Parse(app, std::vector<std::string>(argv + 1, argv + argc));
+    status = chosen(arguments);
   } catch (const CLI::Success& help) {
-    return app.exit(help);
+    app.exit(help);
+  }
+  FlushOut();
+  return status;
+}
+
+int Main(int argc, char** argv) {
+  ot95::tools::TellFileLimits();
+  try {
+    return Run(argc, argv);
   } catch (const std::exception& error) {
-    std::cout << std::flush;
-    std::cerr << "otdb: " << error.what() << "\n";
+    std::fflush(stdout);  // what was found comes before what went wrong
+    Tell(error.what());
     return 2;
   }
 }

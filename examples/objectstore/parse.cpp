@@ -1,8 +1,10 @@
+// Queries from text.
 #include <cctype>
 #include <charconv>
 #include <type_traits>
 
 #include "bad_input.h"
+#include "message.h"
 #include "query.h"
 #include "value.h"
 
@@ -112,7 +114,8 @@ class Parser {
     token_ = lexer_.Next();
   }
   [[noreturn]] void Fail(const std::string& expected) const {
-    const std::string found = token_.kind == Token::kEnd ? "its end" : "'" + token_.text + "'";
+    const std::string found =
+        token_.kind == Token::kEnd ? "its end" : ot95::tools::Quoted(token_.text);
     throw BadInput("query, at " + std::to_string(token_.place + 1) + ": expected " + expected +
                    ", found " + found);
   }

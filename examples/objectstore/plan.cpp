@@ -1,19 +1,17 @@
+// Which indexes answer a query.
 #include "plan.h"
 
 #include <algorithm>
 
 #include "keys.h"
-#include "ot95/int64.h"
 #include "scanlimits.h"
+#include "share.h"
 #include "value.h"
 
 namespace otdb {
 namespace {
 
 using Ranges = std::vector<Range>;
-
-/// Its row answers a number of values, not a share of them.
-constexpr char kNullableInt64 = 38;
 
 double TotalOf(const Ranges& ranges) {
   double total = 0;
@@ -24,7 +22,10 @@ double TotalOf(const Ranges& ranges) {
 class Planner {
  public:
   Planner(const Store& store, lmdb::txn& txn, const Query& query)
-      : form_(store.GetSchema().form), trees_(store.TreesOf(*query.type)), txn_(txn) {}
+      : store_(store),
+        form_(store.GetSchema().form),
+        trees_(store.TreesOf(*query.type)),
+        txn_(txn) {}
 
   Plan Run(const Condition& where) {
     if (auto ranges = RangesFor(where)) {
@@ -129,36 +130,33 @@ class Planner {
     return nulls;
   }
 
-  /// Asks the type. The share is measured on the ends of the index, of which a null is none: it
-  /// stands so far off that all values would look like one.
-  /// @return whether the operand stands for a range.
-  bool Estimate(const Term& term, const std::optional<Nulls>& nulls, Range& range) const {
-    const char type = MemberOf(*range.index).type;
-    Limits limits, ends;
-    Cursor first(txn_, range.index->all), last(txn_, range.index->all);
-    bool isEmpty = !first.First() || !last.Last();
-    if (!isEmpty && nulls && CompareKeys(type, first.Key(), nulls->key, form_) == 0) {
-      isEmpty = !first.NextKey();
+  /// The whole of an index as one stretch, without its nulls: they stand so far off that all values
+  /// would look like one. Nothing where there are only nulls.
+  Statistics WholeOf(const IndexTrees& index, const std::optional<Nulls>& nulls) const {
+    Cursor first(txn_, index.all), last(txn_, index.all);
+    if (!first.First() || !last.Last()) return {};
+    if (nulls && CompareKeys(MemberOf(index).type, first.Key(), nulls->key, form_) == 0 &&
+        !first.NextKey()) {
+      return {};
     }
-    if (!isEmpty) ends.Set(first.Key(), last.Key());
-    auto op = static_cast<unsigned short>(term.relation | term.options);
-    double share = Types().EvalAndBound(type, isEmpty ? nullptr : &ends, op, Place(term.operand),
-                                        form_, 1, &limits, nullptr);
-    if (type == kNullableInt64 && !isEmpty) {
-      share /= NumberOf(last.Key()) - NumberOf(first.Key()) + 1.0;
-    }
-    range.share = isEmpty ? 0 : std::clamp(share, 0.0, 1.0);
-    range.lower = limits.Lower();
-    range.upper = limits.Upper();
-    return (op & OT_OP_WILDCARD) != 0;
+    return {{{first.Key().begin(), first.Key().end()}, {last.Key().begin(), last.Key().end()}, 1}};
   }
 
-  /// The number in a key of OtNull_OtInt64, behind its flag.
-  double NumberOf(View key) const {
-    constexpr char int64 = 26;
-    OtInt64 number(0);
-    Types().Load(int64, &number, Place(key.subspan(1)), form_, 1);
-    return number.high * 4294967296.0 + number.low;
+  /// Asks the type for limits, and for the share of each stretch of the index.
+  /// @return whether the operand stands for a range.
+  bool Estimate(const Term& term, const std::optional<Nulls>& nulls, Range& range) const {
+    const Member& member = MemberOf(*range.index);
+    auto op = static_cast<unsigned short>(term.relation | term.options);
+    Limits limits;
+    Types().EvalAndBound(member.type, nullptr, op, Place(term.operand), form_, 1, &limits, nullptr);
+    range.lower = limits.Lower();
+    range.upper = limits.Upper();
+    const bool isOpen = (op & OT_OP_WILDCARD) != 0;
+    auto stretches = StatisticsOf(store_, txn_, trees_, *range.index);
+    if (!stretches || stretches->empty()) stretches = WholeOf(*range.index, nulls);
+    const ShareMeter meter(member, term, isOpen, range.lower, range.upper, form_);
+    range.share = meter.Of(*stretches);
+    return isOpen;
   }
 
   /// What a key or a pattern doesn't tell decides an inequality: a limit that isn't whole is none,
@@ -186,6 +184,7 @@ class Planner {
     }
   }
 
+  const Store& store_;
   unsigned char form_;
   const ClassTrees& trees_;
   lmdb::txn& txn_;

@@ -1,3 +1,4 @@
+// Stores of the other machine word.
 #include "rewrite.h"
 
 #include <fcntl.h>
@@ -10,6 +11,7 @@
 #include "bad_input.h"
 #include "pages.h"
 #include "record.h"
+#include "statistics.h"
 #include "store.h"
 
 namespace otdb {
@@ -32,6 +34,7 @@ class Rewriter {
       lmdb::dbi_put(txn, to_.facts_, lmdb::val("nextId"), lmdb::val(nextId_.data(), nextId_.size()),
                     0);
     });
+    Analyze(to_, {});
   }
 
  private:
@@ -91,7 +94,10 @@ void RequireUnused(const std::string& lockFile) {
 void RewriteForThisMachine(const std::string& directory) {
   namespace fs = std::filesystem;
   const std::string data = directory + "/data.mdb";
-  if (!fs::exists(data)) throw BadInput(directory + ": expected a store");
+  std::error_code error;
+  const auto size = fs::file_size(data, error);
+  if (error) throw BadInput(directory + ": expected a store (data.mdb: " + error.message() + ")");
+  if (size == 0) throw BadInput(data + ": expected a store's file, found an empty one");
   if (!PageFile<OtherWord>::IsOne(data)) return;
   RequireUnused(directory + "/lock.mdb");
   std::cerr << "otdb: " << directory

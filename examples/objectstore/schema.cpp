@@ -1,3 +1,4 @@
+// Schemas from JSON and back.
 #include "schema.h"
 
 #include <algorithm>
@@ -7,6 +8,8 @@
 #include "bad_input.h"
 #include "bytes.h"
 #include "keys.h"
+#include "message.h"
+#include "scanner.h"
 #include "utf8text.h"
 
 namespace otdb {
@@ -14,6 +17,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using ot95::tools::BadInput;
+using ot95::tools::Quoted;
 
 constexpr unsigned long kMostElements = 10'000;
 constexpr const char* kStoreFacts = "facts";  // the tree in which the store keeps the schema
@@ -28,14 +32,25 @@ T Field(const Json& object, const char* name, T preset) {
   return found == object.end() ? preset : found->get<T>();
 }
 
+/// A key that nobody reads is a slip that would go unseen.
+void RequireKnownKeys(const Json& object, const std::vector<std::string>& known,
+                      const std::string& where) {
+  if (!object.is_object()) return;  // told when its fields are read
+  for (const auto& [key, value] : object.items()) {
+    if (std::find(known.begin(), known.end(), key) == known.end()) {
+      throw BadInput(where + ot95::tools::Unknown("key", key, known));
+    }
+  }
+}
+
 // Names stand in queries and in the names of trees.
 std::string NameIn(const Json& object, const std::string& of) {
   const std::string name = object.at("name").get<std::string>();
   const auto isPart = [](unsigned char c) { return std::isalnum(c) || c == '_'; };
   if (name.empty() || name.size() > 100 || std::isdigit(static_cast<unsigned char>(name[0])) ||
       !std::all_of(name.begin(), name.end(), isPart)) {
-    throw BadInput("schema: expected a name of letters, digits and '_' for " + of + ", found '" +
-                   name + "'");
+    throw BadInput("schema: expected a name of letters, digits and '_' for " + of + ", found " +
+                   Quoted(name));
   }
   return name;
 }
@@ -44,9 +59,11 @@ Member MemberFrom(const Json& json, const std::string& className) {
   Member member;
   member.name = NameIn(json, "a member of " + className);
   const std::string where = "schema: " + className + "." + member.name + ": ";
+  RequireKnownKeys(json, {"name", "type", "count", "codeSet", "language", "format", "indexed"},
+                   where);
   const std::string type = json.at("type").get<std::string>();
   if (Types().Name2OtTypeId(type.c_str(), member.type) != 0 || type == "illegal") {
-    throw BadInput(where + "expected the name of a type, found '" + type + "'");
+    throw BadInput(where + "expected the name of a type, found " + Quoted(type));
   }
   const auto count = Field(json, "count", std::uint64_t{1});
   if (count == 0 || count > kMostElements) {
@@ -70,6 +87,7 @@ Member MemberFrom(const Json& json, const std::string& className) {
 Class ClassFrom(const Json& json) {
   Class made;
   made.name = NameIn(json, "a class");
+  RequireKnownKeys(json, {"name", "members"}, "schema: " + made.name + ": ");
   std::set<std::string> names;
   for (const Json& member : json.at("members")) {
     made.members.push_back(MemberFrom(member, made.name));
@@ -84,14 +102,14 @@ Class ClassFrom(const Json& json) {
 }  // namespace
 
 bool Member::IsText() const {
-  return Types().ExchangeFormat(type, nullptr) == std::string_view("%s");
+  return ot95::tools::Scanner::IsText(Types(), type);
 }
 
 std::size_t Class::MemberNamed(const std::string& memberName) const {
   const auto found = std::find_if(members.begin(), members.end(),
                                   [&](const Member& m) { return m.name == memberName; });
   if (found == members.end()) {
-    throw BadInput("expected a member of " + name + ", found '" + memberName + "'");
+    throw BadInput("expected a member of " + name + ", found " + Quoted(memberName));
   }
   return static_cast<std::size_t>(found - members.begin());
 }
@@ -99,7 +117,8 @@ std::size_t Class::MemberNamed(const std::string& memberName) const {
 const Class& Schema::ClassNamed(const std::string& name) const {
   const auto found =
       std::find_if(classes.begin(), classes.end(), [&](const Class& c) { return c.name == name; });
-  if (found == classes.end()) throw BadInput("expected a class of the store, found '" + name + "'");
+  if (found == classes.end())
+    throw BadInput("expected a class of the store, found " + Quoted(name));
   return *found;
 }
 
@@ -107,9 +126,10 @@ Schema Schema::FromJson(const std::string& text) {
   Schema schema;
   try {
     const Json json = Json::parse(text, nullptr, true, true);
+    RequireKnownKeys(json, {"form", "classes"}, "schema: ");
     const std::string form = Field(json, "form", std::string("big-endian"));
     if (form != "big-endian" && form != "native") {
-      throw BadInput("schema: form: expected big-endian or native, found '" + form + "'");
+      throw BadInput("schema: form: expected big-endian or native, found " + Quoted(form));
     }
     schema.form = form == "native" ? OT_FORMAT_NATIVE : OT_FORMAT_BIG_ENDIAN;
     std::set<std::string> names = {kStoreFacts};

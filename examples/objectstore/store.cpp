@@ -1,11 +1,20 @@
+// Objects and indexes in the trees of the storage engine.
 #include "store.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <numeric>
+#include <string_view>
+#include <utility>
 
 #include "bad_input.h"
 #include "keys.h"
+#include "message.h"
 #include "ot95/identity.h"
 #include "ot95/text.h"
 #include "record.h"
@@ -22,6 +31,12 @@ constexpr unsigned kMostTrees = 1000;
 constexpr std::size_t kFirstMapSize = std::size_t{16} << 20;
 constexpr const char* kSchemaKey = "schema";
 constexpr const char* kNextIdKey = "nextId";
+constexpr const char* kStatistics = "~statistics";  // no class and no index is called so
+constexpr std::size_t kLockFileSize = 8192;         // of the storage engine's table of readers
+
+View ViewOf(std::string_view text) {
+  return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
+}
 
 lmdb::val ValOf(View bytes) {
   return {bytes.data(), bytes.size()};
@@ -41,13 +56,35 @@ OtObjId LoadedId(View stored, unsigned char form) {
 }
 
 std::size_t TreesIn(const Schema& schema) {
-  std::size_t trees = 1;
+  std::size_t trees = 2;
   for (const Class& type : schema.classes) {
     trees +=
         1 + 2 * static_cast<std::size_t>(std::count_if(type.members.begin(), type.members.end(),
                                                        [](auto& m) { return m.indexed; }));
   }
   return trees;
+}
+
+/// A commit that fails has ended its transaction, too.
+class Transaction : public lmdb::txn {
+ public:
+  using lmdb::txn::txn;
+
+  void Commit() { lmdb::txn_commit(std::exchange(_handle, nullptr)); }
+};
+
+// The lock file is mapped: where the disk had no room for it, a write there would end the process.
+void ReserveLockFile(const std::string& directory) {
+  const std::string path = directory + "/lock.mdb";
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (!error && size >= kLockFileSize) return;
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (file < 0) return;  // told, if it matters, where the store is opened
+  const int status = posix_fallocate(file, 0, kLockFileSize);
+  close(file);
+  if (status == 0 || status == EOPNOTSUPP || status == EINVAL) return;
+  throw BadInput(path + ": " + std::strerror(status));
 }
 
 }  // namespace
@@ -63,12 +100,38 @@ const ClassTrees& Store::TreesOf(const Class& type) const {
 }
 
 Store::Store(const std::string& path, unsigned flags, const Schema* fresh)
-    : env_(lmdb::env::create()) {
+    : path_(path), env_(lmdb::env::create()) {
+  try {
+    if (fresh) env_.set_mapsize(kFirstMapSize);
+    Open(flags);
+    Transaction txn(Begin(fresh ? 0 : MDB_RDONLY));
+    Load(txn, fresh);
+    txn.Commit();  // also of a reader, whose trees would be closed else
+  } catch (const lmdb::error& error) {
+    Fail(error);
+  }
+}
+
+Store::Store(const std::string& directory, Access access)
+    : Store((RewriteForThisMachine(directory), directory), access == Access::kRead ? MDB_RDONLY : 0,
+            nullptr) {}
+
+void Store::Open(unsigned flags) {
+  if ((flags & MDB_NOSUBDIR) == 0) ReserveLockFile(path_);
   env_.set_max_dbs(kMostTrees);
-  if (fresh) env_.set_mapsize(kFirstMapSize);
-  env_.open(path.c_str(), flags, 0644);
-  auto txn = lmdb::txn::begin(env_);
-  facts_ = lmdb::dbi::open(txn, "facts", fresh ? MDB_CREATE : 0).handle();
+  const int status = mdb_env_open(env_, path_.c_str(), flags, 0644);
+  if (status == MDB_SUCCESS) return;
+  const bool mayNotLock = status == EACCES || status == EROFS;
+  if (!mayNotLock || (flags & MDB_RDONLY) == 0) lmdb::error::raise("mdb_env_open", status);
+  env_ = lmdb::env::create();
+  env_.set_max_dbs(kMostTrees);
+  env_.open(path_.c_str(), flags | MDB_NOLOCK, 0644);
+  unregisteredSince_ = LastTransaction();
+}
+
+void Store::Load(lmdb::txn& txn, const Schema* fresh) {
+  const unsigned create = fresh ? MDB_CREATE : 0;
+  facts_ = lmdb::dbi::open(txn, "facts", create).handle();
   const lmdb::val schemaKey(kSchemaKey);
   if (fresh) {
     lmdb::dbi_put(txn, facts_, schemaKey, lmdb::val(fresh->ToJson()), 0);
@@ -76,14 +139,40 @@ Store::Store(const std::string& path, unsigned flags, const Schema* fresh)
     lmdb::dbi_put(txn, facts_, lmdb::val(kNextIdKey), ValOf(first), 0);
   }
   lmdb::val json;
-  if (!lmdb::dbi_get(txn, facts_, schemaKey, json)) throw BadInput(path + ": holds no schema");
-  schema_ = Schema::FromJson(std::string(json.data(), json.size()));
-  OpenTrees(txn);
-  txn.commit();
+  if (!lmdb::dbi_get(txn, facts_, schemaKey, json)) throw BadInput(path_ + ": holds no schema");
+  schema_ = ot95::tools::Naming(
+      path_, [&] { return Schema::FromJson(std::string(json.data(), json.size())); });
+  OpenTrees(txn, create);
+  MDB_dbi statistics = 0;
+  if (mdb_dbi_open(txn, kStatistics, create, &statistics) == MDB_SUCCESS) statistics_ = statistics;
 }
 
-Store::Store(const std::string& directory)
-    : Store((RewriteForThisMachine(directory), directory), 0, nullptr) {}
+void Store::Fail(const lmdb::error& error) const {
+  throw BadInput(path_ + ": " + mdb_strerror(error.code()) + " (" + error.origin() + ")");
+}
+
+std::size_t Store::LastTransaction() const {
+  MDB_envinfo info;
+  lmdb::env_info(env_, &info);
+  return info.me_last_txnid;
+}
+
+void Store::RequireUnchanged() const {
+  if (!unregisteredSince_ || *unregisteredSince_ == LastTransaction()) return;
+  throw BadInput(path_ + ": was written to while it was read without the permission to lock it");
+}
+
+MDB_txn* Store::Begin(unsigned flags) const {
+  for (;;) {
+    MDB_txn* txn = nullptr;
+    const int status = mdb_txn_begin(env_, nullptr, flags, &txn);
+    if (status == MDB_SUCCESS) return txn;
+    if (status != MDB_MAP_RESIZED) Fail(lmdb::error("mdb_txn_begin", status));
+    // Another process made more room.
+    const int resized = mdb_env_set_mapsize(env_, 0);
+    if (resized != MDB_SUCCESS) Fail(lmdb::error("mdb_env_set_mapsize", resized));
+  }
+}
 
 void Store::Create(const std::string& directory, const Schema& schema) {
   namespace fs = std::filesystem;
@@ -94,30 +183,37 @@ void Store::Create(const std::string& directory, const Schema& schema) {
     throw BadInput(directory + ": expected a directory, or a place for one");
   }
   if (!fs::is_empty(directory)) throw BadInput(directory + ": expected an empty directory");
-  Store(directory, 0, &schema);
+  try {
+    Store(directory, 0, &schema);
+  } catch (const BadInput&) {
+    // Half a store isn't one.
+    for (const char* file : {"/data.mdb", "/lock.mdb"}) fs::remove(directory + file, error);
+    throw;
+  }
 }
 
 MDB_dbi Store::OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags,
                         MDB_cmp_func* order) {
-  auto tree = lmdb::dbi::open(txn, name.c_str(), MDB_CREATE | flags);
+  auto tree = lmdb::dbi::open(txn, name.c_str(), flags);
   if (order) tree.set_compare(txn, order);
   return tree.handle();
 }
 
-void Store::OpenTrees(lmdb::txn& txn) {
+void Store::OpenTrees(lmdb::txn& txn, unsigned flags) {
+  const unsigned ofIndex = flags | MDB_DUPSORT | MDB_DUPFIXED;
   // Compare of identifiers walks from the last byte to the first, which is by serial number only in
   // the native form of most machines. Big-endian ones are so by their bytes.
   MDB_cmp_func* const bySerial =
       schema_.form == OT_FORMAT_BIG_ENDIAN ? nullptr : KeyComparer(kObjId, schema_.form);
   for (const Class& type : schema_.classes) {
-    ClassTrees trees{&type, OpenTree(txn, type.name, 0, bySerial), {}};
+    ClassTrees trees{&type, OpenTree(txn, type.name, flags, bySerial), {}};
     for (std::size_t i = 0; i < type.members.size(); ++i) {
       const Member& member = type.members[i];
       if (!member.indexed) continue;
       const std::string name = type.name + "." + member.name;
       MDB_cmp_func* const order = KeyComparer(member.type, schema_.form);
-      trees.indexes.push_back({i, OpenTree(txn, name, MDB_DUPSORT | MDB_DUPFIXED, order),
-                               OpenTree(txn, name + "~", MDB_DUPSORT | MDB_DUPFIXED, order)});
+      trees.indexes.push_back(
+          {i, OpenTree(txn, name, ofIndex, order), OpenTree(txn, name + "~", ofIndex, order)});
     }
     trees_.push_back(std::move(trees));
   }
@@ -126,22 +222,40 @@ void Store::OpenTrees(lmdb::txn& txn) {
 void Store::Write(const std::function<void(lmdb::txn&)>& body) {
   for (;;) {
     try {
-      auto txn = lmdb::txn::begin(env_);
-      body(txn);
-      txn.commit();
-      return;
-    } catch (const lmdb::map_full_error&) {
-      MDB_envinfo info;
-      lmdb::env_info(env_, &info);
-      env_.set_mapsize(info.me_mapsize * 2);
+      try {
+        Transaction txn(Begin(0));
+        body(txn);
+        txn.Commit();
+        return;
+      } catch (const lmdb::map_full_error&) {
+        MDB_envinfo info;
+        lmdb::env_info(env_, &info);
+        env_.set_mapsize(info.me_mapsize * 2);
+      }
+    } catch (const lmdb::error& error) {
+      Fail(error);
     }
   }
 }
 
+std::optional<View> Store::KeptStatistics(lmdb::txn& txn, const std::string& index) const {
+  if (!statistics_) return {};
+  return Get(txn, *statistics_, ViewOf(index));
+}
+
+void Store::KeepStatistics(const std::map<std::string, Bytes>& statistics) {
+  MDB_dbi tree = 0;
+  Write([&](lmdb::txn& txn) {
+    tree = statistics_ ? *statistics_ : lmdb::dbi::open(txn, kStatistics, MDB_CREATE).handle();
+    for (const auto& [index, kept] : statistics) {
+      lmdb::dbi_put(txn, tree, ValOf(ViewOf(index)), ValOf(kept), 0);
+    }
+  });
+  statistics_ = tree;
+}
+
 std::vector<Bytes> Store::TakeIds(lmdb::txn& txn, std::size_t count) {
-  const auto stored = Get(txn, facts_,
-                          {reinterpret_cast<const unsigned char*>(kNextIdKey),
-                           std::char_traits<char>::length(kNextIdKey)});
+  const auto stored = Get(txn, facts_, ViewOf(kNextIdKey));
   if (!stored) throw BadInput("the store doesn't tell its next identifier");
   OtObjId next = LoadedId(*stored, schema_.form);
   std::vector<Bytes> ids;
@@ -243,7 +357,7 @@ Bytes IdFromText(const std::string& text, unsigned char form) {
   OtObjId id;
   Types().ScanFromOtString(kObjId, &id, source, isSerial ? kIdFormat : nullptr, 1);
   if (Types().IsNullValue(kObjId, &id)) {
-    throw BadInput("ID: expected the identifier of an object, found '" + text + "'");
+    throw BadInput("ID: expected the identifier of an object, found " + ot95::tools::Quoted(text));
   }
   return StoredId(id, form);
 }

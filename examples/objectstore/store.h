@@ -4,6 +4,7 @@
 #include <lmdb++.h>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,14 +30,18 @@ struct ClassTrees {
   const IndexTrees* IndexOf(std::size_t member) const;
 };
 
+/// What a store is opened for. Readers never wait for a writer.
+enum class Access { kRead, kWrite };
+
 /// An object store in a directory. All is read and written in transactions: whatever ends the
-/// process, the store stays as the last commit left it.
+/// process, the store stays as the last commit left it. What the storage engine refuses, a full
+/// disk among it, throws BadInput that names the directory and the reason.
 class Store {
  public:
   /// Makes a new one. Throws BadInput when the directory isn't empty.
   static void Create(const std::string& directory, const Schema& schema);
   /// Opens one. A store that was written on a machine of another word is rewritten for this one.
-  explicit Store(const std::string& directory);
+  explicit Store(const std::string& directory, Access access = Access::kWrite);
 
   const Schema& GetSchema() const { return schema_; }
   const std::vector<ClassTrees>& Trees() const { return trees_; }
@@ -44,15 +49,27 @@ class Store {
 
   /// Adds objects in one transaction, under the next identifiers.
   void Add(const Class& type, const std::vector<Bytes>& records);
-  lmdb::txn Read() const { return lmdb::txn::begin(env_, nullptr, MDB_RDONLY); }
+  lmdb::txn Read() const { return lmdb::txn(Begin(MDB_RDONLY)); }
+  /// Who may not write to a store can't tell its writers that it reads, either. Throws BadInput
+  /// where one of them may have taken pages away that this reader saw.
+  void RequireUnchanged() const;
+
+  /// What is kept to plan queries by, under the name of an index.
+  std::optional<View> KeptStatistics(lmdb::txn& txn, const std::string& index) const;
+  void KeepStatistics(const std::map<std::string, Bytes>& statistics);
 
  private:
   Store(const std::string& path, unsigned flags, const Schema* fresh);
   friend class Rewriter;
 
-  void OpenTrees(lmdb::txn& txn);
+  [[noreturn]] void Fail(const lmdb::error& error) const;
+  void Open(unsigned flags);
+  void Load(lmdb::txn& txn, const Schema* fresh);
+  void OpenTrees(lmdb::txn& txn, unsigned flags);
   /// @param order of the keys; null for that of their bytes.
   MDB_dbi OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags, MDB_cmp_func* order);
+  MDB_txn* Begin(unsigned flags) const;
+  std::size_t LastTransaction() const;
   /// Runs a write transaction, again with more room when the map was full.
   void Write(const std::function<void(lmdb::txn&)>& body);
   void Put(lmdb::txn& txn, const ClassTrees& trees, const std::vector<Bytes>& ids,
@@ -61,8 +78,11 @@ class Store {
                   const std::vector<Bytes>& ids, const std::vector<Bytes>& records);
   std::vector<Bytes> TakeIds(lmdb::txn& txn, std::size_t count);
 
+  std::string path_;
   lmdb::env env_;
+  std::optional<std::size_t> unregisteredSince_;  ///< The last transaction when it was opened.
   MDB_dbi facts_ = 0;
+  std::optional<MDB_dbi> statistics_;  ///< A store that is older than they has none.
   Schema schema_;
   std::vector<ClassTrees> trees_;
 };

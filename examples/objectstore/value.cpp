@@ -1,6 +1,5 @@
+// A member in memory.
 #include "value.h"
-
-#include <memory>
 
 #include "bad_input.h"
 #include "ot95/text.h"
@@ -11,58 +10,19 @@ namespace {
 
 using ot95::tools::BadInput;
 
-constexpr char kStrings = 11;  // the type of what conversion data carries
-
-bool HasDigit(const std::string& text) {
-  return text.find_first_of("0123456789") != std::string::npos;
-}
-
-/// A whole number as it prints: no sign but a minus, no needless zero.
-bool IsPlainNumber(const std::string& text) {
-  const std::size_t first = text.starts_with('-') ? 1 : 0;
-  return text.size() > first && text.find_first_not_of("0123456789", first) == std::string::npos &&
-         (text[first] != '0' || text.size() == 1);
-}
-
-/// Whether a value can be what a text says. Scans take what they find and wrap what is too large.
-bool CanMean(const std::string& text, const std::string& printed) {
-  if (IsPlainNumber(text) && IsPlainNumber(printed)) return text == printed;
-  return HasDigit(text) || !HasDigit(printed);
-}
-
-void* Converted(char type, const char* text) {
-  OtString string(text);
-  const std::unique_ptr<OtTypeConvertData> data(
-      OtTypeConvertData::Make(kStrings, 1, &string, nullptr));
-  void* value = Types().ConvertFrom(type, data.get(), 1);
-  data->manager = nullptr;  // the string stays ours
-  return value;
-}
-
 }  // namespace
 
 Value::Value(const Member& member)
     : member_(member), data_(Types().DefaultValue(member.type, member.count, 1)) {
   if (data_ == nullptr) throw BadInput(member.name + ": no value of this type can be made");
-  if (!member.IsText()) {
-    starts_[0] = Converted(member.type, "0");
-    starts_[1] = Converted(member.type, "1");
-  }
 }
 
 Value::~Value() {
   Types().Delete(member_.type, data_, member_.count);
-  for (void* start : starts_) {
-    if (start) Types().Delete(member_.type, start, 1);
-  }
 }
 
 void* Value::Element(unsigned long element) const {
   return Types().GetArrayElement(member_.type, data_, element, 0);
-}
-
-void Value::Assign(unsigned long element, void* source) {
-  Types().AssignmentPtrGet(member_.type)(Element(element), source, 1, 0);
 }
 
 void Value::Reset() {
@@ -77,31 +37,16 @@ bool Value::SetNull(unsigned long element) {
   return true;
 }
 
-// A scan that finds nothing leaves a value as it was and doesn't say so. So the text is scanned
-// over two different values: where they stay apart, it wasn't a value of the type.
-bool Value::ScanOver(unsigned long element, OtString& text) {
-  Bytes results[2];
-  for (int pass = 0; pass < 2; ++pass) {
-    if (starts_[pass] == nullptr) return false;
-    Assign(element, starts_[pass]);
-    OtString copy(text);
-    Types().ScanFromOtString(member_.type, Element(element), copy, member_.Format(), 1);
-    results[pass].resize(
-        Types().DiskLenGet(member_.type, Element(element), OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
-    Types().Store(member_.type, results[pass].data(), Element(element), OT_FORMAT_NATIVE, 1);
-  }
-  return results[0] == results[1];
-}
-
 void Value::Scan(unsigned long element, const std::string& utf8) {
   if (utf8.empty() && !member_.IsText() && SetNull(element)) return;
-  OtString text = ot95::tools::FromUtf8(utf8, member_.codeSet, member_.language);
-  if (member_.IsText()) {  // takes any
-    Types().ScanFromOtString(member_.type, Element(element), text, member_.Format(), 1);
-  } else if (!ScanOver(element, text) || !(IsNull(element) || CanMean(utf8, Print(element)))) {
-    throw BadInput(member_.name + ": expected a value of " +
-                   Types().NameGet(member_.type, nullptr) + ", found '" + utf8 + "'");
+  if (!scanner_) {
+    std::optional<std::string> format;
+    if (!member_.format.empty()) format = member_.format;
+    scanner_ = std::make_unique<ot95::tools::Scanner>(Types(), member_.type, std::move(format));
   }
+  ot95::tools::Naming(member_.name, [&] {
+    scanner_->Scan(Element(element), utf8, member_.codeSet, member_.language);
+  });
 }
 
 bool Value::IsNull(unsigned long element) const {

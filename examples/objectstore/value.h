@@ -1,9 +1,11 @@
 #ifndef OTDB_VALUE_H
 #define OTDB_VALUE_H
 
+#include <memory>
 #include <string>
 
 #include "bytes.h"
+#include "scanner.h"
 #include "schema.h"
 
 namespace otdb {
@@ -38,12 +40,10 @@ class Value {
 
  private:
   void* Element(unsigned long element) const;
-  void Assign(unsigned long element, void* source);
-  bool ScanOver(unsigned long element, OtString& text);
 
   const Member& member_;
   void* data_;
-  void* starts_[2] = {};  ///< What a scan starts from, if the type is of fixed size.
+  std::unique_ptr<ot95::tools::Scanner> scanner_;  ///< Made for the first scan.
 };
 
 }  // namespace otdb

@@ -12,6 +12,10 @@ HEADER = '''\
 LINE = 99
 
 
+def versions(unicode, cldr):
+    return f'constexpr OtTableVersions kTableVersions = {{"{unicode}", "{cldr}"}};\n'
+
+
 def rows(items):
     """Items separated by commas, as many on a line as fit."""
     lines, line = [], ''

@@ -2,7 +2,7 @@
 """Generates the data of the internationalisation library.
 
 Reads the Debian packages unicode-data and unicode-cldr-core; writes oin_data.inc, oin_codes.inc,
-oin_wide.inc, orders.tsv and report.txt. With --frozen it fails if an order that has been given
+oin_wide.inc, oin_versions.inc, orders.tsv and report.txt. With --frozen it fails if an order that has been given
 out would change, because index keys on disk hold them.
 """
 
@@ -15,6 +15,7 @@ import check
 import emit
 import languages
 import tailoring
+import versions
 from orders import Orders
 from tables import Tables
 from ucd import Database
@@ -77,6 +78,8 @@ def main():
     write(options.output, 'oin_codes.inc',
           emit.HEADER + case_text + emit.one_byte_sets(cases))
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())
+    write(options.output, 'oin_versions.inc', emit.HEADER + emit.versions(
+        versions.unicode(options.unicode), versions.cldr(options.cldr)))
     write(options.output, 'orders.tsv', assigned)
     write(options.output, 'report.txt', check.report(database, orders, members, tables))
     return 0

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <filesystem>
 #include <type_traits>
 
 #include "objectstore/storetesting.h"
@@ -187,6 +188,180 @@ bool ImportAndKill(const std::string& store, const std::string& csv, useconds_t 
   waitpid(child, &status, 0);
   EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0);
   return WIFSIGNALED(status);
+}
+
+/// Notes as an import takes them.
+std::string NotesFile(const Scratch& directory, int count, std::size_t length) {
+  std::string lines = "number,text\n";
+  for (int i = 0; i < count; ++i) {
+    lines += std::to_string(i * 7919 % count) + "," + std::string(length, 'q') + "\n";
+  }
+  return directory.File("notes.csv", lines);
+}
+
+// A file that may not grow stands for a disk without room: the storage engine is told so in the
+// same calls.
+TEST(StoreUnderFire, IsWholeWhereThereIsNoRoom) {
+  const Scratch directory;
+  const std::string schema = directory.File("schema.json", kSchema);
+  const std::string csv = NotesFile(directory, 2000, 100);
+  std::size_t created = 0, partly = 0;
+  for (int kilobytes = 4; kilobytes < 3000; kilobytes += 4 + kilobytes / 3) {
+    const std::string path = directory / std::to_string(kilobytes);
+    const std::string limit = "ulimit -f " + std::to_string(2 * kilobytes) + "; ";
+    const Outcome create = OutcomeOf(limit + OT95_OTDB " create " + path + " " + schema);
+    ASSERT_TRUE(create.exit == 0 || create.exit == 2) << create.out;
+    if (create.exit != 0) {
+      EXPECT_NE(create.out.find("otdb: " + path), std::string::npos) << create.out;
+      EXPECT_EQ(OutcomeOf(OT95_OTDB " create " + path + " " + schema).exit, 0);
+    }
+    created += create.exit == 0;
+    const Outcome import =
+        OutcomeOf(limit + OT95_OTDB " import " + path + " Note " + csv + " --batch 100");
+    ASSERT_TRUE(import.exit == 0 || import.exit == 2) << import.out;
+    const otdb::Store store(path);
+    auto txn = store.Read();
+    const auto result =
+        otdb::Check(store, txn, [](const std::string& fault) { ADD_FAILURE() << fault; });
+    const std::string added = std::to_string(result.objects) + " objects ";
+    EXPECT_NE(import.out.find(import.exit == 0 ? added : "(" + added + "were added)"),
+              std::string::npos)
+        << import.out;
+    partly += result.objects > 0 && result.objects < 2000;
+  }
+  EXPECT_GT(created, 3U);
+  EXPECT_GT(partly, 3U);
+}
+
+TEST(StoreUnderFire, ReadersDontWaitForAWriter) {
+  const Scratch directory;
+  FileOf(directory, 20, 10);
+  auto env = lmdb::env::create();
+  env.open((directory / "store").c_str(), 0, 0644);
+  auto writing = lmdb::txn::begin(env);
+  const Outcome count =
+      OutcomeOf("timeout 60 " OT95_OTDB " query " + (directory / "store") + " 'from Note count'");
+  EXPECT_EQ(count.out, "23\n");
+  for (const char* command : {"check ", "stat ", "dump ", "get "}) {
+    const std::string rest = command[0] == 'g' ? " 1" : "";
+    EXPECT_EQ(
+        OutcomeOf("timeout 60 " OT95_OTDB " " + (command + (directory / "store")) + rest).exit, 0)
+        << command;
+  }
+}
+
+TEST(StoreUnderFire, IsReadWithoutThePermissionToWrite) {
+  const Scratch directory;
+  const std::string path = directory / "store";
+  FileOf(directory, 20, 10);
+  namespace fs = std::filesystem;
+  const auto all = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+  const auto enter = all | fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+  for (const char* file : {"/data.mdb", "/lock.mdb"}) fs::permissions(path + file, all);
+  fs::permissions(path, enter);
+  fs::permissions(fs::path(path).parent_path(), enter);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (geteuid() == 0 && setuid(65534) != 0) _exit(3);  // whom permissions don't bind
+    try {
+      const otdb::Store store(path, otdb::Access::kRead);
+      auto txn = store.Read();
+      const bool isWhole = otdb::Check(store, txn, [](const std::string&) {}).objects == 23;
+      store.RequireUnchanged();
+      const bool isRefused = RefusalOf([&] { otdb::Store writer(path); }).find(path) == 0;
+      _exit(isWhole && isRefused ? 0 : 1);
+    } catch (const std::exception&) {
+      _exit(2);
+    }
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  fs::permissions(fs::path(path).parent_path(), fs::perms::owner_all);
+  fs::permissions(path, fs::perms::owner_all);
+}
+
+TEST(StoreUnderFire, TwoWritersGoOnWhenTheStoreGrows) {
+  const Scratch directory;
+  const std::string path = directory / "store";
+  FileOf(directory, 20, 10);
+  otdb::Store store(path);
+  EXPECT_EQ(
+      OutcomeOf(OT95_OTDB " import " + path + " Note " + NotesFile(directory, 700, 30000)).out,
+      "700 objects added\n");
+  ASSERT_GT(std::filesystem::file_size(path + "/data.mdb"), std::size_t{16} << 20);
+  {
+    auto txn = store.Read();
+    EXPECT_EQ(otdb::StatOf(txn, store.Trees()[0].objects).ms_entries, 723U);
+  }
+  EXPECT_EQ(
+      OutcomeOf(OT95_OTDB " import " + path + " Note " + NotesFile(directory, 900, 30000)).out,
+      "900 objects added\n");
+  Fill(store, 0, 5, 30);
+  EXPECT_EQ(FaultsOf(store), "");
+  auto txn = store.Read();
+  EXPECT_EQ(otdb::StatOf(txn, store.Trees()[0].objects).ms_entries, 1628U);
+}
+
+/// A call of the program and what it says, the scratch directory being "@".
+struct Told {
+  const char* call;
+  const char* out;
+};
+
+TEST(StoreFiles, ErrorsOfReadingAndWritingAreTold) {
+  const Scratch directory;
+  FileOf(directory, 20, 10);
+  directory.File("schema.json", "{\"classes\": 5}");
+  directory.File("half.csv", "number,text\n1,\"a\n");
+  std::filesystem::create_directory(directory / "empty");
+  directory.File("empty/data.mdb", "");
+  const Told rows[] = {
+      {"dump @/store 2>&1 >/dev/full", ""},
+      {"query @/store 'from Note' 2>&1 >/dev/full", ""},
+      {"stat @/store 2>&1 >/dev/full", ""},
+      {"--help 2>&1 >/dev/full", ""},
+      {"import @/store Note /",
+       "/: expected a file that can be read (Is a directory)"
+       " (0 objects were added)"},
+      {"import @/store Note /proc/self/mem",
+       "/proc/self/mem: expected a file that can be read (Input/output error)"
+       " (0 objects were added)"},
+      {"import @/store Note @/none.csv",
+       "@/none.csv: expected a file that can be read (No such file or directory)"},
+      {"create @/new @/schema.json", "@/schema.json: schema: "},
+      {"create @/new /", "/: expected a file that can be read (Is a directory)"},
+      {"stat @/empty", "@/empty/data.mdb: expected a store's file, found an empty one"},
+      {"stat @/none", "@/none: expected a store (data.mdb: No such file or directory)"},
+      {"querry @/store", "unknown command 'querry'; the nearest is 'query' (see 'otdb --help')"},
+      {"query @/store x --explian",
+       "unknown option '--explian'; the nearest is '--explain' "
+       "(see 'otdb query --help')"},
+      {"get @/store", "ID is required (see 'otdb get --help')"},
+  };
+  for (const Told& row : rows) {
+    const auto placed = [&](std::string text) {
+      const std::string path = directory / "";
+      for (std::size_t at; (at = text.find("@/")) != std::string::npos;) text.replace(at, 2, path);
+      return text;
+    };
+    const Outcome outcome = OutcomeOf(placed(OT95_OTDB " " + std::string(row.call)));
+    const std::string told = row.out[0] == 0 ? "" : "otdb: " + placed(row.out);
+    EXPECT_EQ(outcome.out.substr(0, told.size()), told) << row.call;
+    EXPECT_EQ(outcome.exit, 2) << row.call;
+  }
+  EXPECT_EQ(OutcomeOf(OT95_OTDB " --version").out.rfind("Orvane Typemanager 9.5.26.340.0\n", 0),
+            0U);
+}
+
+TEST(StoreFiles, ColumnsOfAQueryHoldNoControls) {
+  const Scratch directory;
+  const std::string path = directory / "store";
+  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  const std::string csv = directory.File("in.csv", "number,text\n1,\"a\tb\nc\x1b[1m\"\n");
+  OutputOf(OT95_OTDB " import " + path + " Note " + csv);
+  EXPECT_EQ(OutcomeOf(OT95_OTDB " query " + path + " 'from Note'").out,
+            "id\ttext\tnumber\n1\ta\\tb\\nc\\x1b[1m\t1\n");
 }
 
 TEST(StoreUnderFire, IsWholeAfterEveryKill) {

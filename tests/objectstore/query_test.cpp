@@ -52,6 +52,13 @@ Text FromUtf8(const std::string& utf8) {
   return text;
 }
 
+/// Those characters that the base set of one byte has.
+Text Latin(Text text) {
+  text.erase(std::remove_if(text.begin(), text.end(), [](char32_t c) { return c >= 0x100; }),
+             text.end());
+  return text;
+}
+
 /// Names as people write them, of many scripts.
 std::vector<Text> RealNames(Dice& dice, std::size_t count) {
   const std::string languages = "de vi fr ga ru sr el ar he hi bn_BD ja ko zh_CN th ka tr cs";
@@ -139,8 +146,13 @@ class Names {
     for (const Text& text : texts_) {
       otdb::Object object(type, store_->GetSchema().form);
       const std::string utf8 = Utf8(text);
-      const std::string values[] = {
-          utf8, utf8, dice_.Of(numbers), dice_.Of(words), dice_.Of(shares), dice_.Of(dates), utf8};
+      const std::string values[] = {utf8,
+                                    Utf8(Latin(text)),
+                                    dice_.Of(numbers),
+                                    dice_.Of(words),
+                                    dice_.Of(shares),
+                                    dice_.Of(dates),
+                                    utf8};
       for (std::size_t i = 0; i < std::size(values); ++i) object.MemberAt(i).Scan(0, values[i]);
       if (text.empty() && dice_.Chance(50)) object.MemberAt(0).SetNull(0);
       records.push_back(object.Stored());
@@ -187,7 +199,9 @@ class QueryWriter {
     }
     const char* name = dice_.Chance(70) ? "name" : dice_.Chance(80) ? "latin" : "plain";
     if (dice_.Chance(1)) return name + relation + "null";
-    return name + relation + Quoted(Operand()) + Options();
+    const Text operand = Operand();
+    const bool isLatin = name[0] == 'l';
+    return name + relation + Quoted(isLatin ? Latin(operand) : operand) + Options();
   }
 
   std::string Options() {

@@ -58,6 +58,20 @@ inline std::string OutputOf(const std::string& command) {
   return out;
 }
 
+/// What a shell command prints, also on standard error, and how it ends.
+struct Outcome {
+  std::string out;
+  int exit;  ///< -1 behind a signal.
+};
+
+inline Outcome OutcomeOf(const std::string& command) {
+  std::string out = OutputOf("( " + command + " ) 2>&1; echo $?");
+  out.pop_back();
+  const std::size_t line = out.rfind('\n') + 1;
+  const int status = std::stoi(out.substr(line));
+  return {out.substr(0, line), status < 128 ? status : -1};
+}
+
 /// The faults that a check of a store tells, a line each.
 inline std::string FaultsOf(const otdb::Store& store) {
   std::string faults;

@@ -11,7 +11,8 @@ SKIPPED = 77
 UNICODE = '/usr/share/unicode'
 CLDR = '/usr/share/unicode/cldr/common'
 OIN = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..', 'oin')
-FILES = ('oin_data.inc', 'oin_codes.inc', 'oin_wide.inc', 'orders.tsv', 'report.txt')
+FILES = ('oin_data.inc', 'oin_codes.inc', 'oin_wide.inc', 'oin_versions.inc', 'orders.tsv',
+         'report.txt')
 
 
 def source_is_known():

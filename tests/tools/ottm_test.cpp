@@ -86,10 +86,11 @@ INSTANTIATE_TEST_SUITE_P(
     Text, OttmCalls,
     testing::Values(
         Call{"strcmp axbxbyc 'a*b*c' --op 0", "equal\n"},
-        Call{"compare OtWord 65535 1", "greater\n"}, Call{"compare short 65535 1", "less\n"},
+        Call{"compare OtWord 65535 1", "greater\n"},
+        Call{"compare short 65535 1 --lenient", "less\n"},
         Call{"orders 'É'", "411c  script 1  upper letter E with accent acute\n"},
-        Call{"convert OtWord long 65535", "-1\n"}, Call{"convert OtNull_char OtNull_int 65", "0\n"},
-        Call{"convert OtDWord long 4294967295 7", "-1\n7\n"},
+        Call{"convert OtWord long 65535", "-1\n"}, Call{"convert OtNull_char OtNull_int A", "0\n"},
+        Call{"convert char int A", "65\n"}, Call{"convert OtDWord long 4294967295 7", "-1\n7\n"},
         Call{"default OtString --nullable --json", "{\"text\":\"{NULL}\",\"isNull\":true}\n"},
         Call{"edit replace-all aba a aa", "aabaa\n"}, Call{"edit split ',a,, b ' ,", "a\n\nb\n"},
         Call{"edit upper 'straße'", "STRASSE\n"},
@@ -109,7 +110,10 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"date overlaps 2000-01-01 2000-01-09 2000-01-05 2000-01-20 --type d_Date", "yes\n"},
         Call{"date overlaps 2000-01-01 2000-01-02 2000-01-05 2000-01-20 --type d_Date", "no\n", 1},
         Call{"date add 2000-13-01 1",
-             "ottm: ARG: expected a value of OtDate as %Y-%m-%d, found '2000-13-01'\n", 2}));
+             "ottm: ARG: expected a value of OtDate as 2000-12-31 or %a %e.%b %Y, found "
+             "'2000-13-01'\n",
+             2},
+        Call{"date add 28.02.2000 2 --text-format %d.%m.%Y", "01.03.2000\n"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Estimates, OttmCalls,
@@ -131,7 +135,8 @@ INSTANTIATE_TEST_SUITE_P(
              "share  1\nop     6\nlower  none\nupper  none\n"},
         Call{"estimate OtString --hex 0600",
              "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
-        Call{"estimate short 1 --low 0", "ottm: --low requires --high\n", 2},
+        Call{"estimate short 1 --low 0",
+             "ottm: --low requires --high (see 'ottm estimate --help')\n", 2},
         Call{"estimate short 1 --op '=>'",
              "ottm: --op: expected a number or of < <= <> = > >= default ignore-accent "
              "ignore-case ignore-space ignore-symbols no-wildcards order-only, found '=>'\n",
@@ -140,11 +145,9 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     BadInput, OttmCalls,
     testing::Values(
-        Call{"encode short abc", "ottm: VALUE: expected a value of short, found 'abc'\n", 2},
-        Call{"encode OtBlob x", "ottm: VALUE: expected a value of OtBlob, found 'x'\n", 2},
         Call{"encode nosuch 1",
              "ottm: TYPE: expected a type of this table (see 'ottm types'), found 'nosuch'\n", 2},
-        Call{"decode short 0g", "ottm: HEX: expected hex digits, found '0g'\n", 2},
+        Call{"decode short 0g", "ottm: HEX: expected hex digits, found '0g' at digit 1\n", 2},
         Call{"decode OtString 0600",
              "ottm: HEX: expected 1 stored OtString, at offset 0: the bytes end too early\n", 2},
         Call{"hash OtRef --hex 0000000000000000000000000000 --form memory",
@@ -168,7 +171,136 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"decode long 00 --count 1000000000",
              "ottm: HEX: expected 1000000000 stored long, at offset 0: the bytes end too early\n",
              2},
+        Call{"int64 9223372036854775808 - 1",
+             "ottm: EXPR: expected a value of OtInt64, a whole number from -9223372036854775808 to "
+             "9223372036854775807, found '9223372036854775808'\n",
+             2},
         Call{"int64 1 / 0", "ottm: EXPR: expected a divisor other than 0\n", 2}));
+
+/// What a row would wrap, cut or make up is refused with what was expected; with "--lenient" the
+/// row's own answer comes instead, in hex.
+struct Refused {
+  const char* value;  ///< Type and text.
+  const char* expected;
+  const char* lenient;
+};
+
+TEST(Ottm, RefusesWhatARowWouldWrapCutOrMakeUp) {
+  const Refused rows[] = {
+      {"short 99999", "short, a whole number from -32768 to 32767", "9f86"},
+      {"short -32769", "short, a whole number from -32768 to 32767", "ff7f"},
+      {"short abc", "short, a whole number from -32768 to 32767", "0000"},
+      {"short 1.5", "short, a whole number from -32768 to 32767", "0100"},
+      {"short '1 2'", "short, a whole number from -32768 to 32767", "0100"},
+      {"short ''", "short, a whole number from -32768 to 32767", "0000"},
+      {"short '{NULL}'", "short, a whole number from -32768 to 32767", "0000"},
+      {"OtNull_ushort 65536", "OtNull_ushort, a whole number from 0 to 65535", "000000"},
+      {"unsigned -1", "unsigned, a whole number from 0 to 4294967295", "ffffffff"},
+      {"BlockId 5", "BlockId, a whole number from #0 to #4294967295", "00000000"},
+      {"OtInt64 9223372036854775808",
+       "OtInt64, a whole number from -9223372036854775808 to 9223372036854775807", nullptr},
+      {"OtSeal 281474976710656", "OtSeal, a whole number from 0 to 281474976710655", nullptr},
+      {"char ab", "char, one character or 0x and its number", "61"},
+      {"OtByte 0x100", "OtByte, one character or 0x and its number", "00"},
+      {"double 1e400", "double, a number that it can hold", nullptr},
+      {"double 1,5", "double, a number that it can hold", nullptr},
+      {"float 1e-60", "float, a number that it can hold", "00000000"},
+      {"OtBoolean yes", "OtBoolean, TRUE or FALSE", "00"},
+      {"OtBlob x", "OtBlob, an empty text", "0400000000000000"},
+      {"OtDate 2000-13-45", "OtDate as 2000-12-31 or %a %e.%b %Y", "00000101"},
+      {"OtDate 2000-02-30", "OtDate as 2000-12-31 or %a %e.%b %Y", nullptr},
+      {"OtDate 'Mon 02.Jan 2000'", "OtDate as 2000-12-31 or %a %e.%b %Y", nullptr},
+      {"OtDate '{NULL}x'", "OtDate as 2000-12-31 or %a %e.%b %Y", "00808080"},
+      {"OtDate 2000-1-5 --text-format %Y-%m-%d", "OtDate as %Y-%m-%d", nullptr},
+      {"OtTime 24:00:00", "OtTime as 23:59:58 or %I:%M:%S %p", nullptr},
+      {"OtDateTime 2000-01-02", "OtDateTime as 2000-12-31T23:59:58 or %a %e.%b %Y %I:%M:%S %p",
+       nullptr},
+      {"OtObjId '(0-99999999999#1)'", "OtObjId as (%H-%L#%B)", nullptr},
+      {"d_Interval '00 days, 03 hours, 00 minutes, 00 seconds'",
+       "d_Interval as %e days, %I hours, %M minutes, %S seconds", nullptr},
+  };
+  for (const Refused& row : rows) {
+    const Outcome outcome = Ottm(std::string("encode ") + row.value);
+    EXPECT_EQ(outcome.out.rfind(
+                  std::string("ottm: VALUE: expected a value of ") + row.expected + ", found '", 0),
+              0U)
+        << outcome.out;
+    EXPECT_EQ(outcome.exit, 2) << row.value;
+    if (row.lenient == nullptr) continue;
+    EXPECT_EQ(Ottm(std::string("encode --lenient ") + row.value).out,
+              std::string(row.lenient) + "\n")
+        << row.value;
+  }
+  for (const char* call :
+       {"compare short 99999 1", "compare short 1 99999", "hash short 99999", "print short 99999",
+        "convert short long 99999", "estimate short 99999", "estimate short 1 --low 0 --high 99999",
+        "encode OtString 東 --code-set 1", "encode OtIString 東"}) {
+    EXPECT_EQ(Ottm(call).exit, 2) << call;
+    EXPECT_EQ(Ottm(call + std::string(" --lenient")).exit, 0) << call;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scans, OttmCalls,
+    testing::Values(
+        Call{"encode short 007 +5 ' -1 ' --form 2", "00070005ffff\n"},
+        Call{"encode short ff 0xFF --text-format %hx --form 2", "00ff00ff\n"},
+        Call{"encode OtInt64 0x10 --form 2", "0000001000000000\n"},
+        Call{"encode OtByte é 0x07 0x41", "e90741\n"},
+        Call{"encode OtBoolean T t TRUE true 1 F f FALSE false 0 '{NULL}'",
+             "0101010101"
+             "0000000000"
+             "ff\n"},
+        Call{"encode float 0.1 1e3 inf --form 2", "3dcccccd447a00007f800000\n"},
+        Call{"encode OtDate 2000-01-02 20000102 'Sun 02.Jan 2000' 'Sunday 2.January 2000' --form 2",
+             "ottm: VALUE: expected a value of OtDate as 2000-12-31 or %a %e.%b %Y, found "
+             "'Sunday 2.January 2000'\n",
+             2},
+        Call{
+            "encode OtDate 2000-01-02 20000102 'Sun  2.Jan 2000' 'Sunday 02.January 2000' --form 2",
+            "07d0010207d0010207d0010207d00102\n"},
+        Call{"encode OtTime 13:05:09 130509 13:05 '01:05:09 PM' --form 2",
+             "0d05090d05090d05000d0509\n"},
+        Call{"encode OtDateTime 2000-01-02T13:05:09 '2000-01-02 13:05:09' --form 2",
+             "07d001020d050907d001020d0509\n"},
+        Call{"encode d_Timestamp 2000-01-02T13:05:09 --form 2", "07d0010200000d050900\n"},
+        Call{"decode OtDate 07d00102 --form 2 --text-format %Y-%m-%d", "2000-01-02\n"},
+        Call{"default OtTime --text-format %H:%M:%S", "00:00:00\n"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Unknown, OttmCalls,
+    testing::Values(Call{"", "ottm: expected a command (see 'ottm --help')\n", 2},
+                    Call{"encodee",
+                         "ottm: unknown command 'encodee'; the nearest is 'encode' "
+                         "(see 'ottm --help')\n",
+                         2},
+                    Call{"--versoin",
+                         "ottm: unknown option '--versoin'; the nearest is '--version' "
+                         "(see 'ottm --help')\n",
+                         2},
+                    Call{"sort --revers",
+                         "ottm: unknown option '--revers'; the nearest is '--reverse' "
+                         "(see 'ottm sort --help')\n",
+                         2},
+                    Call{"encode short 1 --from=2",
+                         "ottm: unknown option '--from'; the nearest is '--form' "
+                         "(see 'ottm encode --help')\n",
+                         2},
+                    Call{"types '[all]'",
+                         "ottm: unexpected argument '[all]' (see 'ottm types --help')\n", 2},
+                    Call{"encode", "ottm: TYPE is required (see 'ottm encode --help')\n", 2},
+                    Call{"encode \"$(printf 'sh\\033[1mort')\" 1",
+                         "ottm: TYPE: expected a type of this table (see 'ottm types'), found "
+                         "'sh\\x1b[1mort'\n",
+                         2}));
+
+TEST(Ottm, SaysWhatTheLibraryIs) {
+  const std::string version = Ottm("--version").out;
+  EXPECT_EQ(version.rfind("Orvane Typemanager 9.5.26.340.0\nlibrary   ot95Otms, ", 0), 0U);
+  for (const char* line : {"\nUnicode   15.0.0\n", "\nCLDR      41\n"}) {
+    EXPECT_NE(version.find(line), std::string::npos) << version;
+  }
+}
 
 TEST(Ottm, SortsInTheOrderOfALanguage) {
   struct Row {
@@ -342,8 +474,40 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"inspect /dev/null --layout OtString --form memory",
              "ottm: --layout, member 1: expected a type with a stored form 8, found 'OtString'\n",
              2},
-        Call{"inspect /nosuch --layout short", "ottm: /nosuch: expected a file that can be read\n",
-             2}));
+        Call{"inspect /nosuch --layout short",
+             "ottm: /nosuch: expected a file that can be read (No such file or directory)\n", 2}));
+
+/// Nothing that couldn't be read or written passes for the end or for done.
+INSTANTIATE_TEST_SUITE_P(
+    Files, OttmCalls,
+    testing::Values(
+        Call{"sort /", "ottm: /: expected a file that can be read (Is a directory)\n", 2},
+        Call{"match a /", "ottm: /: expected a file that can be read (Is a directory)\n", 2},
+        Call{"inspect / --layout short",
+             "ottm: /: expected a file that can be read (Is a directory)\n", 2},
+        Call{"decode short @/", "ottm: HEX: /: expected a file that can be read (Is a directory)\n",
+             2},
+        Call{"sort /proc/self/mem",
+             "ottm: /proc/self/mem: expected a file that can be read (Input/output error)\n", 2},
+        Call{"types 2>&1 >/dev/full", "", 2}, Call{"--help 2>&1 >/dev/full", "", 2},
+        Call{"inspect @OT95 --layout short",
+             "ottm: @OT95: expected a file that can be read (No such file or directory)\n", 2}));
+
+TEST(Ottm, TellsWhereALineIsNotUtf8) {
+  EXPECT_EQ(Ottm("sort", "printf 'ab\\nc\\303\\251\\377\\n' | ").out,
+            "ottm: standard input:2: expected UTF-8, found '\\xff' as character 3\n");
+}
+
+TEST(Ottm, BatchKeepsItsInputForItself) {
+  const std::string lines =
+      "printf '[\"decode\",\"short\",\"-\"]\\n[\"sort\"]\\n[\"match\",\"a\",\"-\"]\\n"
+      "[\"inspect\",\"-\",\"--layout\",\"short\"]\\n[\"edit\",\"lower\",\"ABC\"]\\n' | ";
+  const std::string told = "standard input: expected a file, for it holds the lines of the batch";
+  const std::string error = "{\"error\":\"" + told + "\",\"exit\":2}\n";
+  EXPECT_EQ(Ottm("batch", lines).out, "{\"error\":\"HEX: " + told + "\",\"exit\":2}\n" + error +
+                                          error + error + "{\"text\":\"abc\"}\n");
+  EXPECT_EQ(Ottm("batch >/dev/full", lines).exit, 2);
+}
 
 // More than the window holds at first, so that records lie across its edges.
 TEST(Ottm, InspectsAPipeOfAnyLength) {

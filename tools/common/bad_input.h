@@ -2,6 +2,7 @@
 #define OT95_TOOLS_BAD_INPUT_H
 
 #include <stdexcept>
+#include <string>
 
 namespace ot95::tools {
 
@@ -11,6 +12,16 @@ class BadInput : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// Runs an action, and puts what it was about, and a colon, in front of what it refuses.
+template <class Action>
+auto Naming(const std::string& subject, const Action& action) {
+  try {
+    return action();
+  } catch (const BadInput& error) {
+    throw BadInput(subject + ": " + error.what());
+  }
+}
 
 }  // namespace ot95::tools
 

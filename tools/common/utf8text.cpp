@@ -1,3 +1,4 @@
+// UTF-8 outside, the library's texts inside.
 #include "utf8text.h"
 
 #include <utf8.h>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "bad_input.h"
+#include "message.h"
 
 namespace ot95::tools {
 namespace {
@@ -17,12 +19,13 @@ constexpr std::size_t kMostUnits = 32765;  // in the 65,532 bytes of a string, w
 std::vector<unsigned short> ToUnits(std::string_view utf8) {
   std::vector<unsigned short> units;
   units.reserve(utf8.size() + 1);
-  try {
-    utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(units));
-  } catch (const utf8::exception&) {
-    throw BadInput("TEXT: expected UTF-8");
+  const auto bad = utf8::find_invalid(utf8.begin(), utf8.end());
+  if (bad != utf8.end()) {
+    throw BadInput("expected UTF-8, found " + Quoted({bad, bad + 1}) + " as character " +
+                   std::to_string(utf8::distance(utf8.begin(), bad) + 1));
   }
-  if (units.size() > kMostUnits) throw BadInput("TEXT: expected at most 32765 characters");
+  utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(units));
+  if (units.size() > kMostUnits) throw BadInput("expected a text of at most 32765 characters");
   units.push_back(0);
   return units;
 }
@@ -77,8 +80,8 @@ unsigned char LanguageNumber(const std::string& language, const char* argument) 
   }
   const unsigned char tagged = OtLanguageContext::LanguageOfTag(language.c_str());
   if (tagged == 0) {
-    throw BadInput(std::string(argument) + ": expected 0 to 253 or an ISO 639-1 code, found '" +
-                   language + "'");
+    throw BadInput(std::string(argument) + ": expected 0 to 253 or an ISO 639-1 code, found " +
+                   Quoted(language));
   }
   return tagged;
 }

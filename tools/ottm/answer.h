@@ -5,6 +5,7 @@
 #include <string>
 
 #include "bad_input.h"
+#include "message.h"
 
 namespace ottm {
 
@@ -18,6 +19,8 @@ struct Answer {
 };
 
 using ot95::tools::BadInput;
+using ot95::tools::Naming;
+using ot95::tools::Quoted;
 
 }  // namespace ottm
 

@@ -1,10 +1,8 @@
+// Bytes on the command line: hex digits, or a file of them.
 #include "bytes.h"
 
-#include <fstream>
-#include <iostream>
-#include <iterator>
-
 #include "answer.h"
+#include "files.h"
 
 namespace ottm {
 namespace {
@@ -18,14 +16,15 @@ int HexValue(char c) {
 
 Bytes FromHex(std::string digits) {
   std::erase_if(digits, [](char c) { return c == '\n' || c == '\r' || c == ' '; });
-  if (digits.size() % 2 != 0) throw BadInput("HEX: expected an even number of hex digits");
+  if (digits.size() % 2 != 0) throw BadInput("expected an even number of hex digits");
   Bytes bytes;
   bytes.reserve(digits.size() / 2);
   for (std::size_t i = 0; i < digits.size(); i += 2) {
     const int high = HexValue(digits[i]);
     const int low = HexValue(digits[i + 1]);
     if (high < 0 || low < 0) {
-      throw BadInput("HEX: expected hex digits, found '" + digits.substr(i, 2) + "'");
+      throw BadInput("expected hex digits, found " + Quoted(digits.substr(i, 2)) + " at digit " +
+                     std::to_string(i + 1));
     }
     bytes.push_back(static_cast<unsigned char>(high << 4 | low));
   }
@@ -46,12 +45,13 @@ std::string ToHex(const Bytes& bytes) {
 }
 
 Bytes ReadBytes(const std::string& argument) {
-  using Input = std::istreambuf_iterator<char>;
-  if (argument == "-") return FromHex(std::string(Input(std::cin), Input()));
-  if (argument.empty() || argument[0] != '@') return FromHex(argument);
-  std::ifstream file(argument.substr(1), std::ios::binary);
-  if (!file) throw BadInput(argument.substr(1) + ": expected a file that can be read");
-  return Bytes(Input(file), Input());
+  using ot95::tools::InputFile;
+  return Naming("HEX", [&] {
+    if (argument == "-") return FromHex(InputFile(argument).ReadAll());
+    if (argument.empty() || argument[0] != '@') return FromHex(argument);
+    const std::string bytes = InputFile(argument.substr(1)).ReadAll();
+    return Bytes(bytes.begin(), bytes.end());
+  });
 }
 
 }  // namespace ottm

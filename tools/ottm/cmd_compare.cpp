@@ -29,6 +29,7 @@ class Compare : public Command {
     form_.Declare(app);
     op_.Declare(app);
     texts_.Declare(app);
+    scan_.Declare(app);
   }
 
   Answer Run() override {
@@ -62,8 +63,8 @@ class Compare : public Command {
     const unsigned char format = form_.ValueFormat();
     Values a(manager, id, 1);
     Values b(manager, id, 1);
-    a.Scan({a_}, texts_);
-    b.Scan({b_}, texts_);
+    a.Scan({a_}, texts_, scan_, "A");
+    b.Scan({b_}, texts_, scan_, "B");
     if (format == OT_FORMAT_MEMORY) {
       return manager.Cmp(id, 0, a.Data(), 0, b.Data(), op_.Word(), 1, format, status);
     }
@@ -79,6 +80,7 @@ class Compare : public Command {
   FormOption form_;
   OpOption op_;
   TextOptions texts_;
+  ScanOptions scan_;
 };
 
 class Strcmp : public Command {

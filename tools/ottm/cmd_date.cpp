@@ -7,6 +7,7 @@
 #include "options.h"
 #include "ot95/odmg.h"
 #include "ot95/temporal.h"
+#include "scanner.h"
 #include "texts.h"
 
 namespace ottm {
@@ -40,24 +41,39 @@ struct Facts<d_Timestamp> {
   static constexpr const char *name = "d_Timestamp", *format = "%Y-%m-%d %H:%M:%S";
 };
 
-template <class T>
-std::string Print(T value) {
-  OtTypeMgr manager;
-  OtString text;
-  manager.PrintToOtString(TypeOf(manager, Facts<T>::name), text, &value, Facts<T>::format, 1);
-  return ToUtf8(text);
+Answer TextAnswer(const std::string& text) {
+  Answer answer;
+  answer.json = {{"text", text}};
+  answer.human = text + "\n";
+  return answer;
 }
 
-/// A failed scan leaves a value and says nothing, so the value has to print as the text again.
+/// What an operation is asked about.
+struct Arguments {
+  std::vector<std::string> texts;
+  ScanOptions scan;
+
+  const std::string& operator[](std::size_t i) const { return texts[i]; }
+};
+
 template <class T>
-T Parse(const std::string& argument) {
+Answer ValueText(T value, const Arguments& arguments) {
+  OtTypeMgr manager;
+  OtString text;
+  const auto& format = arguments.scan.textFormat;
+  manager.PrintToOtString(TypeOf(manager, Facts<T>::name), text, &value,
+                          format ? format->c_str() : Facts<T>::format, 1);
+  return TextAnswer(ToUtf8(text));
+}
+
+template <class T>
+T Parse(const Arguments& arguments, std::size_t i) {
   OtTypeMgr manager;
   T value;
-  OtString text(argument.c_str());
-  manager.ScanFromOtString(TypeOf(manager, Facts<T>::name), &value, text, Facts<T>::format, 1);
-  if (Print(value) == argument) return value;
-  throw BadInput("ARG: expected a value of " + std::string(Facts<T>::name) + " as " +
-                 Facts<T>::format + ", found '" + argument + "'");
+  ot95::tools::Scanner scanner(manager, TypeOf(manager, Facts<T>::name), arguments.scan.textFormat,
+                               arguments.scan.lenient);
+  Naming("ARG", [&] { scanner.Scan(&value, arguments[i], OT_CS_UNICODE, OT_LANG_NEUTRAL); });
+  return value;
 }
 
 long Whole(const std::string& text) {
@@ -65,18 +81,11 @@ long Whole(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, number);
   if (error == std::errc() && rest == end && number == static_cast<OtLong>(number)) return number;
-  throw BadInput("ARG: expected a whole number of 32 bits, found '" + text + "'");
+  throw BadInput("ARG: expected a whole number of 32 bits, found " + Quoted(text));
 }
 
 d_Interval Seconds(const std::string& text) {
   return d_Interval::Of(static_cast<float>(Whole(text)));
-}
-
-Answer TextAnswer(const std::string& text) {
-  Answer answer;
-  answer.json = {{"text", text}};
-  answer.human = text + "\n";
-  return answer;
 }
 
 Answer ValueAnswer(double value) {
@@ -99,31 +108,29 @@ Answer YesOrNo(bool yes) {
   return answer;
 }
 
-using Arguments = std::vector<std::string>;
-
 template <class T>
 Answer Add(const Arguments& arguments) {
-  T value = Parse<T>(arguments[0]);
+  T value = Parse<T>(arguments, 0);
   if constexpr (std::is_same_v<T, OtDateTime>) {
-    return TextAnswer(Print(value.AddSeconds(Whole(arguments[1]))));
+    return ValueText(value.AddSeconds(Whole(arguments[1])), arguments);
   } else if constexpr (std::is_same_v<T, d_Date>) {
     const auto days = static_cast<int>(Whole(arguments[1]));
-    return TextAnswer(Print(T(value + d_Interval(days))));
+    return ValueText(T(value + d_Interval(days)), arguments);
   } else if constexpr (std::is_same_v<T, OtDate> || std::is_same_v<T, OtTime>) {
-    return TextAnswer(Print(T(value + Whole(arguments[1]))));
+    return ValueText(T(value + Whole(arguments[1])), arguments);
   } else {
-    return TextAnswer(Print(T(value + Seconds(arguments[1]))));
+    return ValueText(T(value + Seconds(arguments[1])), arguments);
   }
 }
 
 template <class T>
 Answer Diff(const Arguments& arguments) {
-  const T a = Parse<T>(arguments[0]);
-  const T b = Parse<T>(arguments[1]);
+  const T a = Parse<T>(arguments, 0);
+  const T b = Parse<T>(arguments, 1);
   if constexpr (std::is_same_v<T, OtDate>) {
     return ValueAnswer(static_cast<double>(a - b));
   } else if constexpr (std::is_same_v<T, OtTime>) {
-    return TextAnswer(Print(T(a - b)));
+    return ValueText(T(a - b), arguments);
   } else if constexpr (std::is_same_v<T, d_Time>) {
     return ValueAnswer(double{(a - b).seconds});
   } else {
@@ -135,8 +142,8 @@ template <class T>
 Answer Overlaps(const Arguments& arguments) {
   if constexpr (std::is_same_v<T, d_Date> || std::is_same_v<T, d_Time> ||
                 std::is_same_v<T, d_Timestamp>) {
-    return YesOrNo(overlaps(Parse<T>(arguments[0]), Parse<T>(arguments[1]), Parse<T>(arguments[2]),
-                            Parse<T>(arguments[3])) != 0);
+    return YesOrNo(overlaps(Parse<T>(arguments, 0), Parse<T>(arguments, 1), Parse<T>(arguments, 2),
+                            Parse<T>(arguments, 3)) != 0);
   } else {
     throw BadInput("--type: expected d_Date, d_Time or d_Timestamp for overlaps");
   }
@@ -144,7 +151,7 @@ Answer Overlaps(const Arguments& arguments) {
 
 template <class T>
 Answer Compare(const Arguments& arguments) {
-  const int order = Parse<T>(arguments[0]) != Parse<T>(arguments[1]);
+  const int order = Parse<T>(arguments, 0) != Parse<T>(arguments, 1);
   return ValueAnswer((order > 0) - (order < 0));
 }
 
@@ -152,15 +159,15 @@ Answer Compare(const Arguments& arguments) {
 template <class T>
 Answer OfDay(const std::string& operation, const Arguments& arguments) {
   if constexpr (std::is_same_v<T, OtDate>) {
-    if (operation == "from-days") return TextAnswer(Print(OtDate(Whole(arguments[0]))));
-    const OtDate date = Parse<OtDate>(arguments[0]);
+    if (operation == "from-days") return ValueText(OtDate(Whole(arguments[0])), arguments);
+    const OtDate date = Parse<OtDate>(arguments, 0);
     if (operation == "days") return ValueAnswer(static_cast<double>(date.dayabs()));
     if (operation == "weekday") return TextAnswer(ToUtf8(date.PrintDayOfTheDate()));
     if (operation == "valid") return YesOrNo(date.IsDate());
   } else if constexpr (std::is_same_v<T, d_Date>) {
     static constexpr const char* kNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                              "Thursday", "Friday", "Saturday"};
-    const d_Date date = Parse<d_Date>(arguments[0]);
+    const d_Date date = Parse<d_Date>(arguments, 0);
     if (operation == "day-of-year") return ValueAnswer(date.day_of_year());
     if (operation == "days-in-month") return ValueAnswer(date.days_in_month());
     const int weekday = date.day_of_week();
@@ -179,14 +186,15 @@ class Date : public Command {
                    "add A N, diff A B, compare A B, overlaps A1 A2 B1 B2, weekday A, days A, "
                    "from-days N, valid A, day-of-year A, days-in-month A")
         ->required();
-    app.add_option("ARG", arguments_,
-                   "Values as 2000-12-31, 23:59:59 or both with a blank; N in "
+    app.add_option("ARG", arguments_.texts,
+                   "Values as 2000-12-31, 23:59:59 or both with a blank or T; N in "
                    "days for dates and in seconds otherwise")
         ->required();
     app.add_option("--type", type_, "Class of the values")
         ->check(
             CLI::IsMember({"OtDate", "OtTime", "OtDateTime", "d_Date", "d_Time", "d_Timestamp"}))
         ->capture_default_str();
+    arguments_.scan.Declare(app);
   }
 
   Answer Run() override {
@@ -206,12 +214,12 @@ class Date : public Command {
         {"days", 1}, {"from-days", 1}, {"valid", 1},   {"day-of-year", 1}, {"days-in-month", 1}};
     const auto count = counts.find(operation_);
     if (count == counts.end()) {
-      throw BadInput("OPERATION: expected one of those 'ottm date --help' lists, found '" +
-                     operation_ + "'");
+      throw BadInput("OPERATION: expected one of those 'ottm date --help' lists, found " +
+                     Quoted(operation_));
     }
-    if (arguments_.size() == count->second) return;
+    if (arguments_.texts.size() == count->second) return;
     throw BadInput("ARG: expected " + std::to_string(count->second) + " for " + operation_ +
-                   ", found " + std::to_string(arguments_.size()));
+                   ", found " + std::to_string(arguments_.texts.size()));
   }
 
   template <class T>

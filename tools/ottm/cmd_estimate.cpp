@@ -72,17 +72,18 @@ class Estimate : public Command {
     factory_.Declare(app);
     form_.Declare(app, "--form", "Form of the operand and the keys");
     texts_.Declare(app);
+    scan_.Declare(app);
   }
 
   Answer Run() override {
     OtTypeMgr manager = factory_.Manager();
     const char id = TypeOf(manager, type_);
     const unsigned char format = form_.DiskFormat();
-    Bytes operand = hex_ ? ReadBytes(value_) : Stored(manager, id, value_);
+    Bytes operand = hex_ ? ReadBytes(value_) : Stored(manager, id, value_, "VALUE");
     RequireStored(manager, id, operand, format, 1);
     Bytes low, high;
-    if (low_) low = Key(manager, id, *low_);
-    if (high_) high = Key(manager, id, *high_);
+    if (low_) low = Key(manager, id, *low_, "--low");
+    if (high_) high = Key(manager, id, *high_, "--high");
     OtIdxBounds bounds{low.data(), high.data(), static_cast<unsigned char>(low.size()),
                        static_cast<unsigned char>(high.size())};
     Limits limits;
@@ -100,15 +101,15 @@ class Estimate : public Command {
   }
 
  private:
-  Bytes Stored(OtTypeMgr& manager, char id, const std::string& text) const {
+  Bytes Stored(OtTypeMgr& manager, char id, const std::string& text, const char* argument) const {
     Values values(manager, id, 1);
-    values.Scan({text}, texts_);
+    values.Scan({text}, texts_, scan_, argument);
     return values.Store(form_.Format());
   }
 
   /// As an index holds it: texts in the key form, nothing longer than a key can be.
-  Bytes Key(OtTypeMgr& manager, char id, const std::string& text) const {
-    Bytes stored = Stored(manager, id, text);
+  Bytes Key(OtTypeMgr& manager, char id, const std::string& text, const char* argument) const {
+    Bytes stored = Stored(manager, id, text, argument);
     if (!IsText(id)) {
       stored.resize(std::min<std::size_t>(stored.size(), OtINDEX_MAX_KEYLEN));
       return stored;
@@ -150,6 +151,7 @@ class Estimate : public Command {
   FactoryOption factory_;
   FormOption form_;
   TextOptions texts_;
+  ScanOptions scan_;
 };
 
 }  // namespace

@@ -1,8 +1,8 @@
 // Files of records: inspect.
 #include <unistd.h>
 
-#include <fstream>
 #include <iostream>
+#include <optional>
 
 #include "command.h"
 #include "options.h"
@@ -37,16 +37,6 @@ class Progress {
   std::uint64_t next_ = 0;
 };
 
-/// 0 for what can't be measured, such as a pipe.
-std::uint64_t SizeOf(std::ifstream& stream) {
-  stream.seekg(0, std::ios::end);
-  const auto size = stream.tellg();
-  stream.clear();
-  stream.seekg(0);
-  stream.clear();
-  return size > 0 ? static_cast<std::uint64_t>(size) : 0;
-}
-
 class Inspect : public Command {
  public:
   const char* Name() const override { return "inspect"; }
@@ -65,6 +55,7 @@ class Inspect : public Command {
 #endif
     factory_.Declare(app);
     form_.Declare(app);
+    print_.Declare(app);
   }
 
   Answer Run() override {
@@ -92,11 +83,9 @@ class Inspect : public Command {
   RecordReader Open() {
     manager_ = factory_.Manager();
     Layout layout = ParseLayout(manager_, layout_, form_.Format());
-    if (file_ == "-") return RecordReader(manager_, std::move(layout), form_.Format(), std::cin);
-    stream_.open(file_, std::ios::binary);
-    if (!stream_) throw BadInput(file_ + ": expected a file that can be read");
-    size_ = SizeOf(stream_);
-    return RecordReader(manager_, std::move(layout), form_.Format(), stream_);
+    input_.emplace(file_);
+    size_ = input_->Size();
+    return RecordReader(manager_, std::move(layout), form_.Format(), *input_, print_.Format());
   }
 
   std::unique_ptr<RecordPrinter> MakePrinter(bool asJson, const Layout& layout) const {
@@ -125,8 +114,9 @@ class Inspect : public Command {
   bool csv_ = false;
   FactoryOption factory_;
   FormOption form_;
+  PrintOption print_;
   OtTypeMgr manager_;
-  std::ifstream stream_;
+  std::optional<ot95::tools::InputFile> input_;
   std::uint64_t size_ = 0;
 };
 

@@ -4,19 +4,19 @@
 #include <map>
 
 #include "command.h"
+#include "options.h"
 #include "ot95/int64.h"
+#include "scanner.h"
 #include "texts.h"
 
 namespace ottm {
 namespace {
 
 OtInt64 Operand(const std::string& text) {
+  OtTypeMgr manager;
   OtInt64 value(0);
-  const OtString source(text.c_str());
-  value.ScanFromOtString(source, "%S");
-  if (text.empty() || (value == OtInt64(-1) && text != "-1")) {
-    throw BadInput("EXPR: expected a 64-bit integer, found '" + text + "'");
-  }
+  ot95::tools::Scanner scanner(manager, TypeOf(manager, "OtInt64"), {});
+  Naming("EXPR", [&] { scanner.Scan(&value, text, OT_CS_UNICODE, OT_LANG_NEUTRAL); });
   return value;
 }
 
@@ -25,7 +25,7 @@ unsigned ShiftCount(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, count);
   if (error != std::errc() || rest != end) {
-    throw BadInput("EXPR: expected a number of positions, found '" + text + "'");
+    throw BadInput("EXPR: expected a number of positions, found " + Quoted(text));
   }
   return count;
 }
@@ -64,13 +64,13 @@ class Int64 : public Command {
     if (words_[0] == "neg") return -Operand(words_[1]);
     if (words_[0] == "abs") return Operand(words_[1]).Abs();
     if (words_[0] != "from-double") {
-      throw BadInput("EXPR: expected neg, abs or from-double, found '" + words_[0] + "'");
+      throw BadInput("EXPR: expected neg, abs or from-double, found " + Quoted(words_[0]));
     }
     double number = 0;
     const char* end = words_[1].data() + words_[1].size();
     const auto [rest, error] = std::from_chars(words_[1].data(), end, number);
     if (error != std::errc() || rest != end) {
-      throw BadInput("EXPR: expected a number, found '" + words_[1] + "'");
+      throw BadInput("EXPR: expected a number, found " + Quoted(words_[1]));
     }
     return OtInt64(number);
   }
@@ -81,7 +81,7 @@ class Int64 : public Command {
     if (op == "*") return a * b;
     const bool quotient = op == "/";
     if (!quotient && op != "%") {
-      throw BadInput("EXPR: expected one of + - * / % << >>, found '" + op + "'");
+      throw BadInput("EXPR: expected one of + - * / % << >>, found " + Quoted(op));
     }
     if (b == OtInt64(0)) throw BadInput("EXPR: expected a divisor other than 0");
     return quotient ? a / b : a % b;

@@ -1,7 +1,5 @@
 // Lines of files by collation: sort, match.
 #include <algorithm>
-#include <fstream>
-#include <iostream>
 
 #include "command.h"
 #include "options.h"
@@ -10,22 +8,16 @@
 namespace ottm {
 namespace {
 
-std::vector<std::string> ReadLines(const std::vector<std::string>& files) {
-  std::vector<std::string> lines;
-  const auto readAll = [&lines](std::istream& in) {
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-  };
+/// Calls an action with each line of some files, or of standard input. What it refuses is told
+/// with the line's place.
+template <class Action>
+void ForEachLine(std::vector<std::string> files, const Action& action) {
+  if (files.empty()) files.emplace_back("-");
   for (const std::string& name : files) {
-    if (name == "-") {
-      readAll(std::cin);
-      continue;
-    }
-    std::ifstream file(name);
-    if (!file) throw BadInput(name + ": expected a file that can be read");
-    readAll(file);
+    ot95::tools::InputFile file(name);
+    ot95::tools::LineReader lines(file);
+    for (std::string line; lines.Next(line);) Naming(lines.Place(), [&] { action(line); });
   }
-  if (files.empty()) readAll(std::cin);
-  return lines;
 }
 
 class Sort : public Command {
@@ -42,10 +34,10 @@ class Sort : public Command {
   }
 
   Answer Run() override {
-    const std::vector<std::string> lines = ReadLines(files_);
     std::vector<Entry> entries;
-    entries.reserve(lines.size());
-    for (const std::string& line : lines) entries.push_back({texts_.Text(line), &line});
+    ForEachLine(files_, [&](const std::string& line) {
+      entries.push_back({texts_.Text(line), line});
+    });
     const unsigned short op = op_.Word() | OT_CMP_NO_WILDCARDS;
     std::vector<const Entry*> order;
     for (const Entry& entry : entries) order.push_back(&entry);
@@ -61,8 +53,8 @@ class Sort : public Command {
     Answer answer;
     Json sorted = Json::array();
     for (const Entry* entry : order) {
-      answer.human += *entry->line + "\n";
-      sorted.push_back(*entry->line);
+      answer.human += entry->line + "\n";
+      sorted.push_back(entry->line);
     }
     answer.json = {{"lines", sorted}};
     return answer;
@@ -71,7 +63,7 @@ class Sort : public Command {
  private:
   struct Entry {
     OtString text;
-    const std::string* line;
+    std::string line;
   };
   std::vector<std::string> files_;
   OpOption op_;
@@ -102,11 +94,11 @@ class Match : public Command {
     const unsigned short op = op_.Word();
     Answer answer;
     Json matches = Json::array();
-    for (const std::string& line : ReadLines(files_)) {
-      if (texts_.Text(line).Compare(pattern, op) != 0) continue;
+    ForEachLine(files_, [&](const std::string& line) {
+      if (texts_.Text(line).Compare(pattern, op) != 0) return;
       if (!count_) answer.human += line + "\n";
       matches.push_back(line);
-    }
+    });
     if (count_) answer.human = std::to_string(matches.size()) + "\n";
     answer.exit = matches.empty() ? 1 : 0;
     answer.json = {{"count", matches.size()}};

@@ -35,6 +35,7 @@ class TypedCommand : public Command {
   FactoryOption factory_;
   FormOption form_;
   TextOptions texts_;
+  ScanOptions scan_;
   unsigned long count_ = 1;
   OtTypeMgr manager_;
 };
@@ -49,11 +50,12 @@ class Encode : public TypedCommand {
     app.add_option("VALUE", values_, "The elements, as text")->required();
     form_.Declare(app);
     texts_.Declare(app);
+    scan_.Declare(app);
   }
   Answer Run() override {
     const char id = Open();
     Values values(manager_, id, values_.size());
-    values.Scan(values_, texts_);
+    values.Scan(values_, texts_, scan_);
     const unsigned char format = form_.DiskFormat();
     const std::string hex = ToHex(values.Store(format));
     Answer answer;
@@ -79,6 +81,7 @@ class Decode : public TypedCommand {
     app.add_option("HEX", hex_, "The stored bytes: hex, - or @FILE")->required();
     DeclareCount(app);
     form_.Declare(app);
+    print_.Declare(app);
   }
   Answer Run() override {
     const char id = Open();
@@ -90,7 +93,7 @@ class Decode : public TypedCommand {
     Answer answer;
     Json texts = Json::array();
     for (unsigned long i = 0; i < count_; ++i) {
-      const std::string text = values.Print(i);
+      const std::string text = values.Print(i, print_.Format());
       texts.push_back(values.IsNull(i) ? Json(nullptr) : Json(text));
       answer.human += text + "\n";
     }
@@ -103,6 +106,7 @@ class Decode : public TypedCommand {
 
  private:
   std::string hex_;
+  PrintOption print_;
 };
 
 class Verify : public TypedCommand {
@@ -187,15 +191,15 @@ class Print : public TypedCommand {
   void Declare(CLI::App& app) override {
     DeclareType(app);
     app.add_option("VALUE", value_, "The value, as text")->required();
-    app.add_option("--text-format", format_, "Format to print with; the type's own otherwise");
-    app.add_option("--scan-format", scanFormat_, "Format to scan with; the type's own otherwise");
+    print_.Declare(app);
+    scan_.Declare(app, "--scan-format");
     texts_.Declare(app);
   }
   Answer Run() override {
     const char id = Open();
     Values values(manager_, id, 1);
-    values.Scan({value_}, texts_, scanFormat_ ? scanFormat_->c_str() : nullptr);
-    const std::string text = values.Print(0, format_ ? format_->c_str() : nullptr);
+    values.Scan({value_}, texts_, scan_);
+    const std::string text = values.Print(0, print_.Format());
     Answer answer;
     answer.json = {{"text", text}};
     answer.human = text + "\n";
@@ -204,8 +208,7 @@ class Print : public TypedCommand {
 
  private:
   std::string value_;
-  std::optional<std::string> format_;
-  std::optional<std::string> scanFormat_;
+  PrintOption print_;
 };
 
 class Hash : public TypedCommand {
@@ -220,6 +223,7 @@ class Hash : public TypedCommand {
     DeclareCount(app);
     form_.Declare(app);
     texts_.Declare(app);
+    scan_.Declare(app);
   }
   Answer Run() override {
     const char id = Open();
@@ -234,7 +238,7 @@ class Hash : public TypedCommand {
       hash = manager_.Hash(id, bytes.size(), bytes.data(), count_, format, status);
     } else {
       Values values(manager_, id, values_.size());
-      values.Scan(values_, texts_);
+      values.Scan(values_, texts_, scan_);
       bytes = format == OT_FORMAT_MEMORY ? Bytes() : values.Store(format);
       void* place = bytes.empty() ? values.Data() : bytes.data();
       hash = manager_.Hash(id, 0, place, values_.size(), format, status);

@@ -20,15 +20,16 @@ class Convert : public Command {
   void Declare(CLI::App& app) override {
     app.add_option("FROM", from_, "Type to convert from")->required();
     app.add_option("TO", to_, "Type to convert to")->required();
-    app.add_option("VALUE", values_, "The values, in the neutral text that conversion goes through")
-        ->required();
+    app.add_option("VALUE", values_, "The values, as text")->required();
     factory_.Declare(app);
     texts_.Declare(app);
+    scan_.Declare(app);
   }
   Answer Run() override {
     OtTypeMgr manager = factory_.Manager();
-    const char to = TypeOf(manager, to_);
-    const Values source = Values::FromTexts(manager, TypeOf(manager, from_), values_, texts_);
+    const char to = TypeOf(manager, to_, "TO");
+    Values source(manager, TypeOf(manager, from_, "FROM"), values_.size());
+    source.Scan(values_, texts_, scan_);
     const ConvertData data = source.Convert();
     const Values target = Values::Converted(manager, to, values_.size(), *data);
     Answer answer;
@@ -46,6 +47,7 @@ class Convert : public Command {
   std::vector<std::string> values_;
   FactoryOption factory_;
   TextOptions texts_;
+  ScanOptions scan_;
 };
 
 class Default : public Command {
@@ -57,13 +59,15 @@ class Default : public Command {
     app.add_option("TYPE", type_, "Name or number of the type")->required();
     app.add_flag("--nullable", nullable_, "For a member that may be null");
     factory_.Declare(app);
+    print_.Declare(app);
   }
   Answer Run() override {
     OtTypeMgr manager = factory_.Manager();
     const Values value = Values::Default(manager, TypeOf(manager, type_), nullable_);
     Answer answer;
-    answer.json = {{"text", value.Print(0)}, {"isNull", value.IsNull(0)}};
-    answer.human = value.Print(0) + "\n";
+    const std::string text = value.Print(0, print_.Format());
+    answer.json = {{"text", text}, {"isNull", value.IsNull(0)}};
+    answer.human = text + "\n";
     return answer;
   }
 
@@ -71,6 +75,7 @@ class Default : public Command {
   std::string type_;
   bool nullable_ = false;
   FactoryOption factory_;
+  PrintOption print_;
 };
 
 class Edit : public Command {
@@ -96,8 +101,8 @@ class Edit : public Command {
     if (operation_ == "split") return Split(text);
     const auto operation = Operations().find(operation_);
     if (operation == Operations().end()) {
-      throw BadInput("OPERATION: expected one of those 'ottm edit --help' lists, found '" +
-                     operation_ + "'");
+      throw BadInput("OPERATION: expected one of those 'ottm edit --help' lists, found " +
+                     Quoted(operation_));
     }
     const Shape& shape = operation->second;
     Expect(shape.least, shape.most);
@@ -155,7 +160,7 @@ class Edit : public Command {
     wide.codeSet = OT_CS_UNICODE;
     const OtString text = wide.Text(arguments_[i]);
     if (text.Len() != 1)
-      throw BadInput("ARG: expected one character, found '" + arguments_[i] + "'");
+      throw BadInput("ARG: expected one character, found " + Quoted(arguments_[i]));
     return OtChar(text.StrGet(), OT_CS_UNICODE).GetValue();
   }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "answer.h"
+#include "files.h"
 
 namespace ottm {
 
@@ -28,9 +29,8 @@ class Command {
 
 /// An object on a line of its own.
 std::string JsonLine(const Json& json);
-/// Both throw when standard output takes no more.
-void WriteOut(std::string_view text);
-void FlushOut();
+using ot95::tools::FlushOut;
+using ot95::tools::WriteOut;
 
 using CommandList = std::vector<std::unique_ptr<Command>>;
 

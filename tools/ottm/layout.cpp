@@ -53,7 +53,7 @@ LayoutMember ParseMember(const OtTypeMgr& manager, std::string item, const Layou
     if (HasName(before, member.name)) member.name += "#" + std::to_string(before.size() + 1);
   }
   if (member.name.empty() || HasName(before, member.name)) {
-    throw BadInput(place + ", NAME: expected one of its own, found '" + member.name + "'");
+    throw BadInput(place + ", NAME: expected one of its own, found " + Quoted(member.name));
   }
   return member;
 }

@@ -1,9 +1,8 @@
 // ottm: the type manager on the command line. One process answers one command, or a batch of them.
-#include <algorithm>
 #include <iostream>
 
 #include "command.h"
-#include "options.h"
+#include "commandline.h"
 #include "ot95/typemgr.h"
 
 namespace ottm {
@@ -24,20 +23,6 @@ CommandList AllCommands() {
   return list;
 }
 
-/// The parser takes an argument like "[a,b]" for a list. A mark behind it hides that, and every
-/// option takes the mark off again.
-constexpr char kMark = '\x1f';
-
-std::string Marked(std::string argument) {
-  if (argument.starts_with('[') && argument.ends_with(']')) argument += kMark;
-  return argument;
-}
-
-std::string Unmarked(std::string argument) {
-  if (argument.starts_with('[') && argument.ends_with(kMark)) argument.pop_back();
-  return argument;
-}
-
 /// The command line of one call: every command as a subcommand, and what was asked for.
 class Program {
  public:
@@ -46,12 +31,12 @@ class Program {
         commands_(AllCommands()) {
     app_.name("ottm");
     app_.require_subcommand(1);
+    ot95::tools::DeclareVersion(app_);
     for (auto& command : commands_) {
       CLI::App* sub = app_.add_subcommand(command->Name(), command->Summary());
       sub->footer(std::string("Example: ") + command->Example());
       sub->add_flag("--json", json_, "One JSON object on one line");
       command->Declare(*sub);
-      for (CLI::Option* option : sub->get_options()) option->transform(Unmarked);
       sub->callback([this, chosen = command.get()] { chosen_ = chosen; });
     }
     batch_ = app_.add_subcommand(
@@ -60,11 +45,7 @@ class Program {
   }
 
   CLI::App& App() { return app_; }
-  void Parse(std::vector<std::string> arguments) {
-    std::transform(arguments.begin(), arguments.end(), arguments.begin(), Marked);
-    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
-    app_.parse(std::move(arguments));
-  }
+  void Parse(const std::vector<std::string>& arguments) { ot95::tools::Parse(app_, arguments); }
   bool IsBatch() const { return batch_->parsed(); }
   Answer Run() { return chosen_->Run(); }
   int Print() { return chosen_->Print(json_); }
@@ -81,11 +62,6 @@ Json ErrorObject(const std::string& message) {
   return {{"error", message}, {"exit", 2}};
 }
 
-std::string OneLine(std::string message) {
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  return message;
-}
-
 Json AnswerLine(const std::string& line) {
   try {
     Program program;
@@ -97,32 +73,44 @@ Json AnswerLine(const std::string& line) {
   } catch (const Json::exception&) {
     return ErrorObject("expected a JSON array of texts");
   } catch (const std::exception& error) {
-    return ErrorObject(OneLine(error.what()));
+    return ErrorObject(ot95::tools::Message(error.what()));
   }
 }
 
 int RunBatch() {
-  for (std::string line; std::getline(std::cin, line);) {
-    std::cout << JsonLine(AnswerLine(line)) << std::flush;
+  ot95::tools::InputFile input("-");
+  input.KeepForItself();
+  ot95::tools::LineReader lines(input);
+  for (std::string line; lines.Next(line);) {
+    WriteOut(JsonLine(AnswerLine(line)));
+    FlushOut();
   }
   return 0;
 }
 
-int Main(int argc, char** argv) {
+/// Help and versions are answers, too.
+int PrintHelp(const CLI::App& app, const CLI::Success& help) {
+  app.exit(help);
+  FlushOut();
+  return 0;
+}
+
+int Run(int argc, char** argv) {
   Program program;
   try {
     program.Parse(std::vector<std::string>(argv + 1, argv + argc));
   } catch (const CLI::Success& help) {
-    return program.App().exit(help);
-  } catch (const CLI::ParseError& error) {
-    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
-    return 2;
+    return PrintHelp(program.App(), help);
   }
+  return program.IsBatch() ? RunBatch() : program.Print();
+}
+
+int Main(int argc, char** argv) {
+  ot95::tools::TellFileLimits();
   try {
-    if (program.IsBatch()) return RunBatch();
-    return program.Print();
+    return Run(argc, argv);
   } catch (const std::exception& error) {
-    std::cerr << "ottm: " << OneLine(error.what()) << "\n";
+    std::cerr << "ottm: " << ot95::tools::Message(error.what()) << "\n";
     return 2;
   }
 }

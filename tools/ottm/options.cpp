@@ -1,3 +1,4 @@
+// Options that several commands have.
 #include "options.h"
 
 #include <charconv>
@@ -49,8 +50,8 @@ unsigned long NumberOf(const std::string& text, unsigned long most, const std::s
   unsigned long number = 0;
   const auto [rest, error] = std::from_chars(begin, end, number, hex ? 16 : 10);
   if (error != std::errc() || rest != end || number > most) {
-    throw BadInput(argument + ": expected a number from 0 to " + std::to_string(most) +
-                   ", found '" + text + "'");
+    throw BadInput(argument + ": expected a number from 0 to " + std::to_string(most) + ", found " +
+                   Quoted(text));
   }
   return number;
 }
@@ -74,7 +75,7 @@ void FormOption::Declare(CLI::App& app, const std::string& as, const std::string
 unsigned char FormOption::Format() const {
   if (const auto form = kForms.find(name); form != kForms.end()) return form->second;
   if (!StartsNumber(name)) {
-    throw BadInput("form: expected " + NamesOf(kForms) + " or a number, found '" + name + "'");
+    throw BadInput("form: expected " + NamesOf(kForms) + " or a number, found " + Quoted(name));
   }
   return static_cast<unsigned char>(NumberOf(name, 255, "form"));
 }
@@ -110,10 +111,21 @@ unsigned short OpOption::Word() const {
     } else if (relations && relation != kRelations.end()) {
       word |= relation->second;
     } else {
-      throw BadInput("--op: expected a number or of " + Expected() + ", found '" + name + "'");
+      throw BadInput("--op: expected a number or of " + Expected() + ", found " + Quoted(name));
     }
   }
   return static_cast<unsigned short>(word);
+}
+
+void ScanOptions::Declare(CLI::App& app, const std::string& option) {
+  app.add_option(option, textFormat,
+                 "Format to scan with; else the type's own, and for dates and times ISO 8601");
+  app.add_flag("--lenient", lenient,
+               "Take what the type makes of a text that it wraps, cuts or makes up");
+}
+
+void PrintOption::Declare(CLI::App& app) {
+  app.add_option("--text-format", textFormat, "Format to print with; the type's own otherwise");
 }
 
 char TypeOf(const OtTypeMgr& manager, const std::string& name, const std::string& argument) {
@@ -123,8 +135,8 @@ char TypeOf(const OtTypeMgr& manager, const std::string& name, const std::string
     id = static_cast<char>(NumberOf(name, 40, argument));
     if (manager.NameGet(id, nullptr) != nullptr) return id;
   }
-  throw BadInput(argument + ": expected a type of this table (see 'ottm types'), found '" + name +
-                 "'");
+  throw BadInput(argument + ": expected a type of this table (see 'ottm types'), found " +
+                 Quoted(name));
 }
 
 }  // namespace ottm

@@ -2,6 +2,7 @@
 #define OTTM_OPTIONS_H
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 
 #include "ot95/typemgr.h"
@@ -40,6 +41,23 @@ struct OpOption {
 
  private:
   std::string Expected() const;
+};
+
+/// What texts are scanned with, and whether those that a row would wrap, cut or make up are taken.
+struct ScanOptions {
+  std::optional<std::string> textFormat;
+  bool lenient = false;
+
+  /// @param option of the format.
+  void Declare(CLI::App& app, const std::string& option = "--text-format");
+};
+
+/// What values are printed with.
+struct PrintOption {
+  std::optional<std::string> textFormat;
+
+  void Declare(CLI::App& app);
+  const char* Format() const { return textFormat ? textFormat->c_str() : nullptr; }
 };
 
 /// The identifier of a type given by name or number. Throws BadInput that names `argument`.

@@ -17,7 +17,8 @@ using Row = std::vector<std::string>;
 void AddTexts(const RecordReader& reader, Row& row) {
   for (std::size_t i = 0; i < reader.Members().size(); ++i) {
     const Values& values = reader.ValuesOf(i);
-    for (unsigned long k = 0; k < values.Count(); ++k) row.push_back(values.Print(k));
+    for (unsigned long k = 0; k < values.Count(); ++k)
+      row.push_back(values.Print(k, reader.TextFormat()));
   }
 }
 
@@ -133,10 +134,11 @@ Json RecordToJson(const RecordReader& reader) {
     const Values& array = reader.ValuesOf(i);
     Json& member = values[reader.Members()[i].name];
     if (array.Count() == 1) {
-      member = array.ToJson(0);
+      member = array.ToJson(0, reader.TextFormat());
       continue;
     }
-    for (unsigned long k = 0; k < array.Count(); ++k) member.push_back(array.ToJson(k));
+    for (unsigned long k = 0; k < array.Count(); ++k)
+      member.push_back(array.ToJson(k, reader.TextFormat()));
   }
   return {{"offset", reader.Start()}, {"values", std::move(values)}};
 }

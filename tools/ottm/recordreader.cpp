@@ -1,3 +1,4 @@
+// Records of a file, verified before they are loaded.
 #include "recordreader.h"
 
 #include <algorithm>
@@ -10,11 +11,10 @@ bool ByteWindow::Grow() {
   end_ -= begin_;
   begin_ = 0;
   if (end_ == buffer_.size()) buffer_.resize(buffer_.size() * 2);
-  in_.read(reinterpret_cast<char*>(buffer_.data() + end_),
-           static_cast<std::streamsize>(buffer_.size() - end_));
-  if (in_.bad()) throw BadInput("FILE: expected a file that can be read");
-  end_ += static_cast<std::size_t>(in_.gcount());
-  return in_.gcount() > 0;
+  const std::size_t bytes =
+      in_.Read(reinterpret_cast<char*>(buffer_.data() + end_), buffer_.size() - end_);
+  end_ += bytes;
+  return bytes != 0;
 }
 
 void ByteWindow::Drop(unsigned long bytes) {
@@ -23,11 +23,12 @@ void ByteWindow::Drop(unsigned long bytes) {
 }
 
 RecordReader::RecordReader(OtTypeMgr& manager, Layout layout, unsigned char format,
-                           std::istream& in)
+                           ot95::tools::InputFile& in, const char* textFormat)
     : manager_(manager),
       layout_(std::move(layout)),
       format_(format),
       window_(in),
+      textFormat_(textFormat),
       values_(layout_.size()) {}
 
 bool RecordReader::Skip() {

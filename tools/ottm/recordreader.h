@@ -2,38 +2,38 @@
 #define OTTM_RECORDREADER_H
 
 #include <cstdint>
-#include <istream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "bytes.h"
+#include "files.h"
 #include "layout.h"
 #include "values.h"
 
 namespace ottm {
 
-/// The bytes of a stream from some offset on, in a buffer that holds what one member needs.
+/// The bytes of a file from some offset on, in a buffer that holds what one member needs.
 class ByteWindow {
  public:
-  explicit ByteWindow(std::istream& in) : in_(in), buffer_(kFirstSize) {}
+  explicit ByteWindow(ot95::tools::InputFile& in) : in_(in), buffer_(kFirstSize) {}
 
   unsigned char* Data() { return buffer_.data() + begin_; }
   unsigned long Available() const { return static_cast<unsigned long>(end_ - begin_); }
   std::uint64_t Offset() const { return offset_; }
-  /// Reads on. @return false where the stream has ended.
+  /// Reads on. @return false where the file has ended.
   bool Grow();
   void Drop(unsigned long bytes);
 
  private:
   static constexpr std::size_t kFirstSize = 1 << 16;
 
-  std::istream& in_;
+  ot95::tools::InputFile& in_;
   Bytes buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
-  std::uint64_t offset_ = 0;  ///< Of begin_ in the stream.
+  std::uint64_t offset_ = 0;  ///< Of begin_ in the file.
 };
 
 /// Where and why a record can't be one.
@@ -45,10 +45,12 @@ struct Damage {
   std::string reason;
 };
 
-/// Walks the records of a stream. Every member is verified before it is loaded.
+/// Walks the records of a file. Every member is verified before it is loaded.
 class RecordReader {
  public:
-  RecordReader(OtTypeMgr& manager, Layout layout, unsigned char format, std::istream& in);
+  /// @param textFormat of the values that are printed; null for the types' own.
+  RecordReader(OtTypeMgr& manager, Layout layout, unsigned char format, ot95::tools::InputFile& in,
+               const char* textFormat);
 
   /// Moves behind the next record without loading it. @return false at the end or at a damaged one.
   bool Skip();
@@ -58,6 +60,7 @@ class RecordReader {
   const Layout& Members() const { return layout_; }
   /// The values of a member, as loaded by Next.
   const Values& ValuesOf(std::size_t member) const { return *values_[member]; }
+  const char* TextFormat() const { return textFormat_; }
   std::uint64_t Start() const { return start_; }             ///< Offset of the record.
   std::uint64_t Offset() const { return window_.Offset(); }  ///< Where it ends.
   const std::optional<Damage>& Found() const { return damage_; }
@@ -71,6 +74,7 @@ class RecordReader {
   Layout layout_;
   unsigned char format_;
   ByteWindow window_;
+  const char* textFormat_;
   std::vector<std::unique_ptr<Values>> values_;  ///< Made when the first record was verified.
   std::uint64_t records_ = 0;
   std::uint64_t start_ = 0;

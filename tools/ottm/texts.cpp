@@ -1,3 +1,4 @@
+// Texts on the command line.
 #include "texts.h"
 
 #include "answer.h"
@@ -18,7 +19,7 @@ unsigned char TextOptions::LanguageNumber() const {
 }
 
 OtString TextOptions::Text(std::string_view utf8) const {
-  return ot95::tools::FromUtf8(utf8, static_cast<unsigned char>(codeSet), LanguageNumber());
+  return ot95::tools::FromUtf8(utf8, CodeSet(), LanguageNumber());
 }
 
 OtString TextOptions::Value(const std::string& utf8) const {

@@ -17,6 +17,7 @@ struct TextOptions {
 
   /// @param suffix tells a second pair of options apart from the first.
   void Declare(CLI::App& app, const std::string& suffix = "");
+  unsigned char CodeSet() const { return static_cast<unsigned char>(codeSet); }
   unsigned char LanguageNumber() const;
   /// The value of an argument; "{NULL}" is the null text. Throws BadInput.
   OtString Value(const std::string& utf8) const;

@@ -1,13 +1,10 @@
+// Values of which the program knows the identifier of their type and no more.
 #include "values.h"
+
+#include "scanner.h"
 
 namespace ottm {
 namespace {
-
-/// A scan that finds nothing leaves the value as it was and says nothing. So a text is scanned
-/// over two different values: where they stay apart, it was no value of this type.
-constexpr const char* kStarts[] = {"0", "1"};
-
-constexpr char kStrings = 11;  // the type of what conversion data carries
 
 std::string TypeName(const OtTypeMgr& manager, char id) {
   return manager.NameGet(id, nullptr);
@@ -38,18 +35,6 @@ Values Values::Converted(OtTypeMgr& manager, char id, unsigned long count,
   return Values(manager, id, count, manager.ConvertFrom(id, &data, count));
 }
 
-Values Values::FromTexts(OtTypeMgr& manager, char id, const std::vector<std::string>& texts,
-                         const TextOptions& options) {
-  std::vector<OtString> strings;
-  for (const std::string& text : texts) strings.push_back(options.Value(text));
-  // Without a manager in it the record leaves the strings to us.
-  const std::unique_ptr<OtTypeConvertData> data(
-      OtTypeConvertData::Make(kStrings, strings.size(), strings.data(), nullptr));
-  void* values = manager.ConvertFrom(id, data.get(), strings.size());
-  data->manager = nullptr;
-  return Values(manager, id, strings.size(), values);
-}
-
 Values::~Values() {
   manager_.Delete(id_, data_, count_);
 }
@@ -58,41 +43,13 @@ void* Values::Element(unsigned long index) const {
   return manager_.GetArrayElement(id_, data_, index, 0);
 }
 
-void Values::StartFrom(unsigned long index, const char* text) {
-  const Values start = FromTexts(manager_, id_, {text}, TextOptions());
-  if (const auto assign = manager_.AssignmentPtrGet(id_)) assign(Element(index), start.data_, 1, 0);
-}
-
-Bytes Values::StoreOne(unsigned long index) const {
-  void* place = Element(index);
-  Bytes bytes(manager_.DiskLenGet(id_, place, OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
-  manager_.Store(id_, bytes.data(), place, OT_FORMAT_NATIVE, 1);
-  return bytes;
-}
-
-/// Scans a text into an element, from each of the starts. @return whether it took.
-bool Values::ScanOne(unsigned long index, const std::string& utf8, const TextOptions& options,
-                     const char* format) {
-  Bytes results[2];
-  bool touched = false;
-  for (int pass = 0; pass < 2; ++pass) {
-    StartFrom(index, kStarts[pass]);
-    const Bytes before = StoreOne(index);
-    OtString text = options.Text(utf8);
-    manager_.ScanFromOtString(id_, Element(index), text, format, 1);
-    results[pass] = StoreOne(index);
-    touched = touched || results[pass] != before;
-  }
-  if (manager_.IsFixed(id_)) return results[0] == results[1];
-  return touched || utf8.empty();  // a blob takes nothing but the null text
-}
-
 void Values::Scan(const std::vector<std::string>& texts, const TextOptions& options,
-                  const char* format) {
+                  const ScanOptions& scan, const char* argument) {
+  ot95::tools::Scanner scanner(manager_, id_, scan.textFormat, scan.lenient);
   for (unsigned long i = 0; i < count_; ++i) {
-    if (ScanOne(i, texts[i], options, format)) continue;
-    throw BadInput("VALUE: expected a value of " + TypeName(manager_, id_) + ", found '" +
-                   texts[i] + "'");
+    Naming(argument, [&] {
+      scanner.Scan(Element(i), texts[i], options.CodeSet(), options.LanguageNumber());
+    });
   }
 }
 
@@ -102,7 +59,7 @@ bool Values::IsNull(unsigned long index) const {
 
 // A row prints a text by way of an 8-bit code set; conversion gives it whole.
 std::string Values::Print(unsigned long index, const char* format) const {
-  const bool isText = manager_.ExchangeFormat(id_, nullptr) == std::string_view("%s");
+  const bool isText = ot95::tools::Scanner::IsText(manager_, id_);
   if (format == nullptr && isText && !IsNull(index)) {
     const std::unique_ptr<OtTypeConvertData> data(manager_.ConvertTo(id_, Element(index), 1));
     if (data) return ToUtf8(*data->GetString(0));
@@ -112,11 +69,11 @@ std::string Values::Print(unsigned long index, const char* format) const {
   return ToUtf8(text);
 }
 
-Json Values::ToJson(unsigned long index) const {
+Json Values::ToJson(unsigned long index, const char* format) const {
   if (IsNull(index)) return nullptr;
-  const std::string text = Print(index);
-  const std::string_view format = manager_.ExchangeFormat(id_, nullptr);
-  if (format != "%s" && format != "%c") {  // a text or a character may look like a number
+  const std::string text = Print(index, format);
+  const std::string_view own = manager_.ExchangeFormat(id_, nullptr);
+  if (own != "%s" && own != "%c") {  // a text or a character may look like a number
     Json number = Json::parse(text, nullptr, false);
     if (number.is_number()) return number;
   }

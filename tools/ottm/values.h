@@ -8,6 +8,7 @@
 
 #include "answer.h"
 #include "bytes.h"
+#include "options.h"
 #include "ot95/typemgr.h"
 #include "texts.h"
 
@@ -19,9 +20,6 @@ class Values {
   Values(OtTypeMgr& manager, char id, unsigned long count);
   /// The default value of a type, as one element.
   static Values Default(OtTypeMgr& manager, char id, bool nullable);
-  /// What the neutral texts of conversion give.
-  static Values FromTexts(OtTypeMgr& manager, char id, const std::vector<std::string>& texts,
-                          const TextOptions& options);
   /// What conversion data of another type gives.
   static Values Converted(OtTypeMgr& manager, char id, unsigned long count,
                           OtTypeConvertData& data);
@@ -33,15 +31,15 @@ class Values {
   unsigned long Count() const { return count_; }
   void* Element(unsigned long index) const;
 
-  /// Scans one text into each element. Throws BadInput for a text that leaves a value untouched.
-  /// @param format null for the type's own.
+  /// Scans one text into each element. Throws BadInput for one that a row would wrap, cut or make
+  /// up, unless it is to be lenient.
   void Scan(const std::vector<std::string>& texts, const TextOptions& options,
-            const char* format = nullptr);
+            const ScanOptions& scan, const char* argument = "VALUE");
   /// One element as UTF-8; the null text for a null.
   std::string Print(unsigned long index, const char* format = nullptr) const;
   bool IsNull(unsigned long index) const;
   /// One element as JSON: null, a number where it prints as one, else its text.
-  Json ToJson(unsigned long index) const;
+  Json ToJson(unsigned long index, const char* format = nullptr) const;
 
   /// The values as text, ready for another type.
   std::unique_ptr<OtTypeConvertData> Convert() const;
@@ -55,10 +53,6 @@ class Values {
 
  private:
   Values(OtTypeMgr& manager, char id, unsigned long count, void* data);
-  void StartFrom(unsigned long index, const char* text);
-  Bytes StoreOne(unsigned long index) const;
-  bool ScanOne(unsigned long index, const std::string& utf8, const TextOptions& options,
-               const char* format);
 
   OtTypeMgr& manager_;
   char id_;

@@ -14,6 +14,7 @@
 
 #include "ot95/oin_codeset.h"
 #include "ot95/oin_order.h"
+#include "ot95/oin_version.h"
 
 /// Language numbers with a meaning of their own.
 inline constexpr unsigned char OT_LANG_NEUTRAL = 1;  ///< The default at start.
