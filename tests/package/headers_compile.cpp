@@ -2,6 +2,7 @@
 #include "ot95/obs.h"
 #include "ot95/oin.h"
 #include "ot95/ot95.h"
+#include "ot95/std.h"
 
 // What C++20 makes of members by turning the sides around, older users have as well.
 bool EitherSideMayBePlainText(const OtIString& text) {
