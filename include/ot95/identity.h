@@ -67,10 +67,10 @@ class OtString;
 struct OtIdxBounds;
 
 // The members of a type's row, by the contracts of OtTypeDescriptor (see typemgr.h). `count` 0 or
-// 1 is a single value for Create and Delete. PrintToString and ScanFromString handle one value, and
-// ScanFromString needs a format. Compare in memory form goes by `operator!=`; on disk it goes by
-// the bytes from the last to the first of the little-endian form, which for a reference puts the
-// database first. Hash reads disk forms as little-endian ones, whatever their format says.
+// 1 is a single value for Create and Delete. PrintToString and ScanFromString handle one value.
+// Compare in memory form goes by `operator!=`; on disk it goes by the bytes of the number from the
+// last to the first, whatever the format says, which orders little-endian forms by number and a
+// reference by its database first. Hash reads disk forms as little-endian ones, likewise.
 #define OT95_IDENTITY_ROW                                                                    \
   static void* Create(unsigned long count = 1);                                              \
   static void* Delete(void* value, unsigned long count = 1);                                 \

@@ -44,8 +44,7 @@ class OT95_EXPORT OtInt64 {
   constexpr OtInt64(unsigned long lowWord, long highWord)
       : low(static_cast<std::uint32_t>(lowWord)), high(static_cast<std::int32_t>(highWord)) {}
   /// The whole part by way of seven decimal digits, rounded: 123456789.0 gives 123456800 and
-  /// 1.9999999 gives 2. Cut at plus and minus 2^63 - 1; 0 for NaN. So it has always been, and keys
-  /// that were made so are in use.
+  /// 1.9999999 gives 2. Cut at plus and minus 2^63 - 1; 0 for NaN. So it has always been.
   OtInt64(double value);
 
   // All comparisons are those of the numbers.
