@@ -9,6 +9,7 @@
 #include "ot95/identity.h"
 #include "ot95/int64.h"
 #include "ot95/istring.h"
+#include "ot95/nullable.h"
 #include "ot95/odmg.h"
 #include "ot95/temporal.h"
 #include "ot95/text.h"

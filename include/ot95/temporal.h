@@ -5,33 +5,69 @@
 /// OtDate, OtTime and OtDateTime: calendar dates, clock times to the second, and both in one.
 ///
 /// All three are small records of fields, not counters, and hold whatever fields they are given:
-/// only IsDate, IsTime and IsDaTime check them. The calendar is the proleptic Gregorian one, with
-/// no Julian period (d_Date in odmg.h has one). A default-constructed value reads the clock.
+/// only IsDate, IsTime and IsDaTime check them. Fields wrap at their widths without a word.
+///
+///     OtDate      | year (2) | month | day |                             4 bytes
+///     OtTime                               | hour | minute | second |    3 bytes
+///     OtDateTime  | year (2) | month | day | hour | minute | second |    7 stored, 8 in memory
+///
+/// The calendar is the proleptic Gregorian one: it counts back before 1582 as if it had always been
+/// in use. (d_Date in odmg.h has the Julian calendar there.) Days are counted by Julian Day
+/// Numbers:
+///
+/// | Date | Day number | Is |
+/// |---|---|---|
+/// | -4713-11-24 | 0 | the date that an empty text converts to |
+/// | 1582-10-04 | 2299150 | the day before 1582-10-05 |
+/// | 1970-01-01 | 2440588 | |
+/// | 2000-01-01 | 2451545 | a Saturday |
+/// | 32767-12-31 | 13689325 | the last day that fits |
+///
+/// A default-constructed value reads the clock: it is the present, neither null nor zero.
 /// @code
 ///   OtDate due(2000, 1, 31);
-///   due += 30;                                  // 2000-03-01
-///   long left = OtDate(2000, 12, 25) - due;     // 299 days
+///   due += 30;                                  // due == OtDate(2000, 3, 1)
+///   long left = OtDate(2000, 12, 25) - due;     // left == 299
 ///   OtString text;
-///   due.PrintToOtString(text, "%a %e.%b %Y");   // appends "Wed 01.Mar 2000"
+///   due.PrintToOtString(text, "%a %e.%b %Y");   // text == "Wed 01.Mar 2000"
+///   OtDate back(0);
+///   back.ScanFromOtString(text, "%a %e.%b %Y"); // back == due
 ///   OtTime clock(23, 59, 59);
-///   ++clock;                                    // 00:00:00
+///   ++clock;                                    // clock == OtTime(0, 0, 0)
+///   OtDateTime end(OtDate(2000, 12, 31), OtTime(23, 59, 59));
+///   end.AddSeconds(1);                          // end.date == OtDate(2001, 1, 1)
 /// @endcode
 ///
-/// The format language of printing and scanning:
-/// | Directive | Stands for |
-/// |---|---|
-/// | `%Y` `%y` | The year in four digits; in two (scanned: 1900 to 1999) |
-/// | `%m` `%B` `%b` | The month as a number; its name; the first three letters of it |
-/// | `%d` `%e` | The day of the month in two digits |
-/// | `%A` `%a` | The weekday's name; the first three letters of it |
-/// | `%H` `%I` | The hour; the hour of a 12-hour clock |
-/// | `%M` `%S` | Minute; second |
-/// | `%p` `%P` | "am" or "pm"; "AM" or "PM" |
-/// | `%%` | A percent sign |
+/// A field of -1 in a date is a wildcard for ordering: it agrees with every value.
+/// @code
+///   const OtDate may17(2000, 5, 17), anyYear(-1, 5, 17);
+///   int order = may17 != anyYear;               // order == 0
+///   bool equal = may17 == anyYear;              // equal == false
+/// @endcode
+///
+/// `operator!=` is a three-way comparison, not a truth value: negative, 0 or positive.
+///
+/// The format language of printing and scanning, which the types of odmg.h share:
+/// | Directive | Stands for | Scanned |
+/// |---|---|---|
+/// | `%Y` `%y` | The year in four digits; in two | 4 characters; 2, as 1900 to 1999 |
+/// | `%m` `%B` `%b` | The month as a number; its name; the first three letters of it | 2; a name |
+/// | `%d` `%e` | The day of the month in two digits | 2 |
+/// | `%A` `%a` | The weekday's name; the first three letters of it | a name, not kept |
+/// | `%H` `%I` | The hour; the hour of a 12-hour clock | 2 |
+/// | `%M` `%S` | Minute; second | 2 |
+/// | `%p` `%P` | "am" or "pm"; "AM" or "PM" | 2, by its first letter |
+/// | `%%` | A percent sign | 1 |
+///
+/// Names are English but for "Januar" and "Februar". A directive that isn't in the table prints its
+/// letter. `%I` prints 12-hour numbers as people write them only where the format has `%p` or `%P`;
+/// without one it prints 00 to 12, and the half of the day is lost.
 ///
 /// Scanning goes by position: it takes numbers of these widths, skips one character of text for
 /// every other character of the format without comparing it, and accepts names in full or cut to
-/// three letters. It reports no failure; what isn't a valid value becomes 0000-01-01 00:00:00.
+/// three letters, in their own case. Fields that the format doesn't name are 0000-01-01 00:00:00: a
+/// format without a year loses it. It reports no failure; what isn't a valid value becomes
+/// 0000-01-01 00:00:00 as a whole, and a text that begins with the null text becomes null.
 
 #include <cstdint>
 #include <type_traits>
@@ -62,7 +98,9 @@ enum OtDaysOfTheWeek : int {
   OtSunday
 };
 
-/// A calendar date. A field of -1 is a wildcard for the ordering operators, not for `==`.
+/// A calendar date. A field of -1 is a wildcard for the ordering operators, not for `==`; dates
+/// that have one are no keys for a std::map. In disk forms, wildcards count in the second operand
+/// only.
 class OT95_EXPORT OtDate {
  public:
   std::int16_t year;  ///< Also zero and negative.
@@ -81,11 +119,13 @@ class OT95_EXPORT OtDate {
         month(static_cast<signed char>(m)),
         day(static_cast<signed char>(d)) {}
 
+  /// Becomes today, by the local clock.
   OtDate& Today();
-  /// The day number; see dayabs.
+  /// The day number; see dayabs. A date thus takes part in arithmetic as a number of days: cast it
+  /// where you mean the number.
   constexpr operator long() const { return dayabs(); }
 
-  // Arithmetic in days, by way of the day number.
+  // Arithmetic in days, by way of the day number, modulo 2^32. A year beyond 16 bits wraps.
   OtDate operator+(long days) const;
   OtDate operator-(long days) const;
   template <class Number, class = ot95::IfNumber<Number>>
@@ -158,7 +198,8 @@ class OT95_EXPORT OtDate {
   /// Appends the date to `out`; a null date replaces the text of `out` by the null text.
   /// @param format null means "%Y-%m-%d". Directives of the clock print the present time.
   void PrintToOtString(OtString& out, const char* format) const;
-  /// Parses `text`; the null text at its beginning gives the null date.
+  /// Parses `text`; the null text at its beginning gives the null date. What isn't a valid date
+  /// becomes 0000-01-01. A null `format` means "%Y-%m-%d".
   void ScanFromOtString(const OtString& text, const char* format);
 
  protected:
@@ -237,8 +278,9 @@ class OT95_EXPORT OtTime {
         minute(static_cast<signed char>(m)),
         second(static_cast<signed char>(s)) {}
 
+  /// Becomes the present local time.
   OtTime& Now();
-  /// Seconds since midnight.
+  /// Seconds since midnight: 0 to 86399 of a valid time.
   constexpr operator long() const { return (hour * 60L + minute) * 60 + second; }
 
   /// Later by seconds, modulo a day. Going forward by a negative count leaves negative fields.
@@ -281,6 +323,7 @@ class OT95_EXPORT OtTime {
   constexpr bool operator<=(const OtTime& other) const { return (*this != other) <= 0; }
   constexpr bool operator>=(const OtTime& other) const { return (*this != other) >= 0; }
 
+  /// Whether the fields name a time of day. There are no leap seconds.
   constexpr bool IsTime() const {
     return hour >= 0 && hour <= 23 && minute >= 0 && minute <= 59 && second >= 0 && second <= 59;
   }
@@ -294,17 +337,19 @@ class OT95_EXPORT OtTime {
 
   /// As for OtDate; a null `format` means "%H:%M:%S", and directives of the date print today.
   void PrintToOtString(OtString& out, const char* format) const;
+  /// As for OtDate. What isn't a valid time becomes 00:00:00.
   void ScanFromOtString(const OtString& text, const char* format);
 };
 
 /// A date and a time of day. Whether it means local time or UTC is the application's business.
 class OT95_EXPORT OtDateTime {
  public:
-  OtDate date;
-  OtTime time;
+  OtDate date;  ///< The day.
+  OtTime time;  ///< The time on that day.
 
-  /// Today, at the present time of day.
+  /// The present local date and time.
   OtDateTime() = default;
+  /// Both halves as they are, not checked.
   OtDateTime(const OtDate& d, const OtTime& t) : date(d), time(t) {}
   /// The date at the present time of day, not at midnight.
   OtDateTime(const OtDate& d) : date(d) {}
@@ -318,8 +363,12 @@ class OT95_EXPORT OtDateTime {
     return *this;
   }
 
+  /// Becomes the present local time. The clock is read twice: a call at midnight can pair the old
+  /// time with the new date.
   OtDateTime& Now();
+  /// Becomes the present time in UTC, of one reading of the clock.
   OtDateTime& NowUTC();
+  /// Whether both halves are valid.
   bool IsDaTime() const { return date.IsDate() && time.IsTime(); }
 
   /// Three-way comparison, not a truth value; the wildcards of OtDate apply.
@@ -327,9 +376,10 @@ class OT95_EXPORT OtDateTime {
     const int days = date != other.date;
     return days != 0 ? days : time != other.time;
   }
+  /// The same under another name. There are no other comparisons.
   int Compare(const OtDateTime& other) const { return *this != other; }
 
-  /// Moves by seconds; the date follows the clock past midnight.
+  /// Moves by seconds, forward or back; the date follows the clock past midnight.
   OtDateTime& AddSeconds(long seconds);
   /// From UTC to local time.
   /// @return 0, or -2171 when the zone isn't known; the value then stays.
@@ -337,6 +387,7 @@ class OT95_EXPORT OtDateTime {
   /// From local time to UTC; as ToLocalTime.
   int ToUTCTime();
 
+  /// Null is what is null in both halves.
   constexpr bool IsNullValue() const { return date.IsNullValue() && time.IsNullValue(); }
   /// Makes it null; returns 0.
   int SetNullValue() {
@@ -348,6 +399,8 @@ class OT95_EXPORT OtDateTime {
 
   /// As for OtDate; a null `format` means "%Y-%m-%dT%H:%M:%S".
   void PrintToOtString(OtString& out, const char* format) const;
+  /// As for OtDate. What isn't a valid date and time becomes 0000-01-01 00:00:00, but six zeros
+  /// stay.
   void ScanFromOtString(const OtString& text, const char* format);
 
  private:
@@ -361,8 +414,10 @@ static_assert(sizeof(OtDate) == 4 && sizeof(OtTime) == 3 && sizeof(OtDateTime) =
 /// Sets `out` to the milliseconds since 1970-01-01 00:00 UTC, and returns 0.
 OT95_EXPORT int GetSystemTimeInMSSinceTheEpoch(OtInt64& out);
 
-/// Comparers of the rows OtDate, OtTime and OtDateTime. Only the sign of a result counts. In disk
-/// forms, the second date of DateCompare can hold wildcards, unless bit 0x10 of `cmpOp` is set.
+/// Comparers of the rows OtDate, OtTime and OtDateTime, by the contract of OtCompareFunc
+/// (typemgr.h). Only the sign of a result counts. In memory form they are the `operator!=` of the
+/// class. In disk forms, the second date of DateCompare can hold wildcards, unless bit 0x10 of
+/// `cmpOp` is set, and OtDateTime knows none.
 OT95_EXPORT long DateCompare(unsigned char format, unsigned long length1, void* value1,
                              unsigned long length2, void* value2, unsigned short cmpOp,
                              unsigned long count, int& status);

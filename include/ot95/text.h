@@ -5,13 +5,76 @@
 /// Text: strings that carry their code set and language, their characters and iterators, collation
 /// orders, comparison with wildcards, and conversion from and to UTF-8.
 ///
-/// A code set above 0xe0 holds two bytes a character in the machine's order; all others hold one.
-/// Positions and lengths count characters.
 /// @code
-///   OtString city("Orleans");
-///   city.Compare("orl*", 0x20);      // 0: ignoring case, the pattern matches
-///   city.Insert("New ", 0).ToUpper();
+///   OtString city("Orleans");                    // 8-bit text in the default code set
+///   city.Insert("New ", 0);                      // city == "New Orleans"
+///   short place = city.Find("orl", 0, OT_CMP_NO_WILDCARDS | OT_CMP_IGNORE_CASE);  // place == 4
+///   long match = city.Compare("new*", OT_CMP_IGNORE_CASE);    // match == 0
+///   OtString wide;
+///   OtMBS2OtString("Z\xc3\xbcrich", wide, 7);    // wide.Len() == 6
+///   wide.ToUpper();                              // wide.GetCodeSetCode() == OT_CS_UNICODE
+///   long plain = wide.Compare("zurich", OT_CMP_NO_WILDCARDS | OT_CMP_IGNORE_CASE |
+///                                           OT_CMP_IGNORE_ACCENT);
+///   bool alike = plain == 0;                     // alike == true
 /// @endcode
+///
+/// **Code sets and languages** are one-byte numbers (see oin.h). The code set says what the bytes
+/// are: above 0xe0 a character is two bytes in the machine's order (a 16-bit unit; what lies beyond
+/// U+FFFF takes two), up to 0xe0 one byte. Positions and lengths count characters, not bytes. The
+/// language says how the text sorts. Where two texts meet, one is mapped to the code set of the
+/// other; a character that isn't there becomes the set's substitute.
+///
+/// **Orders.** Texts are not compared as characters but as *orders* (collation elements). Each
+/// character gives one or more 16-bit order words and a script byte:
+///
+///     text        s    t    r    a    ß         c  h  a  t  a   (Czech)
+///     orders      s    t    r    a    s  s      ch    a  t  a
+///                                     expansion contraction
+///
+/// An *expansion* is one character with several orders; a *contraction* several characters with
+/// one; a language *tailors* a character by giving it other orders. The range of an order word is
+/// its class:
+///
+/// | Order | Class | Says |
+/// |---|---|---|
+/// | 0 | end of the text | |
+/// | 0x0001 to 0x004f | space | |
+/// | 0x0050 to 0x3eff | symbol | symbol number = order - 0x50 |
+/// | 0x3f00 to 0x3fff | digit | digits stand ten apart |
+/// | 0x4000 to 0x7fff | letter | bits: case 13-12, accent 11-7, letter 6-2, extension 1-0 |
+/// | 0x8000 to 0xffff | Han and the rest | compared as a number |
+///
+/// The order word and the script byte make a 32-bit key, and the keys of a whole text, cut where
+/// its script changes, its *sort key* in an index.
+///
+/// **Levels.** Comparison looks at four levels; a lower one decides only where all above are equal:
+///
+/// | Level | Difference | As in | Decided by | Switched off by |
+/// |---|---|---|---|---|
+/// | 1 | primary: script, letter, digit | a, b | the first one | |
+/// | 2 | secondary: accent | e, é | the last one in the text | OT_CMP_IGNORE_ACCENT |
+/// | 3 | tertiary: case | a, A | the first one; small before capital | OT_CMP_IGNORE_CASE |
+/// | 4 | spaces and symbols | ab, a-b | the last one | OT_CMP_IGNORE_SPACE, ..._SYMBOLS |
+///
+/// @code
+///   const OtString small("cote"), capital("Cote");
+///   bool caseLast = small < capital;             // caseLast == true
+///   bool letterFirst = capital < OtString("coth");        // letterFirst == true
+///   long hyphen = OtString("co-op").Compare("coop");      // hyphen > 0
+///   long none = OtString("co-op").Compare("coop", OT_CMP_IGNORE_SYMBOLS);  // none == 0
+/// @endcode
+///
+/// **Patterns.** Where wildcards are on (OT_CMP_NO_WILDCARDS is *not* set), the second text is a
+/// pattern: "*" stands for any run of characters, also none, and "?" for one character that isn't
+/// skipped. There is no escape. Wildcards are off in the default comparison op, because a stored
+/// "*" must not equal everything; an op of one's own, such as OT_CMP_IGNORE_CASE, has them on.
+///
+/// **Null.** The null value of a database is a state of a string, apart from the empty text. It
+/// orders before every text; against a pattern it compares as an empty one.
+///
+/// **Bad input.** A position behind the end changes nothing, a length that goes too far is cut,
+/// null pointers are empty texts. Nothing throws. When memory is short the memory handler is told
+/// (fault.h).
 
 #include <cstddef>
 
@@ -28,7 +91,13 @@ class OtCharOperation;
 class OtString;
 class OtStringIterator;
 
-/// Bits of the comparison-op word. 0xffff in its place means the default of OtLanguageContext.
+/// Bits of the comparison-op word. 0xffff in its place means the default of OtLanguageContext, at
+/// start OT_CMP_NO_WILDCARDS. Only the classes of this header know 0xffff: operations that take
+/// stored values, and OtStrCmp, take it as all bits set. Without any bit, 0: all four levels, and
+/// the second text is a pattern.
+///
+/// Text without a code set (OT_CS_NONE) on both sides is compared byte by byte and knows only the
+/// wildcards; all other bits have no effect on it.
 enum : unsigned short {
   OT_CMP_NO_WILDCARDS = 0x10,     ///< The second text is no pattern.
   OT_CMP_IGNORE_CASE = 0x20,      ///< Case doesn't count.
@@ -40,36 +109,55 @@ enum : unsigned short {
 };
 
 /// One character: a value of its own, or a place in a text to which assignment writes.
+/// @code
+///   OtString text("cat");
+///   text[0] = OtChar('b');                       // text == "bat"
+///   OtChar place = text[0];                      // still the place
+///   OtChar copy(place);                          // a value
+///   copy = 'r';                                  // text == "bat"
+///   place = 'r';                                 // text == "rat"
+/// @endcode
+/// A place is good as long as the text isn't changed otherwise. A character of two 16-bit units (a
+/// surrogate pair) is two of these.
 class OT95_EXPORT OtChar {
  public:
-  OtChar(const OtChar& other);  ///< A value, also where `other` is a place.
+  OtChar(const OtChar& other);  ///< A value, also where `other` is a place; default language.
   // 0xff stands for the default language, and for the default code set of the argument's width.
   OtChar(unsigned short character, unsigned char codeSet = 0xff, unsigned char language = 0xff);
   OtChar(char character, unsigned char codeSet = 0xff, unsigned char language = 0xff);
-  /// The character at `place`, which must outlive this.
+  /// The character at `place`, which must outlive this. Though it is `const` here, assignment
+  /// writes there.
+  /// @param format byte order of two-byte characters: OT_FORMAT_BIG_ENDIAN, or the machine's.
   OtChar(const char* place, unsigned char codeSet = 0xff, unsigned char language = 0xff,
          unsigned char format = 0xff);
+  /// The character of `text` that starts at that byte; the offset isn't checked.
   OtChar(OtString& text, int byteOffset);
 
   /// A value becomes a copy; at a place, the character is mapped to its code set and written in its
   /// format.
   OtChar& operator=(const OtChar& other);
+  // Writes the bare unit: at a place, too, it isn't mapped.
   OtChar& operator=(char character);
   OtChar& operator=(unsigned short character);
 
-  /// The character in another code set; 0 keeps this one.
+  /// The character in another code set, or its substitute there; 0 keeps this one.
   OtChar MapTo(unsigned char codeSet) const;
-  /// @param source receives the further characters of a longer capital; null drops them.
+  /// The capital, or this character where there is none.
+  /// @param source receives the further characters of a longer capital (of "ß" the second S) as
+  ///   pending ones; null drops them.
   OtChar ToUpper(OtStringIterator* source) const;
+  /// The small letter, or this character. `source` isn't used.
   OtChar ToLower(OtStringIterator* source) const;
 
+  // The class of the character's order, 1 or 0. No language and no neighbour plays a part.
   int IsSpace() const;   ///< White space, and the zero character.
   int IsSymbol() const;  ///< Punctuation and other signs.
   int IsDigit() const;
   int IsAlpha() const;  ///< A letter of an alphabet.
   int IsHan() const;    ///< An ideograph or another character beyond the alphabets.
 
-  /// Three-way comparison of the two characters alone, by their collation.
+  /// Three-way comparison of the two characters alone, by their collation. The operators compare
+  /// with the default op and have the default language for a bare `other`.
   long Compare(const OtChar& other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   bool operator==(const OtChar& other) const { return Compare(other) == 0; }
   bool operator!=(const OtChar& other) const { return Compare(other) != 0; }
@@ -92,8 +180,10 @@ class OT95_EXPORT OtChar {
 
   /// The character's value in its code set; of a one-byte set, zero-extended.
   unsigned short GetValue() const;
+  /// The numbers that it was made with, defaults resolved.
   unsigned char GetCodeSetCode() const { return codeSet_; }
   unsigned char GetLanguageCode() const { return language_; }
+  /// The byte order of a place; OT_FORMAT_NATIVE for a value.
   unsigned char GetFormat() const { return format_; }
 
  private:
@@ -110,10 +200,22 @@ class OT95_EXPORT OtChar {
   unsigned char format_;
 };
 
-/// Walks a text of either width, character by character or order by order.
+/// Walks a text of either width, character by character or order by order. The text must be
+/// terminated, and outlive the iterator unchanged; only the one over an OtChar owns its text.
+/// @code
+///   OtString text("\xc6\x62");                    // "Æb" in the base 8-bit set
+///   int orders = 0;
+///   for (OtStringIterator it(text); it.GetNextOrder(0) != 0;) ++orders;   // an expansion: A, E
+///   bool expanded = orders == 3;                 // expanded == true
+///   int letters = 0;
+///   for (OtStringIterator it(text); !it.IsEOS(); ++it) letters += (*it).IsAlpha();
+///   bool both = letters == 2;                    // both == true
+/// @endcode
+/// *Pending* characters (SetOverflow) come before the text goes on: the rest of a capital that is
+/// longer than its letter, or further orders of an expansion.
 class OT95_EXPORT OtStringIterator {
  public:
-  OtStringIterator();
+  OtStringIterator();                               ///< At the end of no text.
   OtStringIterator(const OtStringIterator& other);  ///< Without what is pending there.
   explicit OtStringIterator(OtString& text);
   OtStringIterator(const char* text, unsigned char codeSet = 0xff, unsigned char language = 0xff,
@@ -123,8 +225,11 @@ class OT95_EXPORT OtStringIterator {
   /// Over a text of this one character, which the iterator owns.
   explicit OtStringIterator(OtChar& character);
   ~OtStringIterator();
+  /// The same place, with what is pending there. A text of its own is given up.
   OtStringIterator& operator=(const OtStringIterator& other);
 
+  // One character on or back. On: nothing moves while characters are pending, and the end isn't
+  // looked for: ask IsEOS before. Back: what is pending isn't looked at, nor is the beginning.
   OtStringIterator& operator++();
   OtStringIterator operator++(int);
   OtStringIterator& operator--();
@@ -136,7 +241,7 @@ class OT95_EXPORT OtStringIterator {
   bool operator!=(const OtStringIterator& other) const { return position_ != other.position_; }
   /// At the end of the text, with nothing pending.
   int IsEOS() const;
-  /// The character here; reading a pending one uses it up.
+  /// The character here, a place that can be assigned to; reading a pending one uses it up.
   OtChar operator*();
 
   /// Characters to deliver before the text goes on; the list must outlive its use. Code set 0xff is
@@ -151,9 +256,12 @@ class OT95_EXPORT OtStringIterator {
   /// @param wantScript non-zero: the script byte is brought up to date as well.
   unsigned short GetNextOrder(unsigned short wantScript);
 
+  /// The byte at which the current character starts; null without a text.
   const char* GetPosition() const { return position_; }
   unsigned char GetCodeSetCode() const { return codeSet_; }
   unsigned char GetLanguageCode() const { return language_; }
+  /// Script byte of the last order that was asked for with it; before, that of the language. It
+  /// ranks alphabets against each other; 0x14 is what has none.
   unsigned char GetScript() const { return script_; }
   void SetScript(unsigned char script) { script_ = script; }
 
@@ -180,6 +288,7 @@ class OT95_EXPORT OtStringIterator {
 /// What OtString::Transform does to each character.
 class OT95_EXPORT OtCharOperation {
  public:
+  /// What stands in the place of `c`. Further characters go to `source` as pending ones.
   virtual OtChar operator()(OtChar c, OtStringIterator* source) = 0;
 
  protected:
@@ -199,8 +308,21 @@ class OT95_EXPORT OtToLower final : public OtCharOperation {
   OtChar operator()(OtChar c, OtStringIterator* source) override;
 };
 
-/// An owned, terminated text with its code set and language. The null value (of a database) is a
-/// state of its own, apart from the empty text. At most 65,532 bytes with the terminator.
+/// An owned, terminated text with its code set and language. It is two pointers wide, the stride of
+/// string arrays; the text lies on the heap, in exactly the bytes that it needs.
+///
+/// | State | IsEmpty | IsNullValue | StrGet |
+/// |---|---|---|---|
+/// | a text | 0 | 0 | the text |
+/// | no text, with or without a buffer | 1 | 0 | "" |
+/// | null | 1 | 1 | "" |
+///
+/// **Limit.** At most 65,532 bytes with the terminator: 65,531 characters of one byte, 32,765 of
+/// two. A text that grows beyond it is reported to OTDB_assert ("String overflow", unless the
+/// setting stringOverflow in the section [debug] is 0), not cut; MemLen then wraps, and the string
+/// can't be stored.
+///
+/// One thread at a time may use a string.
 class OT95_EXPORT OtString {
  public:
   /// No text, in the default code set and language.
@@ -220,7 +342,7 @@ class OT95_EXPORT OtString {
   /// @param length characters, all of which are taken, zeros too; 0xffff: up to the terminator.
   OtString(const char* text, unsigned short length);
   OtString(const unsigned short* text, unsigned short length);
-  OtString(short number);  ///< Numbers are decimal text of the "C" locale.
+  OtString(short number);  ///< Numbers are decimal text, with a point, in every locale.
   OtString(int number);
   OtString(unsigned int number);  ///< Signed text: 4294967295 gives "-1".
   OtString(long number);
@@ -237,26 +359,30 @@ class OT95_EXPORT OtString {
   OtString& operator=(const char* text);
   OtString& operator=(const unsigned short* text);
 
+  // What engines do with strings in raw storage.
   void Init();     ///< Empty, with defaults, freeing nothing: for raw storage.
   void Destroy();  ///< Frees the text; code set and language become 0.
   /// Takes over text, code set and language of `other`, which is left without a text.
   void Destruct(OtString& other);
+  /// Destroy, as an object that leaves memory calls it.
   void d_deactivate() { Destroy(); }
 
   /// The terminated text, of either width; never null. Without a buffer it is a shared empty text,
   /// which must not be written to. Any change of the string ends its validity.
   char* StrGet() const;
-  unsigned short Len() const;  ///< Characters, by a scan.
+  /// Characters before the terminator, found by a scan.
+  unsigned short Len() const;
   /// Bytes of the buffer with the terminator, modulo 65,536; 0 without a buffer. More than the text
   /// needs after CopyMapped.
   unsigned short MemLen() const { return memLen_; }
-  int IsEmpty() const;
+  int IsEmpty() const;  ///< 1 without a text or with an empty one.
   int operator!() const { return IsEmpty(); }
   /// Language OT_LANG_NULL, or code set OT_CS_ORDER with language 0. An empty text is not null.
   int IsNullValue() const;
-  int SetNullValue();  ///< Frees the text. Always 0.
+  int SetNullValue();  ///< Makes it null, freeing the text. Always 0.
   unsigned char GetCodeSetCode() const { return codeSet_; }
   unsigned char GetLanguageCode() const { return language_; }
+  /// Another language for the same text; OT_LANG_NULL makes the string null.
   void SetLanguageCode(unsigned char language) { language_ = language; }
 
   /// Relabels between code sets of one width; OT_ERR_BAD_ARGUMENT otherwise.
@@ -271,6 +397,8 @@ class OT95_EXPORT OtString {
   /// @return characters taken, or OT_ERR_BAD_ARGUMENT when `source` is this string.
   int CopyMapped(const OtString& source, unsigned char codeSet, short maxChars = -1);
 
+  // The process-wide defaults (OtLanguageContext in oin.h). Setting them belongs to start-up; a
+  // number that can't be a default is ignored.
   static unsigned char GetDefaultCodeSet() { return OtLanguageContext::GetDefaultCodeSet(); }
   static void SetDefaultCodeSet(unsigned char codeSet);
   static unsigned char GetDefaultLanguage() { return OtLanguageContext::GetDefaultLanguage(); }
@@ -279,6 +407,7 @@ class OT95_EXPORT OtString {
   static void SetDefaultCmpOp(unsigned short cmpOp);
   static unsigned char GetDefault8CodeSet() { return OtLanguageContext::GetDefault8CodeSet(); }
   static unsigned char GetDefault16CodeSet() { return OtLanguageContext::GetDefault16CodeSet(); }
+  /// One empty string for the whole process, to return by reference.
   static const OtString& EmptyString();
 
   // Numbers at the start of the text. Whole ones are cut to the range of 32 bits, then to the type.
@@ -293,8 +422,12 @@ class OT95_EXPORT OtString {
   int Atol(long& out) const;
   int Strtol(long& out) const;  ///< The same with "0x" and "0" for other bases.
 
-  /// Three-way comparison by collation; only the sign is meant. Bare texts have the default
-  /// language and code set of their width.
+  /// Three-way comparison by collation: negative when this comes first; only the sign is meant. It
+  /// goes by levels, see the top of this file. With wildcards on, `other` is a pattern, and 0 means
+  /// that it matches. Bare texts have the default language and code set of their width.
+  ///
+  /// The relations compare with the default op. A default op that ignores case thus makes "a" equal
+  /// to "A", also for `==` and `<`.
   long Compare(const OtString& other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   long Compare(const char* other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   long Compare(const unsigned short* other, unsigned short cmpOp = OT_CMP_DEFAULT) const;
@@ -330,17 +463,19 @@ class OT95_EXPORT OtString {
   /// The characters that Cut would remove; at or past the end an empty string in the default code
   /// set and language, otherwise one in those of this string.
   OtString Copy(unsigned short pos, short n = -1) const;
+  /// The first or the last `n` characters, or all; of none, an empty string as by Copy.
   OtString Left(unsigned short n) const;
   OtString Right(unsigned short n) const;
   OtString& LeftTrim();  ///< Removes what IsSpace at the start.
   OtString& RightTrim();
   OtString& Trim();
-  OtString& ToUpper();  ///< A capital may be longer than its letter.
-  OtString& ToLower();
+  OtString&
+  ToUpper();  ///< Capitals, by the language. One may be longer than its letter: "ß", "SS".
+  OtString& ToLower();  ///< Small letters, by the language.
   /// Every character becomes what `op` makes of it. Pending characters that `op` gives to its
   /// iterator follow, each passed through `op`; the text grows as it has to.
   OtString& Transform(OtCharOperation& op);
-  OtString& operator+=(const OtString& text);
+  OtString& operator+=(const OtString& text);  ///< Appends, in this string's code set.
   // Append the text of a value. An `unsigned short` is a character to a wide string, and a number
   // to a narrow one.
   OtString& operator<<(char value);
@@ -372,6 +507,7 @@ class OT95_EXPORT OtString {
   short Find(char c, unsigned short start = 0, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   short Find(unsigned short c, unsigned short start = 0,
              unsigned short cmpOp = OT_CMP_DEFAULT) const;
+  /// Find from the start.
   short SubStringPos(const OtString& pattern, unsigned short cmpOp = OT_CMP_DEFAULT) const;
   /// Every place of `from`, found by the default comparison op, becomes `to`. What was put in isn't
   /// searched again.
@@ -379,10 +515,12 @@ class OT95_EXPORT OtString {
   OtString& ReplaceAll(char from, char to, unsigned short start = 0);
   OtString& ReplaceAll(unsigned short from, unsigned short to, unsigned short start = 0);
 
-  /// Wildcards are order words: every character of the same word acts as the wildcard.
+  /// Wildcards are order words: every character of the same word acts as the wildcard. Setting them
+  /// belongs to start-up; always 0. Text without a code set has "*" and "?" whatever is set here.
   static int SetAsterisk(const OtChar& c);
   static int SetQuestion(const OtChar& c);
   static int SetEscape(const OtChar& c);  ///< Kept, but patterns have no escape.
+  // The order words that are set; at start those of "*", "?" and "\".
   static unsigned short GetAsterisk();
   static unsigned short GetQuestion();
   static unsigned short GetEscape();
@@ -430,29 +568,42 @@ inline OtString operator+(const char* a, const OtString& b) {
   return OtString(a) + b;
 }
 
-/// Compares two texts by collation in levels, the second as a pattern unless `cmpOp` says no.
+/// Compares two terminated texts by collation in levels, the second as a pattern unless `cmpOp`
+/// says no. A null text is an empty one.
 /// @param cmpOp as it stands: here 0xffff is no default, but all of its bits, hence whole keys.
-/// @param maxChars orders compared on each side; negative: all.
-/// @param primaryOut may be null.
+/// @param maxChars orders compared on each side; negative: all; 0: the answer is 0.
+/// @param format byte order of two-byte characters: OT_FORMAT_BIG_ENDIAN, or the machine's.
+/// @param primaryOut receives the primary difference where OT_CMP_IGNORE_SPACE is set and maxChars
+///   isn't reached; may be null.
 /// @return negative, zero, positive: only the sign is meant.
 OT95_EXPORT long OtStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
                           unsigned char codeSet2, unsigned char language2, const char* text2,
                           unsigned short cmpOp = 0xffff, short maxChars = -1,
                           unsigned char format = 0xff, int* primaryOut = nullptr);
 
-/// Comparer of the row OtString, by the contract of OtCompareFunc.
+/// Comparer of the row OtString, by the contract of OtCompareFunc (typemgr.h). It takes strings in
+/// memory, stored records of both forms, and index keys, whole or cut by their lengths. Where a cut
+/// leaves the answer open, `status` becomes OT_ERR_END_OF_DATA, and the answer says what the bytes
+/// at hand say; a record that is cut at 254 bytes or more can't be judged: OT_ERR_NOT_SUPPORTED and
+/// -1.
 OT95_EXPORT long StringCompare(unsigned char format, unsigned long length1, void* value1,
                                unsigned long length2, void* value2, unsigned short cmpOp,
                                unsigned long count, int& status);
 
-/// Hash of a text by its collation orders: equal in every level, equal hash.
+/// Hash of a text by its collation orders: equal in every level, equal hash, also in another code
+/// set. It is finer than a comparison that ignores case. The null string has 0xfefe7575. Text
+/// without a code set is hashed by its bytes.
 /// @param length orders to take; -1: to the end.
 OT95_EXPORT unsigned long HashString(unsigned char codeSet, unsigned char language,
                                      const char* text, long length, unsigned char format = 0xff);
 OT95_EXPORT unsigned long HashOtString(const OtString& text);   ///< Of the raw characters.
 OT95_EXPORT unsigned long HashOtString7(const OtString& text);  ///< Of their low seven bits.
 
-/// Store, Load and SizeGet of the row OtString.
+/// Store, Load and SizeGet of the row OtString, by the contracts of OtTypeDescriptor (typemgr.h).
+///
+///     | length (2) | code set (1) | language (1) | text | 00 ff |    length: of what follows
+///
+/// Load also knows the old form, `| total (2) | text 00 | text 00 | ... |`, whose last byte is 0.
 OT95_EXPORT unsigned long StringStore(void* disk, const void* memory, unsigned char format,
                                       unsigned long count = 1);
 OT95_EXPORT unsigned long StringLoad(void* memory, const void* disk, unsigned char format,
@@ -460,40 +611,75 @@ OT95_EXPORT unsigned long StringLoad(void* memory, const void* disk, unsigned ch
 OT95_EXPORT unsigned long StringSizeGet(const void* value, unsigned char sourceFormat,
                                         unsigned char diskFormat, unsigned long count = 1);
 
-/// Takes the next item of a list apart, trimmed, from `pos` on.
+/// Takes the next item of a list apart, trimmed, from `pos` on, which moves behind it. A separator
+/// at the very start is passed over; elsewhere two in a row enclose an empty item.
+/// @code
+///   OtString list("red, green,,blue"), item;
+///   unsigned short pos = 0;
+///   int items = 0;
+///   while (OtSplitList(list, item, ",", pos) == 0) ++items;
+///   bool four = items == 4;                      // four == true
+/// @endcode
 /// @return 0, or OT_ERR_NO_MORE_ITEMS with `item` untouched.
 OT95_EXPORT int OtSplitList(OtString& list, OtString& item, const OtString& separator,
                             unsigned short& pos);
 
-/// Take an order word apart; OT_ERR_BAD_ARGUMENT for a word of another class.
+/// Take an order word apart: 0, or OT_ERR_BAD_ARGUMENT for a word of another class. A case field of
+/// 0 is a capital; letter 3 is "A"; an extension that isn't 0 marks a letter beyond the base
+/// alphabet, such as "þ".
 OT95_EXPORT int OtExtractSymbolFromOrder(unsigned short order, unsigned short& symbol);
 OT95_EXPORT int OtExtractDigitFromOrder(unsigned short order, unsigned short& digit,
                                         unsigned short& expand);
 OT95_EXPORT int OtExtractLetterFromOrder(unsigned short order, unsigned short& caseField,
                                          unsigned short& accent, unsigned short& letter,
                                          unsigned short& extension);
-/// Render an order word as a phrase, or as a character near it. Always 0.
+/// Render an order word as a phrase ("lower letter e with accent acute"), or as a character near it
+/// in the base 8-bit set: 0x07 for what can't be rendered, 0x7f for Han. They are for people who
+/// read index keys. Always 0.
+/// @param searchAccented non-zero: look for the accented letter, not its plain one.
+/// @param name receives the letter's name if it was looked for and found, or null; may be null.
 OT95_EXPORT int OtConvertOrderToString(unsigned short order, unsigned char script, OtString& text);
 OT95_EXPORT int OtConvertOrderToChar(unsigned short order, unsigned char script,
                                      unsigned char& character, int searchAccented,
                                      const char** name = nullptr);
 
-/// UTF-8 in its early form, with sequences of up to six bytes; characters are 16-bit units.
+/// @name UTF-8
+/// In its early form, with sequences of up to six bytes. Characters on the other side are 16-bit
+/// units: of a sequence of four bytes and more only the low 16 bits are kept, and a surrogate is
+/// written as three bytes of its own. Bytes that are no UTF-8 end an operation; overlong forms are
+/// refused.
+/// @{
+
+/// Decodes the character at `s`, of which `n` bytes are at hand.
 /// @return bytes read; 0 for a null `s`; -1 for bad or incomplete input.
 OT95_EXPORT int OtMultiByte2WChar(unsigned short* out, char* s, unsigned int n);
+/// Encodes one unit; `out` has room for three bytes.
 /// @return bytes written, 1 to 3; 0 for a null `out`. No terminator.
 OT95_EXPORT int OtWChar2MultiByte(char* out, unsigned short wc);
-/// @return units decoded, also beyond `outMax`; -1 for bad input.
+/// Decodes `n` bytes into up to `outMax` units, without a terminator.
+/// @return units decoded, also beyond `outMax`, so that a call with 0 measures; -1 for bad input.
 OT95_EXPORT int OtMultiByteStr2WCharStr(unsigned short* out, int outMax, char* s, int n);
+/// As OtMBS2OtString, from a string that holds the bytes, or from `n` bytes.
 OT95_EXPORT long OtMultiByteString2OtString(const OtString& source, OtString& target);
 OT95_EXPORT long OtMultiByteString2OtString(const char* s, OtString& target, long n);
-/// @return bytes read; -1 for bad input, -2 for too long: `target` then holds what came before.
+/// Decodes up to `n` bytes, or up to a zero byte. `target` becomes 16-bit Unicode and keeps its
+/// language.
+/// @return bytes read; -1 for bad input, -2 for 32,768 bytes and more: `target` then holds what
+/// came
+///   before.
 OT95_EXPORT long OtMBS2OtString(const char* s, OtString& target, long n);
+/// Encodes into `outMax` bytes at `out`, with a terminator if there is room for one: a text that
+/// fills `out` exactly has none.
 /// @return bytes written; negative when `out` is too small.
 OT95_EXPORT long OtString2OtMBS(const OtString& source, char* out, long outMax);
-/// @param out a buffer of `outLen` bytes, or null: then allocated with `new[]` for the caller.
+/// The same with a terminator and of any length.
+/// @param out a buffer of `outLen` bytes, or null: then allocated with `new[]` for the caller, who
+///   frees it with `delete[]`; `outLen` becomes its size.
+/// @return bytes without the terminator; -1 when the buffer is too small, with the need in
+/// `outLen`.
 OT95_EXPORT long OtString2MultiByteString(const OtString& source, char*& out, long& outLen);
 /// Bytes that up to `maxChars` characters need; -1 on failure.
 OT95_EXPORT long OtMBSLength(const OtString& source, unsigned short maxChars);
+/// @}
 
 #endif

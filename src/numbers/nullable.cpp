@@ -1,6 +1,4 @@
 // The eleven nullable scalars: one template over the facts of the scalar.
-#include "numbers/nullable.h"
-
 #include <cstring>
 
 #include "kit/estimate.h"
@@ -13,7 +11,7 @@
 #include "numbers/convert.h"
 #include "numbers/estimate.h"
 #include "numbers/rows.h"
-#include "ot95/int64.h"
+#include "ot95/nullable.h"
 #include "ot95/store.h"
 
 namespace ot95 {
@@ -47,19 +45,14 @@ void GetValue(const unsigned char* at, OtInt64& value, unsigned char form) {
   value.high = LoadAs<std::int32_t>(at + 4, form);
 }
 
-template <Literal rowName, Literal rowFormat, class Value, class AsText>
+template <Literal rowName, Literal rowFormat, class Record, class AsText>
 struct Nullable {
-  using Record = NullRecord<Value>;
+  using Value = typename Record::ValueType;
   static constexpr std::size_t storedWidth = sizeof(Value) + 1;
-
-  static void MakeNull(Record& record) {
-    record.value = Value(0);
-    record.isNull = 1;
-  }
 
   static void Construct(void* memory, unsigned long count, unsigned long) {
     auto* records = static_cast<Record*>(memory);
-    for (unsigned long i = 0; i < count; ++i) MakeNull(records[i]);
+    for (unsigned long i = 0; i < count; ++i) records[i].SetNull();
   }
 
   static void* Create(unsigned long count) {
@@ -89,7 +82,7 @@ struct Nullable {
   static void LoadOne(Record& record, const unsigned char* disk, unsigned char format) {
     GetValue(disk + ValueAt(format), record.value, format);
     record.isNull = 0;
-    if (disk[FlagAt(format)] == 1) MakeNull(record);  // Other flags count as not null.
+    if (disk[FlagAt(format)] == 1) record.SetNull();  // Other flags count as not null.
   }
 
   static unsigned long Load(void* memory, const void* disk, unsigned char format,
@@ -115,7 +108,7 @@ struct Nullable {
   }
 
   static Record Loaded(const unsigned char* element, unsigned char form) {
-    Record record{Value(0), 1};
+    Record record;
     LoadOne(record, element, form);
     return record;
   }
@@ -197,7 +190,7 @@ struct Nullable {
   }
 
   static int SetNull(void* value) {
-    MakeNull(*static_cast<Record*>(value));
+    static_cast<Record*>(value)->SetNull();
     return 0;
   }
 
@@ -220,7 +213,7 @@ struct Nullable {
     auto& record = *static_cast<Record*>(value);
     const NarrowText narrow(text);
     if (narrow.Length() == 0 || BeginsWithNullText(narrow)) {
-      MakeNull(record);
+      record.SetNull();
     } else if constexpr (std::is_same_v<Value, OtInt64>) {
       record.value.ScanFromOtString(text,
                                     format);  // A null record stays null: so it has always been.
@@ -268,27 +261,26 @@ struct Nullable {
 }  // namespace
 
 constinit OtTypeDescriptor rowOtNull_char =
-    Nullable<"OtNull_char", "%c", signed char, NullCharAsText>::Row();
+    Nullable<"OtNull_char", "%c", OtNull_char, NullCharAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_uchar =
-    Nullable<"OtNull_uchar", "%c", unsigned char, NullUcharAsText>::Row();
+    Nullable<"OtNull_uchar", "%c", OtNull_uchar, NullUcharAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_short =
-    Nullable<"OtNull_short", "%hd", short, NullShortAsText>::Row();
+    Nullable<"OtNull_short", "%hd", OtNull_short, NullShortAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_ushort =
-    Nullable<"OtNull_ushort", "%hu", unsigned short, NullUshortAsText>::Row();
-constinit OtTypeDescriptor rowOtNull_int = Nullable<"OtNull_int", "%d", int, IntAsText>::Row();
+    Nullable<"OtNull_ushort", "%hu", OtNull_ushort, NullUshortAsText>::Row();
+constinit OtTypeDescriptor rowOtNull_int =
+    Nullable<"OtNull_int", "%d", OtNull_int, IntAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_unsigned =
-    Nullable<"OtNull_unsigned", "%u", unsigned, NullUnsignedAsText>::Row();
+    Nullable<"OtNull_unsigned", "%u", OtNull_unsigned, NullUnsignedAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_long =
-    Nullable<"OtNull_long", "%ld", OtLong, LongAsText>::Row();
+    Nullable<"OtNull_long", "%ld", OtNull_long, LongAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_ulong =
-    Nullable<"OtNull_ulong", "%lu", OtDWord, NullUlongAsText>::Row();
+    Nullable<"OtNull_ulong", "%lu", OtNull_ulong, NullUlongAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_float =
-    Nullable<"OtNull_float", "%f", float, FloatAsText>::Row();
+    Nullable<"OtNull_float", "%f", OtNull_float, FloatAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_double =
-    Nullable<"OtNull_double", "%lf", double, DoubleAsText>::Row();
+    Nullable<"OtNull_double", "%lf", OtNull_double, DoubleAsText>::Row();
 constinit OtTypeDescriptor rowOtNull_OtInt64 =
-    Nullable<"OtNull_OtInt64", "%S", OtInt64, Int64AsText>::Row();
-
-static_assert(sizeof(NullRecord<double>) == 16 && sizeof(NullRecord<OtInt64>) == 12);
+    Nullable<"OtNull_OtInt64", "%S", OtNull_OtInt64, Int64AsText>::Row();
 
 }  // namespace ot95

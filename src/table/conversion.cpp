@@ -195,8 +195,9 @@ void* OtTypeMgr::ConvertFromOtStringOld(OtString* text, char id, unsigned long c
 // ---------------------------------------------------------------------------------------------
 // Printing and scanning through the manager
 
-OtString& OtTypeMgr::PrintToOtString(char id, OtString& target, void* value, const char* format,
-                                     unsigned long count) {
+OtString& OtTypeMgr::PrintToOtString(char id, OtString& target, const void* constValue,
+                                     const char* format, unsigned long count) const {
+  auto* value = const_cast<void*>(constValue);  // rows take it so, and only read it
   const OtTypeDescriptor* row = Row(id);
   if (!row || !row->PrintToString) return target;
   if (!format) format = row->format;
@@ -211,9 +212,10 @@ OtString& OtTypeMgr::PrintToOtString(char id, OtString& target, void* value, con
   return target;
 }
 
-void* OtTypeMgr::ScanFromOtString(char id, void* value, OtString& text, const char* format,
-                                  unsigned long count) {
+void* OtTypeMgr::ScanFromOtString(char id, void* value, const OtString& text, const char* format,
+                                  unsigned long count) const {
   const OtTypeDescriptor* row = Row(id);
   if (!row || !row->ScanFromString) return value;
-  return row->ScanFromString(value, text, format ? format : row->format, count);
+  return row->ScanFromString(value, const_cast<OtString&>(text), format ? format : row->format,
+                             count);
 }

@@ -28,6 +28,12 @@ Member Get(const OtTypeDescriptor* row, Member OtTypeDescriptor::*member) {
   return row != nullptr ? row->*member : Member();
 }
 
+// Rows take what they only read as `void*`: so their interface has always been.
+template <class T>
+T* Writable(const T* value) {
+  return const_cast<T*>(value);
+}
+
 // Replaces a member unless the replacement is null; answers what it was.
 template <class Member>
 Member Exchange(OtTypeDescriptor* row, Member OtTypeDescriptor::*member, Member replacement) {
@@ -63,74 +69,75 @@ int OtTypeMgr::IsValidType(char id) const {
   return identifier < kEndOfTypes || identifier >= kEndOfGap;
 }
 
-void* OtTypeMgr::Create(char id, unsigned long count) {
+void* OtTypeMgr::Create(char id, unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::Create, static_cast<void*>(nullptr), count);
 }
 
-void* OtTypeMgr::Delete(char id, void* value, unsigned long count) {
+void* OtTypeMgr::Delete(char id, void* value, unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::Delete, static_cast<void*>(nullptr), value, count);
 }
 
-void* OtTypeMgr::DefaultValue(char id, unsigned long count, int nullable) {
+void* OtTypeMgr::DefaultValue(char id, unsigned long count, int nullable) const {
   return Call(Row(id), &OtTypeDescriptor::DefaultValue, static_cast<void*>(nullptr), count,
               nullable);
 }
 
-unsigned long OtTypeMgr::Store(char id, void* disk, void* memory, unsigned char format,
-                               unsigned long count) {
+unsigned long OtTypeMgr::Store(char id, void* disk, const void* memory, unsigned char format,
+                               unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::Store, 0UL, disk, memory, format, count);
 }
 
-unsigned long OtTypeMgr::Load(char id, void* memory, void* disk, unsigned char format,
-                              unsigned long count) {
+unsigned long OtTypeMgr::Load(char id, void* memory, const void* disk, unsigned char format,
+                              unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::Load, 0UL, memory, disk, format, count);
 }
 
-unsigned long OtTypeMgr::DiskLenGet(char id, void* value, unsigned char diskFormat,
-                                    unsigned long count, unsigned char sourceFormat) {
+unsigned long OtTypeMgr::DiskLenGet(char id, const void* value, unsigned char diskFormat,
+                                    unsigned long count, unsigned char sourceFormat) const {
   return Call(Row(id), &OtTypeDescriptor::SizeGet, 0UL, value, sourceFormat, diskFormat, count);
 }
 
 unsigned long OtTypeMgr::DiskLenGetFromMemFile(char id, MemFile* file, unsigned char format,
-                                               unsigned long count) {
+                                               unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::SizeGetFromMemFile, 0UL, file, format, count);
 }
 
-float OtTypeMgr::EvalAndBound(char id, OtIdxBounds* bounds, unsigned short& op, void* value,
-                              unsigned char format, unsigned long count, OtIdxBounds* limits,
-                              OtEvalData*) {
-  return Call(Row(id), &OtTypeDescriptor::EvalAndBound, 0.0F, bounds, op, value, format, count,
-              limits);
+float OtTypeMgr::EvalAndBound(char id, const OtIdxBounds* bounds, unsigned short& op,
+                              const void* value, unsigned char format, unsigned long count,
+                              OtIdxBounds* limits, OtEvalData*) const {
+  return Call(Row(id), &OtTypeDescriptor::EvalAndBound, 0.0F, Writable(bounds), op, Writable(value),
+              format, count, limits);
 }
 
-unsigned long OtTypeMgr::Hash(char id, unsigned long length, void* value, unsigned long count,
-                              unsigned char format, int& status) {
-  return Call(Row(id), &OtTypeDescriptor::Hash, 0UL, format, length, value, count, status);
+unsigned long OtTypeMgr::Hash(char id, unsigned long length, const void* value, unsigned long count,
+                              unsigned char format, int& status) const {
+  return Call(Row(id), &OtTypeDescriptor::Hash, 0UL, format, length, Writable(value), count,
+              status);
 }
 
 unsigned long OtTypeMgr::Translate(char id, void* target, unsigned char targetFormat,
-                                   unsigned long targetLength, void* source,
+                                   unsigned long targetLength, const void* source,
                                    unsigned char sourceFormat, unsigned long sourceLength,
-                                   unsigned long count) {
+                                   unsigned long count) const {
   return Call(Row(id), &OtTypeDescriptor::Translate, 0UL, target, targetFormat, targetLength,
-              source, sourceFormat, sourceLength, count);
+              Writable(source), sourceFormat, sourceLength, count);
 }
 
-int OtTypeMgr::IsNullValue(char id, void* value) {
-  return Call(Row(id), &OtTypeDescriptor::IsNull, 0, value);
+int OtTypeMgr::IsNullValue(char id, const void* value) const {
+  return Call(Row(id), &OtTypeDescriptor::IsNull, 0, Writable(value));
 }
 
-long OtTypeMgr::Cmp(char id, void* value1, void* value2, unsigned short cmpOp, unsigned long count,
-                    unsigned char format) {
+long OtTypeMgr::Cmp(char id, const void* value1, const void* value2, unsigned short cmpOp,
+                    unsigned long count, unsigned char format) const {
   int status = 0;
   return Cmp(id, 0, value1, 0, value2, cmpOp, count, format, status);
 }
 
-long OtTypeMgr::Cmp(char id, unsigned long length1, void* value1, unsigned long length2,
-                    void* value2, unsigned short cmpOp, unsigned long count, unsigned char format,
-                    int& status) {
-  return Call(Row(id), &OtTypeDescriptor::Compare, 0L, format, length1, value1, length2, value2,
-              cmpOp, count, status);
+long OtTypeMgr::Cmp(char id, unsigned long length1, const void* value1, unsigned long length2,
+                    const void* value2, unsigned short cmpOp, unsigned long count,
+                    unsigned char format, int& status) const {
+  return Call(Row(id), &OtTypeDescriptor::Compare, 0L, format, length1, Writable(value1), length2,
+              Writable(value2), cmpOp, count, status);
 }
 
 OtConstructFunc OtTypeMgr::ConstructorPtrGet(char id) const {
@@ -200,7 +207,7 @@ unsigned short OtTypeMgr::SupportsNullValue(char id) const {
   return SetNullPtrGet(id) != nullptr;
 }
 
-int OtTypeMgr::DiskIsNullValue(char, void*) const {
+int OtTypeMgr::DiskIsNullValue(char, const void*) const {
   return OT_ERR_NOT_SUPPORTED;
 }
 
@@ -210,6 +217,11 @@ void* OtTypeMgr::GetArrayElement(char id, void* value, unsigned long index,
   if (row == nullptr || (count != 0 && index >= count)) return nullptr;
   return reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(value) +
                                  std::uintptr_t{index} * row->memoryLength);
+}
+
+const void* OtTypeMgr::GetArrayElement(char id, const void* value, unsigned long index,
+                                       unsigned long count) const {
+  return GetArrayElement(id, Writable(value), index, count);
 }
 
 const OtString& OtTypeMgr::GetNullPrintString() {

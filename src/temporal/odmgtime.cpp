@@ -1,3 +1,5 @@
+#include <array>
+
 #include "ot95/clock.h"
 #include "temporal/odmgseconds.h"
 
@@ -119,6 +121,14 @@ d_Time operator-(const d_Time& time, const d_Interval& interval) {
 
 d_Interval operator-(const d_Time& a, const d_Time& b) {
   return SinceMidnight(a) - SinceMidnight(b);
+}
+
+bool operator<(const d_Time& a, const d_Time& b) {
+  const auto rank = [](const d_Time& time) {
+    return std::array{Wall(time.hour, time.tzHour), Wall(time.minute, time.tzMinute),
+                      time.second * 100 + time.hundredths};
+  };
+  return rank(a) < rank(b);
 }
 
 int operator!=(const d_Time& a, const d_Time& b) {

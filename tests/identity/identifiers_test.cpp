@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <set>
 #include <string>
 
 #include "bytes_testing.h"
@@ -127,6 +128,23 @@ TEST(Identity, ComparesThreeWays) {
   back = local;
   EXPECT_EQ(back.databaseId, 0);
   EXPECT_EQ(back.classVersion, 4);
+}
+
+TEST(Identity, SuitsOrderedContainers) {
+  const OtObjId serial{0, 1, 1};
+  const std::set<OtObjId> objects{{5, 1, 1}, serial, {0, 1, 0}, {0, 0, 1}};
+  EXPECT_EQ(objects.size(), 3U);
+  EXPECT_EQ(objects.begin()->highPart, 0);
+  const std::set<OtDBOId> stored{{0, 9, 9, 1}, {7, 9, 9, 1}, {0, 1, 1, 2}};
+  EXPECT_EQ(stored.size(), 2U);
+  EXPECT_EQ(stored.begin()->databaseId, 1);
+  const std::set<OtClassId> classes{Class(0, 0), Class(0xffff, 0xffff), Class(1, 2), Class(1, 2)};
+  EXPECT_EQ(classes.size(), 3U);
+  EXPECT_EQ(classes.begin()->classNumber, 0xffff);
+  const std::set<OtRef> references{MakeRef(0, 1, 0, 9, 4, 4), MakeRef(3, 1, 0, 9, 5, 5),
+                                   MakeRef(0, 2, 0, 1, 4, 4)};
+  EXPECT_EQ(references.size(), 2U);
+  EXPECT_EQ(references.begin()->lowPart, 1U);
 }
 
 TEST(Identity, ANullClassOrdersFirst) {

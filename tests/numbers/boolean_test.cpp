@@ -52,6 +52,7 @@ TEST(Boolean, Orders) {
     OtBoolean a = Byte(row.a);
     OtBoolean b = Byte(row.b);
     EXPECT_EQ(a == b, row.equal) << row.name;
+    EXPECT_EQ(a != b, !row.equal) << row.name;
     EXPECT_EQ(a > b, row.greater) << row.name;
     EXPECT_EQ(a < b, row.less) << row.name;
     for (const unsigned char format : {OT_FORMAT_MEMORY, OT_FORMAT_NATIVE, OT_FORMAT_BIG_ENDIAN}) {

@@ -6,6 +6,7 @@
 
 #include "bytes_testing.h"
 #include "ot95/int64.h"
+#include "ot95/nullable.h"
 #include "ot95/text.h"
 #include "ot95/typemgr.h"
 
@@ -199,6 +200,43 @@ TEST(Nullable, OrdersAsValuesWithNullFirst) {
     EXPECT_EQ(CompareIn<double>(kDouble, format, std::nan(""), false, 1.0, false), 1);
     EXPECT_EQ(CompareIn<double>(kDouble, format, -0.0, false, 0.0, false), 0);
   }
+}
+
+// The public record and the row, which works on it, say the same of every value.
+template <class Record>
+void RecordAgreesWithItsRow() {
+  const char id = OtTypeOf<Record>::id;
+  SCOPED_TRACE(Row(id).name);
+  using Value = typename Record::ValueType;
+  const Record records[] = {Record(), Value(0), Value(5), static_cast<Value>(-1), Value(5)};
+  const OtTypeMgr types;
+  for (const Record& a : records) {
+    EXPECT_EQ(types.IsNullValue(id, &a), a.IsNull());
+    for (const Record& b : records) {
+      const long order = types.Cmp(&a, &b, 0);
+      EXPECT_EQ(a == b, order == 0);
+      EXPECT_EQ(a < b, order < 0);
+      EXPECT_EQ(a >= b, order >= 0);
+    }
+  }
+  Record record = Value(5);
+  EXPECT_EQ(Row(id).SetNull(&record), 0);
+  EXPECT_TRUE(record.IsNull() && record.Value() == Value(0) &&
+              record.ValueOr(Value(7)) == Value(7));
+}
+
+TEST(Nullable, RecordsAgreeWithTheirRows) {
+  RecordAgreesWithItsRow<OtNull_char>();
+  RecordAgreesWithItsRow<OtNull_uchar>();
+  RecordAgreesWithItsRow<OtNull_short>();
+  RecordAgreesWithItsRow<OtNull_ushort>();
+  RecordAgreesWithItsRow<OtNull_int>();
+  RecordAgreesWithItsRow<OtNull_unsigned>();
+  RecordAgreesWithItsRow<OtNull_long>();
+  RecordAgreesWithItsRow<OtNull_ulong>();
+  RecordAgreesWithItsRow<OtNull_float>();
+  RecordAgreesWithItsRow<OtNull_double>();
+  RecordAgreesWithItsRow<OtNull_OtInt64>();
 }
 
 TEST(Nullable, ComparesNothingBehindTheLength) {

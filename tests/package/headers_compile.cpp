@@ -2,6 +2,7 @@
 #include "ot95/obs.h"
 #include "ot95/oin.h"
 #include "ot95/ot95.h"
+#include "ot95/std.h"
 
 #if !defined(OtINDEX_MAX_KEYLEN) || OtINDEX_MAX_KEYLEN != 254
 #error "the preprocessor knows the length of keys"

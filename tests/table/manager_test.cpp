@@ -4,9 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
 
 #include "bytes_testing.h"
-#include "ot95/text.h"
+#include "ot95/ot95.h"
 
 namespace {
 
@@ -314,6 +315,63 @@ TEST(Manager, ExchangesMembersForAllManagers) {
   EXPECT_EQ(one.Cmp(1, &small, &large, 0, 1, OT_FORMAT_MEMORY), -1);
   EXPECT_STREQ(one.ExchangeFormat(1, "<%hd>"), "%hd");
   EXPECT_STREQ(other.ExchangeFormat(1, "%hd"), "<%hd>");
+}
+
+// Rows of one C++ type agree in all that touches stored bytes.
+void ExpectAlike(const OtTypeDescriptor& row, const OtTypeDescriptor& own) {
+  SCOPED_TRACE(row.name);
+  EXPECT_EQ(row.memoryLength, own.memoryLength);
+  unsigned char value[4] = {1, 2, 3, 0xf4}, other[4] = {1, 2, 3, 4}, disks[2][4];
+  EXPECT_EQ(row.Store(disks[0], value, 2, 1), own.Store(disks[1], value, 2, 1));
+  EXPECT_EQ(Hex(disks[0], 4), Hex(disks[1], 4));
+  int status = 0;
+  EXPECT_EQ(row.Compare(8, 0, value, 0, other, 0, 1, status),
+            own.Compare(8, 0, value, 0, other, 0, 1, status));
+  EXPECT_EQ(row.Hash(8, 0, value, 1, status), own.Hash(8, 0, value, 1, status));
+}
+
+template <std::size_t id>
+void ExpectTypeOfRow() {
+  using Type = typename OtTypeAt<static_cast<char>(id)>::Type;
+  constexpr std::size_t own = OtTypeOf<Type>::id;
+  EXPECT_EQ(sizeof(Type), kTypes[id].memoryLength) << id;
+  if (own != id) {
+    EXPECT_EQ(std::set<std::size_t>({2, 6, 9, 14}).count(id), 1U) << id;
+    ExpectAlike(*CurrentFactory[id], *CurrentFactory[own]);
+  }
+}
+
+template <std::size_t... ids>
+void ExpectTypesOfRows(std::index_sequence<ids...>) {
+  (ExpectTypeOfRow<ids>(), ...);
+}
+
+TEST(Typed, EveryRowHoldsTheTypeThatTheHeaderSays) {
+  ExpectTypesOfRows(std::make_index_sequence<40>());
+}
+
+template <class T, class = void>
+constexpr bool isStored = false;
+template <class T>
+constexpr bool isStored<T, std::void_t<decltype(std::declval<const OtTypeMgr&>().Store(
+                               nullptr, std::declval<const T*>(), 1, 1))>> = true;
+
+TEST(Typed, RefusesWhatNoRowHolds) {
+  static_assert(isStored<OtLong> && isStored<OtString> && isStored<OtNull_long>);
+  static_assert(!isStored<long> && !isStored<unsigned long> && !isStored<long long>);
+  static_assert(!isStored<bool> && !isStored<OtDBOId> && !isStored<OtNull<OtLong, 35>>);
+}
+
+TEST(Typed, DoesWhatTheIdentifierDoes) {
+  const OtTypeMgr types;
+  const OtString cities[2] = {"Orleans", "Z\xfcrich"};
+  OtString back[2];
+  unsigned char typed[40] = {}, plain[40] = {};
+  EXPECT_EQ(types.Store(typed, cities, 2, 2), types.Store(11, plain, cities, 2, 2));
+  EXPECT_EQ(Hex(typed, 40), Hex(plain, 40));
+  types.Load(back, typed, 2, 2);
+  EXPECT_EQ(types.Cmp(cities, back, OT_CMP_NO_WILDCARDS, 2), 0);
+  EXPECT_GT(types.Cmp(cities + 1, back, OT_CMP_NO_WILDCARDS), 0);
 }
 
 TEST(Illegal, DoesNothing) {

@@ -1,6 +1,7 @@
 // The temporal types of the ODMG model.
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "temporal/calendar_walk.h"
 
@@ -166,10 +167,31 @@ TEST(DTime, ComparesWallClocks) {
       {"hours", d_Time(10, 0, 0), d_Time(13, 0, 0), -3},
       {"minutes", d_Time(10, 7, 0), d_Time(10, 2, 0), 5},
   };
-  for (const auto& row : rows) EXPECT_EQ(row.a != row.b, row.difference) << row.name;
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.a != row.b, row.difference) << row.name;
+    EXPECT_TRUE(row.difference == 0 || (row.a < row.b) == (row.difference < 0)) << row.name;
+  }
   d_Time behind(1, 0, 0);  // a wall hour below 0 is a large word
   behind.tzHour = 2;
   EXPECT_EQ(behind != d_Time(0, 0, 0), 65535);
+  EXPECT_TRUE(behind > d_Time(0, 0, 0));
+}
+
+// In an order for containers, what is neither less nor greater has to be equal: half a second more
+// can't be nothing, or two steps of it would be nothing, too.
+TEST(Odmg, SuitsOrderedContainers) {
+  const std::set<d_Time> times{d_Time(10, 0, 0.0f), d_Time(10, 0, 0.75f), d_Time(10, 0, 1.5f),
+                               d_Time(10, 0, 1.5f, 3, 0)};
+  EXPECT_EQ(times.size(), 3U);
+  const std::set<d_Date> dates{d_Date(1582, 10, 10), d_Date(1582, 10, 20), d_Date(-1, 1, 1)};
+  EXPECT_EQ(dates.size(), 2U);
+  const d_Date day(2000, 1, 1), next(2000, 1, 2);
+  const std::set<d_Timestamp> stamps{Stamp(next, d_Time(1, 0, 0)), Stamp(day, d_Time(2, 0, 0.5f)),
+                                     Stamp(day, d_Time(2, 0, 0.25f)),
+                                     Stamp(day, d_Time(2, 0, 0.25f))};
+  EXPECT_EQ(stamps.size(), 3U);
+  EXPECT_EQ(stamps.begin()->time.hundredths, 25);
+  EXPECT_TRUE(d_Interval(0, 0, 0, -1) < d_Interval(0, 0, 1) && d_Interval(1) == d_Interval(0, 24));
 }
 
 TEST(DTimestamp, MovesOnCalendarAndClock) {

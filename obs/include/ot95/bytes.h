@@ -7,9 +7,13 @@
 ///
 /// @code
 ///   unsigned char field[4] = {0x12, 0x34, 0x56, 0x78};
-///   OtDWord serial = ot95::LoadAs<OtDWord>(field, OT_FORMAT_BIG_ENDIAN);  // 0x12345678
-///   ot95::StoreAs<OtDWord>(field, serial + 1, OT_FORMAT_BIG_ENDIAN);
+///   OtDWord serial = ot95::LoadAs<OtDWord>(field, OT_FORMAT_BIG_ENDIAN);  // serial == 0x12345678
+///   ot95::StoreAs<OtDWord>(field, serial + 1, OT_FORMAT_BIG_ENDIAN);      // field[3] == 0x79
 /// @endcode
+///
+/// Nothing here looks at an address: places need no alignment, and reading a `float` from bytes is
+/// no breach of the language's rules. Every bit is kept, those of a not-a-number too. The caller
+/// sees to it that the bytes are there.
 
 #include <cstddef>
 #include <cstdint>
@@ -34,6 +38,7 @@ using WordOf = std::conditional_t<
     std::conditional_t<width == 2, std::uint16_t,
                        std::conditional_t<width == 4, std::uint32_t, std::uint64_t>>>;
 
+// The same bytes from the last to the first.
 constexpr std::uint8_t Reversed(std::uint8_t word) {
   return word;
 }
@@ -47,7 +52,7 @@ constexpr std::uint64_t Reversed(std::uint64_t word) {
   return __builtin_bswap64(word);
 }
 
-/// The scalar that stands at `source` in the given form; `source` needs no alignment.
+/// The scalar that stands at `source` in the given form: sizeof(T) bytes, of which none is changed.
 template <class T>
 inline T LoadAs(const void* source, unsigned char format) {
   static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T>, "scalars only");
@@ -59,8 +64,8 @@ inline T LoadAs(const void* source, unsigned char format) {
   return value;
 }
 
-/// Puts `value` at `target` in the given form; `target` needs no alignment. Name T where the
-/// argument's own type would choose another width.
+/// Puts `value` at `target` in the given form: sizeof(T) bytes. T has to be named: the argument's
+/// own type could choose another width.
 template <class T>
 inline void StoreAs(void* target, std::common_type_t<T> value, unsigned char format) {
   static_assert(std::is_arithmetic_v<T> || std::is_enum_v<T>, "scalars only");

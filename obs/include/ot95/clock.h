@@ -6,10 +6,14 @@
 /// installs: a test or a reproducible run needs neither the system's clock nor its zone data.
 ///
 /// @code
-///   bksinstant Fixed() { return {951782400000, 3600}; }  // 2000-02-29 00:00:00 UTC, zone +01:00
-///   bksSetClock(Fixed);
+///   // 2000-02-29 00:00:00 UTC, in the zone +01:00
+///   bksSetClock([] { return bksinstant{951782400000, 3600}; });
 ///   btime now{};
-///   bksgettime(&now);                                     // 01:00:00, now.zone 3600
+///   bksgettime(&now);                 // now.hour == 1
+///   bdate today{};
+///   bksgetdate(&today);               // today.day == 29
+///   long minutes = bksgettimezone();  // minutes == 60
+///   bksSetClock(nullptr);             // the system's clock again
 /// @endcode
 ///
 /// Every operation may be called from any thread. Each reads the clock once: a date and a time read

@@ -6,12 +6,19 @@
 ///
 /// @code
 ///   OtConfig config;
-///   long line = config.ReadText("[debug]\nstringOverflow = 1\n");  // 0: understood
-///   DefaultConfig(&config);
+///   long line = config.ReadText("[debug]\nstringOverflow = 1\n");       // line == 0
 ///   const char* const sections[] = {"debug", nullptr};
 ///   short report = 0;
-///   DefaultConfig(nullptr)->GetValue("stringOverflow", &report, sections);
+///   int status = config.GetValue("stringOverflow", &report, sections);  // status == 0
+///   bool on = report == 1;                                              // on == true
 /// @endcode
+///
+/// DefaultConfig(&config) makes it the settings of the process, which the libraries ask for these:
+///
+/// | Section | Key | Meaning |
+/// |---|---|---|
+/// | debug | stringOverflow | Not 0: a string beyond its limit is reported to OTDB_assert |
+/// | the unnamed one | oldIndexUnicodeOrder | Not 0: Unicode text in old indexes isn't narrowed |
 ///
 /// The text is lines that end with a line feed, with or without a carriage return before it; a
 /// UTF-8 byte order mark may stand first. Blanks and tabs at the ends of lines, names, keys and

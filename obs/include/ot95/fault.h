@@ -4,6 +4,17 @@
 /// @file
 /// What the libraries do when something can't be: states that are impossible, and memory that has
 /// run out. A program may put its own handlers in place, from any thread.
+///
+/// @code
+///   static int reports = 0;
+///   const OtAssertHandler before =
+///       OTDB_SetAssertHandler([](const char*, const char*, unsigned long) { ++reports; });
+///   OtInt64 quotient = OtInt64(1) / OtInt64(0);     // quotient == OtInt64(0)
+///   OTDB_SetAssertHandler(before);                  // reports == 1
+/// @endcode
+///
+/// Neither is a way to report bad input: for that there are status codes, and the answers that each
+/// operation names.
 
 #include "ot95/base.h"
 

@@ -5,11 +5,15 @@
 /// A read position over bytes that stand in memory: a block of the caller's, or a mapped file.
 ///
 /// @code
-///   int error = 0;
-///   MemFile file = MemFile::Map("values.bin", error);
+///   const unsigned char block[6] = {0, 100, 0, 250, 1, 143};
+///   MemFile file(block, sizeof block);
 ///   unsigned long length = 4;                                   // wanted
-///   const unsigned char* head = file.Seek(0, 1, &length, 0);    // from the current position
-///   if (length < 4) return;                                     // fewer bytes are there
+///   const unsigned char* head = file.Seek(2, MemFile::FROM_START, &length, 0);  // head[1] == 250
+///   length = 8;
+///   file.Seek(0, MemFile::FROM_POSITION, &length, 0);           // length == 4
+///
+///   int error = 0;
+///   MemFile missing = MemFile::Map("no such file", error);      // error != 0
 /// @endcode
 
 #include "ot95/base.h"

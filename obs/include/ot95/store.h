@@ -8,8 +8,9 @@
 /// @code
 ///   short prices[3] = {100, 250, 399};
 ///   unsigned char page[6];
-///   ShortStore(page, prices, OT_FORMAT_BIG_ENDIAN, 3);  // 00 64 00 fa 01 8f
-///   ShortStore(prices, page, OT_FORMAT_BIG_ENDIAN, 3);  // and back
+///   ShortStore(page, prices, OT_FORMAT_BIG_ENDIAN, 3);  // page[3] == 0xfa
+///   short back[3];
+///   ShortStore(back, page, OT_FORMAT_BIG_ENDIAN, 3);    // back[1] == 250
 /// @endcode
 
 #include "ot95/base.h"

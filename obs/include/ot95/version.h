@@ -3,10 +3,20 @@
 
 /// @file
 /// The release of this library, and the check that a library built on it was built for it.
+///
+/// @code
+///   int same = CheckOtVersionNumber(OT_VERSION_MAJOR, OT_VERSION_MINOR, OT_VERSION_REVISION,
+///                                   OT_VERSION_BUILD, OT_VERSION_PATCH, 0);  // same == 0
+///   int older = CheckOtVersionNumber(9, 4, 0, 0, 0, 0);                      // older == 2
+/// @endcode
+///
+/// The numbers are those that a program was compiled with; the function is that of the library
+/// which is loaded when it runs.
 
 #include "ot95/base.h"
 
-/// The five numbers of the release: 9.5.26.340.0.
+/// The five numbers of the release: 9.5.26.340.0. Stored forms, keys and hashes are the same in all
+/// releases.
 enum : unsigned long {
   OT_VERSION_MAJOR = 9,
   OT_VERSION_MINOR = 5,

@@ -4,10 +4,25 @@
 /// @file
 /// Internationalisation: code sets, languages, case data, collation tables.
 ///
-///     const OtCodeSet* set = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE);
-///     const OtLanguage* swedish = OtLanguageContext::QueryLanguage(9);
-///     const OtOrderRecord* record = set->orderTable->Find(0xe5);
-///     if (const OtOrderRecord* own = record->Tailored(swedish)) record = own;
+/// Both are one-byte numbers that stored strings carry, so that a number keeps its meaning for
+/// ever. Programs look the numbers up by name, once:
+/// @code
+///   const unsigned char swedish = OtLanguageContext::LanguageOfTag("sv");      // swedish != 0
+///   const unsigned char latin2 = OtLanguageContext::CodeSetOfName("ISO-8859-2");  // latin2 != 0
+///
+///   const OtCodeSet* set = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE);
+///   const OtOrderRecord* record = set->orderTable->Find(0xe5);                 // a with a ring
+///   const OtOrderRecord* own = record->Tailored(OtLanguageContext::QueryLanguage(swedish));
+///   const OtOrderRecord* z = set->orderTable->Find('z');
+///   bool behindZ = own != nullptr && own->Key(1) > z->Key(1);                  // behindZ == true
+///   bool amongA = record->Key(1) < z->Key(1);                                  // amongA == true
+/// @endcode
+///
+/// The road from a character to what it sorts as:
+///
+///     code set --> order table --> record --> tailored by the language?
+///                                         --> contracted with the next character?
+///                                         --> order word, script byte, further orders
 ///
 /// The tables and the defaults are constants: all of it works before main and before
 /// ___OtI18NContext. Nothing is read from the environment, because results must not depend on it.
@@ -27,7 +42,8 @@ inline constexpr unsigned char OT_LANG_DEFAULT =
 OT95_EXPORT void ___OtI18NContext(int attach);
 
 /// The way to the records, and the process-wide defaults. Setters belong to start-up: they are
-/// not synchronised.
+/// not synchronised. The defaults are what a string without a code set or language of its own is
+/// made with: at start the base 8-bit set and the neutral language.
 class OT95_EXPORT OtLanguageContext {
  public:
   /// The record of a code set, never null. 0 answers the native set. A number that nobody knows
@@ -40,9 +56,11 @@ class OT95_EXPORT OtLanguageContext {
     return record->number != 0 ? record : nullptr;
   }
 
+  /// The code set of new strings.
   static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
   /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
   static int SetDefaultCodeSet(unsigned char codeSet);
+  /// The language of new strings.
   static unsigned char GetDefaultLanguage() { return defaults_.language; }
   /// Sets the default language. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
   static int SetDefaultLanguage(unsigned char language);

@@ -3,6 +3,25 @@
 
 /// @file
 /// Code sets: what their characters are in Unicode, their case data, and their order table.
+///
+/// | Number | Name | Characters |
+/// |---|---|---|
+/// | 0 | OT_CS_NONE | raw bytes |
+/// | 1 | OT_CS_BASE8 | one byte: Windows-1252 |
+/// | 2 to 0xe0 | sets of other scripts, by CodeSetOfName | one byte |
+/// | 0xe1 to 0xfc | reserved; OT_CS_UNICODE stands in | two bytes |
+/// | 0xfd | OT_CS_UNICODE | two bytes |
+/// | 0xfe | OT_CS_ORDER | two bytes: order words, not characters |
+/// | 0xff | OT_CS_DEFAULT | as an argument: the default |
+///
+/// @code
+///   const OtCodeSet* base = OtLanguageContext::QueryCodeSet(OT_CS_BASE8);
+///   unsigned short euro = base->MapChar(0x20ac, OT_CS_UNICODE);          // euro == 0x80
+///   unsigned short alpha = base->MapChar(0x3b1, OT_CS_UNICODE);
+///   bool lost = alpha == base->substitute;                               // lost == true
+///   const OtUnicodeProps* props = base->GetUnicodeProps(0xe9, OT_LANG_NEUTRAL);
+///   unsigned short capital = props->upper;                               // capital == 0xc9
+/// @endcode
 
 #include <cstddef>
 
@@ -22,7 +41,7 @@ inline constexpr unsigned char OT_CS_ORDER =
 inline constexpr unsigned char OT_CS_DEFAULT =
     0xff;  ///< As an argument: the default. Never stored.
 
-/// Case data of a character. `upper` and `lower` are in Unicode, 0 for none.
+/// Case data of a character. `upper` and `lower` are in Unicode, 0 for none. Records are constant.
 struct OtUnicodeProps {
   std::uint16_t upper;    ///< The capital, or its first character.
   OtWCharList upperTail;  ///< The rest of the capital, at most one unit, in the asked set's units.

@@ -4,23 +4,49 @@
 /// @file
 /// Collation data: from a character to its order word and script byte.
 ///
+/// What an order word says is told in text.h; the field calls it a collation element. A record
+/// knows all about one character:
+///
+/// | It has | Also called | Example |
+/// |---|---|---|
+/// | an order word and a script byte | collation element, weights | a: letter 3, small |
+/// | further orders | expansion | the sharp s: s, s |
+/// | characters that sort with it as one | contraction | Czech c, h |
+/// | languages that sort it otherwise | tailoring | Swedish a with ring, behind z |
+///
 /// All of it is constant data without start-up code. The way from a character to its record is
 /// one load in the base 8-bit set and two in Unicode; a record whose work() is 0 is the whole
 /// answer, otherwise its lists say more:
+/// @code
+///   const OtOrderTable* table = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->orderTable;
+///   const OtLanguage* czech =
+///       OtLanguageContext::QueryLanguage(OtLanguageContext::LanguageOfTag("cs"));
+///   const OtOrderRecord* record = table->Find('c');
+///   const unsigned short alone = record->order();
+///   if (record->work() != 0 && !czech->Leaves('c', 'h')) {
+///     if (const OtOrderRecord* own = record->Tailored(czech)) record = own;
+///     if (const OtOrderRecord* pair = record->Contracted('h')) record = pair;
+///   }
+///   const unsigned short together = record->order();           // together > alone
+///   const int more = table->Find(0xdf)->expansion()->count;    // more == 1
+/// @endcode
 ///
-///     const OtOrderRecord* record = table->Find(character);      // null: no record
-///     if (record->work() == 0 || language->Leaves(character, nextCharacter)) return;
-///     if (const OtOrderRecord* own = record->Tailored(language)) record = own;
-///     while (const OtOrderRecord* pair = record->Contracted(nextCharacter)) record = pair;
-///     record->order();  record->expansion();
+/// A *comparable key* is 32 bits of one order, so laid out that masks keep a level of comparison:
+///
+///     bits   31-24    23-8                       7   6 5    4 3 2 1 0
+///            script   class, letter, extension   0   case   accent       of a letter
+///            script   order word                 0                       of anything else
+///
+/// Keys under 0xffffff80 differ at the primary level (letter), under 0xffffff9f also in the accent
+/// (secondary), under 0xffffffe0 also in the case (tertiary).
 
 #include "ot95/base.h"
 
 struct OtOrderRecord;
 class OtOrderTable;
 
-/// Combining marks and the consonants behind prefixed vowels are all above; most heads of
-/// contractions have no other followers.
+/// The first of the combining marks. They, and the consonants behind prefixed vowels, are all from
+/// here on up; most heads of contractions have no other followers.
 inline constexpr unsigned short OT_FIRST_MARK = 0x300;
 /// The most characters that contract into one.
 inline constexpr int OT_LONGEST_CONTRACTION = 5;
@@ -31,7 +57,7 @@ struct OtLanguage {
   unsigned char number;        ///< 1 to 0x7f.
   unsigned char script;        ///< Script byte of characters that have none of their own.
   const char* tag;             ///< "sv", "de-phonebook"; ISO 639-1 in the plain case.
-  const char* name;            ///< In English.
+  const char* name;            ///< In English: "Swedish".
   /// Bits of the ASCII characters that it sorts its own way, alone or before another letter.
   std::uint64_t ownAscii[2];
 
