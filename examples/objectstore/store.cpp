@@ -32,6 +32,7 @@ constexpr std::size_t kFirstMapSize = std::size_t{16} << 20;
 constexpr const char* kSchemaKey = "schema";
 constexpr const char* kNextIdKey = "nextId";
 constexpr const char* kStatistics = "~statistics";  // no class and no index is called so
+constexpr std::size_t kSmallestBatch = 65536;       // bytes that a write takes at least
 constexpr std::size_t kLockFileSize = 8192;         // of the storage engine's table of readers
 
 View ViewOf(std::string_view text) {
@@ -148,7 +149,12 @@ void Store::Load(lmdb::txn& txn, const Schema* fresh) {
 }
 
 void Store::Fail(const lmdb::error& error) const {
-  throw BadInput(path_ + ": " + mdb_strerror(error.code()) + " (" + error.origin() + ")");
+  int code = error.code();
+  // The engine takes half a write for an error of the device, where a file system has no more room.
+  std::error_code unknown;
+  const auto space = std::filesystem::space(path_, unknown);
+  if (code == EIO && !unknown && space.available < kSmallestBatch) code = ENOSPC;
+  throw BadInput(path_ + ": " + mdb_strerror(code) + " (" + error.origin() + ")");
 }
 
 std::size_t Store::LastTransaction() const {

@@ -1,7 +1,7 @@
 // Texts into values, as long as the value says what the text did.
 #include "scanner.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
@@ -75,6 +75,14 @@ std::string IsoBothOf(std::string_view text) {
   return date.empty() || time.empty() ? "" : date + "T" + time;
 }
 
+/// Whether a text surely comes as it goes: Unicode holds all, the base set what is ASCII.
+bool CodeSetHolds(unsigned char codeSet, std::string_view utf8) {
+  if (utf8.find('\0') != std::string_view::npos) return false;
+  const auto isAscii = [](char c) { return (c & 0x80) == 0; };
+  return codeSet == OT_CS_UNICODE ||
+         (codeSet == OT_CS_BASE8 && std::all_of(utf8.begin(), utf8.end(), isAscii));
+}
+
 void* Converted(OtTypeMgr& manager, char type, const char* text) {
   OtString string(text);
   const std::unique_ptr<OtTypeConvertData> data(
@@ -140,9 +148,9 @@ bool Scanner::TakesAsText(void* element, const Source& source) {
   OtString text(source.text);
   manager_.ScanFromOtString(type_, element, text, Format(), 1);
   if (IsNull(element)) return IsNullText(source.utf8);
-  // Wide texts come as they go.
-  const bool isWide = type_ == kStrings && text.GetCodeSetCode() == OT_CS_UNICODE && !format_;
-  if (isWide && source.utf8.find('\0') == std::string::npos) return true;
+  if (!format_ &&
+      CodeSetHolds(type_ == kStrings ? text.GetCodeSetCode() : OT_CS_BASE8, source.utf8))
+    return true;
   const std::unique_ptr<OtTypeConvertData> data(manager_.ConvertTo(type_, element, 1));
   if (data && ToUtf8(*data->GetString(0)) == source.utf8) return true;
   return format_ && Print(element, Format()) == source.utf8;
