@@ -1,6 +1,7 @@
 """Writes the tables as C++ and the assignments as text."""
 
 import codesets
+from languages import LANGUAGES
 from tailoring import own_ascii
 
 HEADER = '''\
@@ -10,6 +11,7 @@ HEADER = '''\
 
 '''
 LINE = 99
+NO_RULES = 0xffff
 
 
 def versions(unicode, cldr):
@@ -57,18 +59,27 @@ def orders(tables):
             + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
 
 
-def languages(members):
+def languages(members, versions, number):
+    """The languages by number, how they order in the notation of languages.py, and the number of
+    the collation."""
     by_number = {language.number: language for language in members}
-    items = []
-    for number in range(128):
-        language = by_number.get(number)
-        if language is None:
-            items.append('{0,0,0,nullptr,nullptr,{0,0}}')
-            continue
-        own = ','.join(map(hex, own_ascii(language)))
-        items.append(f'{{{int(bool(language.heads))},{number},{language.script},'
-                     f'"{language.tag}","{language.name}",{{{own}}}}}')
-    return array('OtLanguage', 'kLanguages', items)
+    rules_of = {row[0]: row[4] for row in LANGUAGES}
+    items, rules, places, end = [], [], [], 0
+    for place in range(128):
+        language, rule = by_number.get(place), rules_of.get(place, '')
+        items.append('{0,0,0,"","",{0,0},0}' if language is None else
+                     f'{{{int(bool(language.heads))},{place},{language.script},'
+                     f'"{language.tag}","{language.name}",'
+                     f'{{{",".join(map(hex, own_ascii(language)))}}},'
+                     f'{versions.of[language.tag]:#x}u}}')
+        places.append(end if rule else NO_RULES)
+        if rule:
+            rules.append(f'"{rule}\\0"')
+            end += len(rule.encode('utf-8')) + 1
+    return (f'constexpr unsigned kCollation = {number};\n\n'
+            + array('OtLanguage', 'kLanguages', items)
+            + numbers('std::uint16_t', 'kRulePlaces', places)
+            + 'constexpr char kRules[] =\n' + '\n'.join(rules) + ';\n\n')
 
 
 def units(pool):
@@ -121,37 +132,3 @@ def two_byte_sets():
     return (array('WideFacts', 'kWideFacts', facts)
             + numbers('std::uint16_t', 'kWidePages', page_row)
             + numbers('std::uint16_t', 'kWideValues', values))
-
-
-def assignments(common_orders, members):
-    """One line for each character, run of characters, or tailored string: what it sorts as."""
-    lines, run = [], None
-    for code in sorted(common_orders):
-        order = common_orders[code]
-        if run and len(order.words) == 1 and code == run[1] + 1 and order.script == run[2] \
-                and order.words[0] == run[3] + code - run[0]:
-            run[1] = code
-            continue
-        flush(lines, run)
-        run = [code, code, order.script, order.words[0]] if len(order.words) == 1 else None
-        if run is None:
-            lines.append(line('-', f'{code:04x}', order))
-    flush(lines, run)
-    for language in members:
-        strings = {(code,): order for code, order in language.own.items()}
-        strings.update(language.strings)
-        lines += [line(language.tag, ' '.join(f'{code:04x}' for code in string), strings[string])
-                  for string in sorted(strings)]
-    return '\n'.join(lines) + '\n'
-
-
-def flush(lines, run):
-    if run:
-        last = f'..{run[1]:04x}' if run[1] != run[0] else ''
-        sign = '+' if last else ''
-        lines.append(f'-\t{run[0]:04x}{last}\t{run[2]:02x}\t{run[3]:04x}{sign}')
-
-
-def line(tag, string, order):
-    words = ' '.join(f'{word:04x}' for word in order.words)
-    return f'{tag}\t{string}\t{order.script:02x}\t{words}'

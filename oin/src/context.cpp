@@ -9,6 +9,7 @@ namespace {
 
 constexpr unsigned short kAskForDefault = 0xffff;
 constexpr unsigned kLanguagePlaces = 128;
+constexpr unsigned kNoRules = 0xffff;
 
 int SetNumber(unsigned char& member, unsigned char number) {
   if (number >= 0xfe) return OT_ERR_BAD_ARGUMENT;
@@ -79,6 +80,18 @@ constinit OtLanguageContext::Defaults OtLanguageContext::defaults_;
 const OtCodeSet* OtLanguageContext::QueryCodeSet(unsigned char codeSet) {
   if (const OtCodeSet* set = ot95::FindCodeSet(codeSet)) return set;
   return ot95::FindCodeSet(codeSet <= OT_CS_LAST_NARROW ? OT_CS_BASE8 : OT_CS_UNICODE);
+}
+
+std::uint64_t OtLanguageContext::OrderVersion(unsigned char language) {
+  const OtLanguage* record =
+      QueryLanguage(language == OT_LANG_DEFAULT ? GetDefaultLanguage() : language);
+  return (record != nullptr ? record : QueryLanguage(OT_LANG_NEUTRAL))->orderVersion;
+}
+
+const char* OtLanguageContext::OrderRules(unsigned char language) {
+  const OtLanguage* record = QueryLanguage(language);
+  if (record == nullptr || ot95::kOrderTables.rulePlaces[language] == kNoRules) return "";
+  return ot95::kOrderTables.rules + ot95::kOrderTables.rulePlaces[language];
 }
 
 int OtLanguageContext::SetDefaultCodeSet(unsigned char codeSet) {

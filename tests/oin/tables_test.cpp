@@ -289,6 +289,28 @@ TEST(Languages, LettersThatDifferAsByAnAccent) {
   }
 }
 
+TEST(Languages, AVersionTellsWhoOrdersAlike) {
+  const auto version = [](const char* tag) {
+    return OtLanguageContext::OrderVersion(OtLanguageContext::LanguageOfTag(tag));
+  };
+  std::map<std::uint64_t, std::string> rules;
+  for (const unsigned char number : Languages(false)) {
+    const std::uint64_t own = OtLanguageContext::OrderVersion(number);
+    const std::string rule = OtLanguageContext::OrderRules(number) +
+                             std::to_string(OtLanguageContext::QueryLanguage(number)->script);
+    EXPECT_NE(own, 0U);
+    EXPECT_EQ(rules.emplace(own, rule).first->second, rule) << unsigned{number};
+  }
+  EXPECT_EQ(version("en"), version("und"));
+  EXPECT_NE(version("es"), version("und"));
+  EXPECT_NE(version("ru"), version("und"));  // Digits and symbols are of its script.
+  EXPECT_EQ(OtLanguageContext::OrderVersion(100), version("und"));  // Nobody's number.
+  EXPECT_EQ(OtLanguageContext::OrderVersion(OT_LANG_DEFAULT), version("und"));
+  EXPECT_GE(OtLanguageContext::CollationNumber(), 1U);
+  EXPECT_STREQ(OtLanguageContext::OrderRules(5), "ñ=n.1");
+  EXPECT_STREQ(OtLanguageContext::OrderRules(2), "");
+}
+
 TEST(Languages, EqualSpellings) {
   const struct {
     const char *tag, *one, *other;

@@ -56,6 +56,19 @@ class OT95_EXPORT OtLanguageContext {
     return record->number != 0 ? record : nullptr;
   }
 
+  /// The number of the collation, from 1: it rises whenever an order word changes anywhere. What
+  /// changed stands in oin/data/CHANGES.
+  static unsigned CollationNumber() { return ot95::kOrderTables.collation; }
+  /// The version of a language's order: a hash over every word, contraction and expansion that its
+  /// texts can meet. Never 0. Keys of texts that were made under another version are out of order:
+  /// an engine keeps it beside each index and builds the index anew where it differs.
+  /// OT_LANG_DEFAULT asks for the default language; a language that nobody knows orders as the
+  /// neutral one, and has its version.
+  static std::uint64_t OrderVersion(unsigned char language);
+  /// What a language orders its own way, in the notation of the tables' generator, as UTF-8: one
+  /// item a letter, separated by blanks. Empty for one that orders as all, or that nobody knows.
+  static const char* OrderRules(unsigned char language);
+
   /// The code set of new strings.
   static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
   /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
