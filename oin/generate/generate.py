@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Generates the data of the internationalisation library.
 
-Reads the Debian packages unicode-data and unicode-cldr-core; writes oin_data.inc, oin_codes.inc,
-oin_wide.inc, oin_versions.inc, orders.tsv and report.txt. It fails if a word that was released would change, because
+Reads the Debian packages unicode-data, unicode-cldr-core and libi18n-charset-perl; writes
+oin_data.inc, oin_codes.inc, oin_wide.inc, oin_names.inc, oin_versions.inc, orders.tsv and
+report.txt. It fails if a word that was released would change, because
 index keys on disk hold them; released.py tells how words come to change nevertheless.
 """
 
@@ -14,6 +15,7 @@ import casing
 import check
 import emit
 import languages
+import names
 import released
 import tailoring
 import versions
@@ -28,6 +30,8 @@ def arguments():
     parser.add_argument('--unicode', default='/usr/share/unicode', help='folder of UnicodeData.txt')
     parser.add_argument('--cldr', default='/usr/share/unicode/cldr/common',
                         help='folder of main/*.xml')
+    parser.add_argument('--charsets', default='/usr/share/perl5/I18N/Charset.pm',
+                        help="file that holds IANA's registry of character sets")
     data = os.path.join(here, '..', 'data')
     parser.add_argument('--output', default=data)
     parser.add_argument('--frozen', default=data,
@@ -88,6 +92,9 @@ def main():
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())
     write(options.output, 'oin_versions.inc', emit.HEADER + emit.versions(
         versions.unicode(options.unicode), versions.cldr(options.cldr)))
+    write(options.output, 'oin_names.inc', emit.HEADER
+          + emit.names('Tag', names.of_languages(members, options.cldr))
+          + emit.names('CodeSet', names.of_code_sets(options.charsets)))
     write(options.output, 'orders.tsv', heading + '\n'.join(lines) + '\n')
     write(options.output, 'report.txt', check.report(database, orders, members, tables))
     return 0

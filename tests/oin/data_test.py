@@ -11,10 +11,11 @@ import tempfile
 SKIPPED = 77
 UNICODE = '/usr/share/unicode'
 CLDR = '/usr/share/unicode/cldr/common'
+CHARSETS = '/usr/share/perl5/I18N/Charset.pm'
 OIN = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..', 'oin')
 DATA = os.path.join(OIN, 'data')
-FILES = ('oin_data.inc', 'oin_codes.inc', 'oin_wide.inc', 'oin_versions.inc', 'orders.tsv',
-         'report.txt')
+FILES = ('oin_data.inc', 'oin_codes.inc', 'oin_wide.inc', 'oin_names.inc', 'oin_versions.inc',
+         'orders.tsv', 'report.txt')
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(OIN, 'generate'))
@@ -30,7 +31,8 @@ def source_is_known():
     try:
         with open(os.path.join(UNICODE, 'allkeys.txt'), encoding='utf-8') as keys:
             first = keys.readline()
-        return 'allkeys-15.0.0' in first and os.path.isdir(os.path.join(CLDR, 'main'))
+        return ('allkeys-15.0.0' in first and os.path.isdir(os.path.join(CLDR, 'main'))
+                and os.path.exists(CHARSETS))
     except OSError:
         return False
 
@@ -117,7 +119,8 @@ class Plants:
 
 def main():
     if not source_is_known():
-        print('skipped: unicode-data 15.0.0 and unicode-cldr-core are not installed')
+        print('skipped: unicode-data 15.0.0, unicode-cldr-core and libi18n-charset-perl are not '
+              'installed')
         return SKIPPED
     return 0 if regenerated() and Plants().run() else 1
 

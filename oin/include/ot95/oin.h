@@ -95,10 +95,15 @@ class OT95_EXPORT OtLanguageContext {
   /// The set of raw 8-bit text: OT_CS_BASE8.
   static unsigned char GetNativeCodeSet() { return OT_CS_BASE8; }
 
-  /// Number of the language with a tag such as "sv" or "de-phonebook", in any case; 0 for none.
+  /// Number of the language with a BCP 47 tag such as "sv", "pt-BR", "zh-Hant-TW", "sr-Latn" or
+  /// "de-u-co-phonebk", in any case, '_' for '-' and outdated codes ("iw") allowed; also with this
+  /// library's own tags such as "de-phonebook". What a tag says behind a language that is known
+  /// counts as far as it leads to another order. 0 for a language that has no number.
   static unsigned char LanguageOfTag(const char* tag);
-  /// Number of the code set with a name such as "ISO-8859-2"; case and punctuation don't matter,
-  /// and "CP1252" is "Windows-1252". 0 for none.
+  /// Number of the code set with a name such as "ISO-8859-2", "latin1", "SJIS" or "IBM037": those
+  /// of IANA's registry with their aliases, and this library's own. Case and punctuation don't
+  /// matter. A name that stands for part of a set finds the whole, "EUC-KR" that of CP949. 0 for
+  /// none, "UTF-8" among them, for its characters are neither one byte nor two.
   static unsigned char CodeSetOfName(const char* name);
   /// Takes what it knows of a locale name such as "de_DE.ISO-8859-1" as defaults: its language,
   /// its code set. UTF-8 leaves the code set alone. @return how many parts it took, 0 to 2.
