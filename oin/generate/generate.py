@@ -13,6 +13,7 @@ import sys
 
 import casing
 import check
+import document
 import emit
 import languages
 import names
@@ -34,6 +35,7 @@ def arguments():
                         help="file that holds IANA's registry of character sets")
     data = os.path.join(here, '..', 'data')
     parser.add_argument('--output', default=data)
+    parser.add_argument('--docs', default=os.path.join(here, '..', '..', 'docs'))
     parser.add_argument('--frozen', default=data,
                         help='folder of COLLATION, CHANGES and orders.tsv, whose words must stay')
     parser.add_argument('--release', action='store_true',
@@ -92,9 +94,10 @@ def main():
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())
     write(options.output, 'oin_versions.inc', emit.HEADER + emit.versions(
         versions.unicode(options.unicode), versions.cldr(options.cldr)))
-    write(options.output, 'oin_names.inc', emit.HEADER
-          + emit.names('Tag', names.of_languages(members, options.cldr))
+    tags = names.of_languages(members, options.cldr)
+    write(options.output, 'oin_names.inc', emit.HEADER + emit.names('Tag', tags)
           + emit.names('CodeSet', names.of_code_sets(options.charsets)))
+    write(options.docs, 'codesets.md', document.document(members, tags, options.charsets))
     write(options.output, 'orders.tsv', heading + '\n'.join(lines) + '\n')
     write(options.output, 'report.txt', check.report(database, orders, members, tables))
     return 0

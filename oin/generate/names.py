@@ -36,30 +36,40 @@ def reduced(name):
 
 
 def read_registry(path):
-    """Names of each registered set, all in reduced form."""
+    """Names of each registered set."""
     with open(path, encoding='iso8859-1') as file:
         records = re.findall(r'<record(.+?)</record>', file.read(), re.S)
-    return [{reduced(name) for name in
-             re.findall(r'<(?:name|alias|preferred_alias)>(.+?)</', record)} for record in records]
+    return [re.findall(r'<(?:name|alias|preferred_alias)>(.+?)</', record) for record in records]
+
+
+def own_names():
+    sets = {number: facts[0] for number, facts in {**codesets.ONE_BYTE, **codesets.TWO_BYTE}.items()}
+    return {**sets, UNICODE: 'Unicode'}
+
+
+def registered_names(registry):
+    """What the registry calls each set, those that it holds whole included."""
+    found, records = {}, read_registry(registry)
+    for number, name in own_names().items():
+        wanted = REGISTERED.get(number, (name, 'ibm' + reduced(name).lstrip('ebcdicp')))
+        wanted = {reduced(one) for one in wanted}
+        found[number] = [one for record in records if wanted & {reduced(one) for one in record}
+                         for one in record]
+    return found
 
 
 def of_code_sets(registry):
     """Reduced name to number."""
-    sets = {number: facts[0] for number, facts in {**codesets.ONE_BYTE, **codesets.TWO_BYTE}.items()}
-    sets[UNICODE] = 'Unicode'
-    records, numbers = read_registry(registry), {}
-    for number, name in sets.items():   # Its own name, and the number in it.
+    numbers = {}
+    for number, name in own_names().items():    # Its own name, and the number in it.
         numbers[reduced(name)] = number
         for prefix in PREFIXES:
             if reduced(name).startswith(prefix):
                 numbers[reduced(name)[len(prefix):]] = number
-    for number, name in sets.items():
-        wanted = REGISTERED.get(number, (name, 'ibm' + reduced(name).lstrip('ebcdicp')))
-        for names in records:
-            if any(reduced(one) in names for one in wanted):
-                for one in names:
-                    numbers.setdefault(one, number)
-    for number, (name, codec) in {**codesets.ONE_BYTE, **codesets.TWO_BYTE}.items():
+    for number, registered in registered_names(registry).items():
+        for name in registered:
+            numbers.setdefault(reduced(name), number)
+    for number, (_, codec) in {**codesets.ONE_BYTE, **codesets.TWO_BYTE}.items():
         codecs = (codec,) + CODECS.get(number, ())
         for alias, target in encodings.aliases.aliases.items():
             if target in codecs and not alias.startswith('x_mac'):
