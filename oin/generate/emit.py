@@ -14,8 +14,9 @@ LINE = 99
 NO_RULES = 0xffff
 
 
-def versions(unicode, cldr):
-    return f'constexpr OtTableVersions kTableVersions = {{"{unicode}", "{cldr}"}};\n'
+def versions(unicode, cldr, collation):
+    return (f'constexpr OtTableVersions kTableVersions = {{"{unicode}", "{cldr}", '
+            f'{collation}}};\n')
 
 
 def rows(items):
@@ -59,9 +60,8 @@ def orders(tables):
             + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
 
 
-def languages(members, versions, number):
-    """The languages by number, how they order in the notation of languages.py, and the number of
-    the collation."""
+def languages(members, order_versions):
+    """The languages by number, and how they order in the notation of languages.py."""
     by_number = {language.number: language for language in members}
     rules_of = {row[0]: row[4] for row in LANGUAGES}
     items, rules, places, end = [], [], [], 0
@@ -71,13 +71,12 @@ def languages(members, versions, number):
                      f'{{{int(bool(language.heads))},{place},{language.script},'
                      f'"{language.tag}","{language.name}",'
                      f'{{{",".join(map(hex, own_ascii(language)))}}},'
-                     f'{versions.of[language.tag]:#x}u}}')
+                     f'{order_versions.of[language.tag]:#x}u}}')
         places.append(end if rule else NO_RULES)
         if rule:
             rules.append(f'"{rule}\\0"')
             end += len(rule.encode('utf-8')) + 1
-    return (f'constexpr unsigned kCollation = {number};\n\n'
-            + array('OtLanguage', 'kLanguages', items)
+    return (array('OtLanguage', 'kLanguages', items)
             + numbers('std::uint16_t', 'kRulePlaces', places)
             + 'constexpr char kRules[] =\n' + '\n'.join(rules) + ';\n\n')
 

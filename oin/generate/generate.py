@@ -88,12 +88,12 @@ def main():
     os.makedirs(options.output, exist_ok=True)
     case_text = emit.cases(cases, tables.units)
     write(options.output, 'oin_data.inc', emit.HEADER + emit.orders(tables)
-          + emit.languages(members, order_versions, number) + emit.units(tables.units))
+          + emit.languages(members, order_versions) + emit.units(tables.units))
     write(options.output, 'oin_codes.inc',
           emit.HEADER + case_text + emit.one_byte_sets(cases))
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())
     write(options.output, 'oin_versions.inc', emit.HEADER + emit.versions(
-        versions.unicode(options.unicode), versions.cldr(options.cldr)))
+        versions.unicode(options.unicode), versions.cldr(options.cldr), number))
     tags = names.of_languages(members, options.cldr)
     write(options.output, 'oin_names.inc', emit.HEADER + emit.names('Tag', tags)
           + emit.names('CodeSet', names.of_code_sets(options.charsets)))

@@ -32,7 +32,7 @@ constexpr auto kPlainKeysOf = [] {
 constinit const OrderTables kOrderTables = {
     kRecords,    kUnits,         kLists,     kLinks,          kContractions,
     kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data(),
-    kRules,      kRulePlaces,    kCollation};
+    kRules,      kRulePlaces};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "command.h"
+#include "ot95/oin_version.h"
 #include "ot95/text.h"
 
 namespace ottm {
@@ -27,7 +28,7 @@ class Languages : public Command {
   Answer Run() override {
     Answer answer;
     answer.json = Json::array();
-    answer.human = "collation " + std::to_string(OtLanguageContext::CollationNumber()) + "\n" +
+    answer.human = "collation " + std::to_string(OtGetTableVersions().collation) + "\n" +
                    "  #  tag             script  order version     name\n";
     for (unsigned number = 1; number < 0x80; ++number) {
       const auto* row = OtLanguageContext::QueryLanguage(static_cast<unsigned char>(number));

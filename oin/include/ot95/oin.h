@@ -56,9 +56,6 @@ class OT95_EXPORT OtLanguageContext {
     return record->number != 0 ? record : nullptr;
   }
 
-  /// The number of the collation, from 1: it rises whenever an order word changes anywhere. What
-  /// changed stands in oin/data/CHANGES.
-  static unsigned CollationNumber() { return ot95::kOrderTables.collation; }
   /// The version of a language's order: a hash over every word, contraction and expansion that its
   /// texts can meet. Never 0. Keys of texts that were made under another version are out of order:
   /// an engine keeps it beside each index and builds the index anew where it differs.

@@ -125,7 +125,6 @@ struct OrderTables {
   const std::uint32_t* plainKeys;  ///< See PlainKey.
   const char* rules;               ///< How each language orders, where rulePlaces says.
   const std::uint16_t* rulePlaces;
-  unsigned collation;  ///< See OtLanguageContext::CollationNumber.
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 

@@ -22,6 +22,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ot95/oin_version.h"
 #include "ot95/ot95.h"
 
 namespace {
@@ -315,7 +316,7 @@ std::string Cell(std::size_t part, std::size_t all) {
 
 void WriteDocument(const std::string& path, const std::vector<Row>& rows) {
   std::ofstream file(path);
-  file << kDocumentHead << "Collation " << OtLanguageContext::CollationNumber() << ".\n\n"
+  file << kDocumentHead << "Collation " << OtGetTableVersions().collation << ".\n\n"
        << "| Language | Number | Tag | Words | Agreement, % | Accent | Case | Scripts | Symbols "
           "| Order version | Rule |\n|---|---|---|---|---|---|---|---|---|---|---|\n";
   for (const Row& row : rows) {
