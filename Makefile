@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run test bench format check-format clean release dev ilp32 uchar
+.PHONY: all run test bench check-orders format check-format clean release dev ilp32 uchar
 .PHONY: setup-run setup-test setup-bench
 
 all: setup-bench release
@@ -18,6 +18,9 @@ test: setup-test check-format
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
+
+check-orders: setup-test
+	@scripts/check-orders
 
 setup-run setup-test setup-bench:
 	@scripts/setup $(@:setup-%=%)

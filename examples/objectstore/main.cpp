@@ -16,6 +16,7 @@
 #include "message.h"
 #include "progress.h"
 #include "record.h"
+#include "reindex.h"
 #include "statistics.h"
 #include "store.h"
 
@@ -28,7 +29,7 @@ using ot95::tools::WriteOut;
 using Json = nlohmann::ordered_json;
 
 struct Arguments {
-  std::string directory, file, className, id, query;
+  std::string directory, file, className, id, query, index;
   bool json = false, csv = false, explain = false, skipBad = false;
   std::size_t batch = ImportOptions().batch;
 };
@@ -119,6 +120,29 @@ int RunAnalyze(const Arguments& arguments) {
   Analyze(store, [](const std::string& index, std::size_t stretches) {
     WriteOut(index + ": " + std::to_string(stretches) + " ranges\n");
   });
+  return 0;
+}
+
+int RunReindex(const Arguments& arguments) {
+  Store store(arguments.directory, Access::kReindex);
+  std::vector<IndexName> indexes;
+  if (arguments.index.empty()) {
+    auto txn = store.Read();
+    indexes = OutdatedIndexes(store, txn);
+  } else {
+    indexes.push_back(IndexNamed(store, arguments.index));
+  }
+  if (indexes.empty()) WriteOut("all indexes are in the order of their languages\n");
+  ReindexOptions options;
+  options.batch = arguments.batch;
+  const bool onTerminal = isatty(STDERR_FILENO) != 0;
+  if (onTerminal) options.progress = ShowProgress;
+  for (const IndexName& name : indexes) {
+    const std::size_t entries = Reindex(store, name, options);
+    if (onTerminal) std::cerr << "\n";
+    WriteOut(NameOf(*name.trees, *name.index) + ": " + std::to_string(entries) + " entries\n");
+  }
+  if (!indexes.empty()) Analyze(store, {});
   return 0;
 }
 
@@ -260,6 +284,12 @@ void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
   dump->add_option("CLASS", arguments.className, "Only those of a class");
   dump->add_flag("--csv", arguments.csv, "CSV, as import takes it");
   add("analyze", "Measures how the indexes are filled, to plan queries by", RunAnalyze);
+  CLI::App* reindex = add(
+      "reindex", "Builds indexes anew whose keys are in another order than texts now", RunReindex);
+  reindex->add_option("CLASS.MEMBER", arguments.index, "One index, whatever its order");
+  reindex->add_option("--batch", arguments.batch, "Objects a transaction")
+      ->check(CLI::Range(1, 1'000'000))
+      ->capture_default_str();
   add("stat", "Tells sizes, and what the indexes reach from and to", Reading<RunStat>);
   add("check", "Verifies every record, and every index entry against its object",
       Reading<RunCheck>);

@@ -115,7 +115,9 @@ Store::Store(const std::string& path, unsigned flags, const Schema* fresh)
 
 Store::Store(const std::string& directory, Access access)
     : Store((RewriteForThisMachine(directory), directory), access == Access::kRead ? MDB_RDONLY : 0,
-            nullptr) {}
+            nullptr) {
+  if (access != Access::kReindex) RequireOrders();
+}
 
 void Store::Open(unsigned flags) {
   if ((flags & MDB_NOSUBDIR) == 0) ReserveLockFile(path_);
@@ -144,6 +146,11 @@ void Store::Load(lmdb::txn& txn, const Schema* fresh) {
   schema_ = ot95::tools::Naming(
       path_, [&] { return Schema::FromJson(std::string(json.data(), json.size())); });
   OpenTrees(txn, create);
+  for (const ClassTrees& trees : trees_) {
+    for (const IndexTrees& index : trees.indexes) {
+      if (fresh) KeepOrder(txn, trees, index);
+    }
+  }
   MDB_dbi statistics = 0;
   if (mdb_dbi_open(txn, kStatistics, create, &statistics) == MDB_SUCCESS) statistics_ = statistics;
 }
@@ -258,6 +265,22 @@ void Store::KeepStatistics(const std::map<std::string, Bytes>& statistics) {
     }
   });
   statistics_ = tree;
+}
+
+void Store::DropStatistics(lmdb::txn& txn, const std::string& index) {
+  if (statistics_) lmdb::dbi_del(txn, *statistics_, ValOf(ViewOf(index)));
+}
+
+std::optional<View> Store::Fact(lmdb::txn& txn, const std::string& name) const {
+  return Get(txn, facts_, ViewOf(name));
+}
+
+void Store::SetFact(lmdb::txn& txn, const std::string& name, View value) {
+  lmdb::dbi_put(txn, facts_, ValOf(ViewOf(name)), ValOf(value), 0);
+}
+
+void Store::DropFact(lmdb::txn& txn, const std::string& name) {
+  lmdb::dbi_del(txn, facts_, ValOf(ViewOf(name)));
 }
 
 std::vector<Bytes> Store::TakeIds(lmdb::txn& txn, std::size_t count) {

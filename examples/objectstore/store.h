@@ -30,8 +30,9 @@ struct ClassTrees {
   const IndexTrees* IndexOf(std::size_t member) const;
 };
 
-/// What a store is opened for. Readers never wait for a writer.
-enum class Access { kRead, kWrite };
+/// What a store is opened for. Readers never wait for a writer. Only who builds them anew may open
+/// a store with indexes that are out of order; see OutdatedIndexes.
+enum class Access { kRead, kWrite, kReindex };
 
 /// An object store in a directory. All is read and written in transactions: whatever ends the
 /// process, the store stays as the last commit left it. What the storage engine refuses, a full
@@ -41,6 +42,7 @@ class Store {
   /// Makes a new one. Throws BadInput when the directory isn't empty.
   static void Create(const std::string& directory, const Schema& schema);
   /// Opens one. A store that was written on a machine of another word is rewritten for this one.
+  /// Throws BadInput where an index of texts was made under another order of their language.
   explicit Store(const std::string& directory, Access access = Access::kWrite);
 
   const Schema& GetSchema() const { return schema_; }
@@ -57,15 +59,24 @@ class Store {
   /// What is kept to plan queries by, under the name of an index.
   std::optional<View> KeptStatistics(lmdb::txn& txn, const std::string& index) const;
   void KeepStatistics(const std::map<std::string, Bytes>& statistics);
+  /// What the store keeps under a name.
+  std::optional<View> Fact(lmdb::txn& txn, const std::string& name) const;
 
  private:
   Store(const std::string& path, unsigned flags, const Schema* fresh);
   friend class Rewriter;
+  friend class Reindexer;
 
   [[noreturn]] void Fail(const lmdb::error& error) const;
   void Open(unsigned flags);
   void Load(lmdb::txn& txn, const Schema* fresh);
   void OpenTrees(lmdb::txn& txn, unsigned flags);
+  void RequireOrders() const;
+  /// Says beside an index which order its keys are in.
+  void KeepOrder(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees& index);
+  void SetFact(lmdb::txn& txn, const std::string& name, View value);
+  void DropFact(lmdb::txn& txn, const std::string& name);
+  void DropStatistics(lmdb::txn& txn, const std::string& index);
   /// @param order of the keys; null for that of their bytes.
   MDB_dbi OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags, MDB_cmp_func* order);
   MDB_txn* Begin(unsigned flags) const;

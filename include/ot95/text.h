@@ -146,7 +146,9 @@ class OT95_EXPORT OtChar {
   /// @param source receives the further characters of a longer capital (of "ß" the second S) as
   ///   pending ones; null drops them.
   OtChar ToUpper(OtStringIterator* source) const;
-  /// The small letter, or this character. `source` isn't used.
+  /// The small letter, or this character.
+  /// @param source stands at the character and tells what follows, by which a capital sigma finds
+  ///   its small form; may be null.
   OtChar ToLower(OtStringIterator* source) const;
 
   // The class of the character's order, 1 or 0. No language and no neighbour plays a part.
@@ -471,7 +473,8 @@ class OT95_EXPORT OtString {
   OtString& Trim();
   OtString&
   ToUpper();  ///< Capitals, by the language. One may be longer than its letter: "ß", "SS".
-  OtString& ToLower();  ///< Small letters, by the language.
+  /// Small letters, by the language. A capital sigma at the end of a word becomes the final one.
+  OtString& ToLower();
   /// Every character becomes what `op` makes of it. Pending characters that `op` gives to its
   /// iterator follow, each passed through `op`; the text grows as it has to.
   OtString& Transform(OtCharOperation& op);

@@ -1,5 +1,9 @@
 """Code sets by number, name and codec, and their tables to Unicode and back."""
 
+import functools
+import subprocess
+import unicodedata
+
 REPLACEMENT = 0xfffd
 
 ONE_BYTE = {
@@ -21,31 +25,61 @@ ONE_BYTE = {
     0x23: ('CP860', 'cp860'), 0x24: ('CP861', 'cp861'), 0x25: ('CP862', 'cp862'),
     0x26: ('CP863', 'cp863'), 0x27: ('CP865', 'cp865'), 0x28: ('CP866', 'cp866'),
     0x29: ('CP869', 'cp869'), 0x2a: ('CP737', 'cp737'), 0x2b: ('CP775', 'cp775'),
-    0x30: ('Mac Roman', 'mac_roman'),
+    0x30: ('Mac Roman', 'mac_roman'), 0x31: ('Mac Central European', 'mac_latin2'),
+    0x32: ('Mac Croatian', 'mac_croatian'), 0x33: ('Mac Romanian', 'mac_romanian'),
+    0x34: ('Mac Cyrillic', 'mac_cyrillic'), 0x35: ('Mac Greek', 'mac_greek'),
+    0x36: ('Mac Turkish', 'mac_turkish'), 0x37: ('Mac Icelandic', 'mac_iceland'),
+    0x38: ('Mac Arabic', 'mac_arabic'), 0x39: ('Mac Farsi', 'mac_farsi'),
     0x40: ('EBCDIC 037', 'cp037'), 0x41: ('EBCDIC 500', 'cp500'), 0x42: ('EBCDIC 273', 'cp273'),
     0x43: ('EBCDIC 1026', 'cp1026'), 0x44: ('EBCDIC 1140', 'cp1140'),
+    0x45: ('EBCDIC 1047', 'iconv IBM1047'),
+    **{0x46 + i: (f'EBCDIC {1141 + i}', f'iconv IBM{1141 + i}') for i in range(9)},
+    0x50: ('CP864', 'cp864'), 0x51: ('VISCII', 'iconv VISCII'),
 }
 TWO_BYTE = {0xe1: ('CP932', 'cp932'), 0xe2: ('GBK', 'gbk'), 0xe3: ('Big5', 'cp950'),
-            0xe4: ('CP949', 'cp949')}
-FIRST_EBCDIC = 0x40
+            0xe4: ('CP949', 'cp949'), 0xe8: ('EUC-JP', 'euc_jp'), 0xe9: ('GB18030', 'gb18030'),
+            0xea: ('Big5-HKSCS', 'big5hkscs')}
+FIRST_BEYOND_ASCII = 0x40   # From here on sets have other characters in the place of ASCII's.
+# Bytes that the codec has another way than the maker's own table.
+CORRECTED = {0x42: {0xbc: 0xaf}}
+# The euro of GBK, which came after the set, is a single byte.
+FURTHER_PAIRS = {0xe2: {0x80: 0x20ac}}
+# Lead bytes of characters that CP932 has twice: the others are taken from Unicode.
+SECOND_CHOICE = {0xe1: (0xed, 0xee)}
+VIETNAMESE = 0x1a       # Spells letters with marks of their own behind them.
 SUBSTITUTE, EBCDIC_SUBSTITUTE = 0x1a, 0x3f
 # The reverse tables of one-byte sets begin with these pages as they are, so that the letters of
 # Europe and the Near East are found without a page number.
 KEPT_PAGES = 8
+WIDE_PAGE = 64
 
 
+def decoded_bytes(codec):
+    """What each byte is, as text; empty for a byte without meaning."""
+    if not codec.startswith('iconv '):
+        return [bytes([byte]).decode(codec, 'ignore') for byte in range(256)]
+    text = subprocess.run(['iconv', '-f', codec.split()[1], '-t', 'utf-16be'], check=True,
+                          input=bytes(range(256)), stdout=subprocess.PIPE).stdout
+    assert len(text) == 512, codec
+    return list(text.decode('utf-16be'))
+
+
+@functools.lru_cache(None)
 def to_unicode(number):
     name, codec = ONE_BYTE[number]
     values = []
-    for byte in range(256):
-        text = bytes([byte]).decode(codec, 'replace')
+    for byte, text in enumerate(decoded_bytes(codec)):
         value = ord(text) if len(text) == 1 else REPLACEMENT
         if value == REPLACEMENT and name.startswith('Windows') and 0x80 <= byte < 0xa0:
             value = byte
-        values.append(value)
-    if number < FIRST_EBCDIC:
+        values.append(CORRECTED.get(number, {}).get(byte, value))
+    if number < FIRST_BEYOND_ASCII:
         assert values[:128] == list(range(128)), name
     return values
+
+
+def substitute(number):
+    return EBCDIC_SUBSTITUTE if ONE_BYTE[number][0].startswith('EBCDIC') else SUBSTITUTE
 
 
 def from_unicode(values):
@@ -57,6 +91,7 @@ def from_unicode(values):
     return back
 
 
+@functools.lru_cache(None)
 def double_byte(number):
     """Value of the set to Unicode, and the reverse."""
     codec, forth, back = TWO_BYTE[number][1], {}, {}
@@ -70,18 +105,46 @@ def double_byte(number):
                 continue
             if len(text) == 1 and ord(text) < 0x10000:
                 forth[value] = ord(text)
+    forth.update(FURTHER_PAIRS.get(number, {}))
     for value, unicode in forth.items():
         data = chr(unicode).encode(codec, 'ignore')
-        if len(data) in (1, 2):
-            back[unicode] = int.from_bytes(data, 'big')
+        back[unicode] = int.from_bytes(data, 'big') if len(data) in (1, 2) else value
+    if number in SECOND_CHOICE:
+        back = {}
+        for value in sorted(forth, key=lambda v: (v >> 8 in SECOND_CHOICE[number], v)):
+            back.setdefault(forth[value], value)
+    assert all(forth.get(value) == unicode for unicode, value in back.items()), codec
     return forth, back
+
+
+def spelled_letters():
+    """Letters that a set spells with a mark behind them: (byte, mark's byte) to Unicode."""
+    values = to_unicode(VIETNAMESE)
+    marks = [byte for byte, value in enumerate(values) if unicodedata.combining(chr(value))]
+    letters = {}
+    for byte, value in enumerate(values):
+        for mark in marks:
+            text = unicodedata.normalize('NFC', chr(value) + chr(values[mark]))
+            if byte not in marks and len(text) == 1:
+                letters[byte, mark] = ord(text)
+    return letters
+
+
+def page_rows(values, width, size, missing=0):
+    """A table of `width` values as pages of `size`."""
+    empty = (missing,) * size
+    present = {code // size for code in values if code < width}
+    get = values.get
+    for number in range(width // size):
+        start = number * size
+        yield tuple(get(code, missing) for code in range(start, start + size)) \
+            if number in present else empty
 
 
 def paged(values, width, size, missing=0, kept=0):
     """A table of `width` values as pages of `size`: page numbers and the pages in one row. The
     first `kept` pages stand at the head one by one; without any, page 0 is empty."""
-    rows = [tuple(values.get(start + i, missing) for i in range(size))
-            for start in range(0, width, size)]
+    rows = list(page_rows(values, width, size, missing))
     pages = rows[:kept] if kept else [(missing,) * size]
     places = {}
     for place, page in enumerate(pages):

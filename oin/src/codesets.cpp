@@ -1,5 +1,7 @@
 // Code sets: the constants, mapping by way of Unicode, case data.
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <iterator>
 #include <utility>
@@ -14,22 +16,33 @@ struct NarrowFacts {
   unsigned char number;
   unsigned char substitute;
   unsigned from;
-  const char* name;
+  char name[24];
 };
 
-// A set of two-byte units: where page numbers and pages of its two tables begin.
+// A set of two-byte units: where the page numbers of its two tables begin.
 struct WideFacts {
   unsigned char number;
-  const char* name;
-  unsigned toPages, toValues, fromPages, fromValues;
+  unsigned toPages, fromPages;
+  char name[24];
 };
 
+// A letter that Windows-1258 spells with two bytes.
+struct SpelledLetter {
+  std::uint16_t unicode;
+  unsigned char letter, mark;
+};
+
+}  // namespace
+
+// Outside, because the header's inline functions read some of it.
 #include "data/oin_codes.inc"
 #include "data/oin_wide.inc"
 
+namespace {
+
 constexpr unsigned short kReplacement = 0xfffd;
 constexpr unsigned char kControlSub = 0x1a;
-constexpr unsigned char kFirstEbcdic = 0x40;
+constexpr unsigned char kFirstBeyondAscii = 0x40;
 constexpr unsigned char kTurkish = 28;
 constexpr unsigned char kAzerbaijani = 29;
 constexpr unsigned char kFirstScript = 1;
@@ -45,12 +58,8 @@ class NarrowCodeSet final : public OtCodeSet {
  public:
   explicit constexpr NarrowCodeSet(unsigned index, const OtOrderTable* orders)
       : OtCodeSet(kNarrowFacts[index].number, kNarrowFacts[index].name,
-                  kNarrowFacts[index].substitute, orders) {
-    toUnicode_ = kToUnicode + index * 256;
-    fromUnicode_ = kFromUnicode + kNarrowFacts[index].from;
-    fromPages_ = kFromPages + index * 256;
-    caseData_ = kByteCases + index * 256;
-  }
+                  kNarrowFacts[index].substitute, orders, static_cast<std::uint16_t>(index),
+                  kNarrowFacts[index].from) {}
 
   unsigned char DefaultScript(unsigned char language) const override { return ScriptOf(language); }
 
@@ -63,7 +72,9 @@ class NarrowCodeSet final : public OtCodeSet {
 class WideCodeSet final : public OtCodeSet {
  public:
   explicit constexpr WideCodeSet(const WideFacts& facts)
-      : OtCodeSet(facts.number, facts.name, kControlSub, nullptr), facts_(facts) {}
+      : OtCodeSet(facts.number, facts.name, kControlSub, nullptr),
+        toPages_(facts.toPages),
+        fromPages_(facts.fromPages) {}
 
   unsigned char DefaultScript(unsigned char language) const override { return ScriptOf(language); }
 
@@ -71,22 +82,22 @@ class WideCodeSet final : public OtCodeSet {
     if (fromCodeSet == number) return value;
     const unsigned short unicode = UnicodeOf(value, fromCodeSet);
     if (unicode == 0) return 0;
-    const unsigned short unit = Look(facts_.fromPages, facts_.fromValues, unicode);
+    const unsigned short unit = Look(fromPages_, unicode);
     return unit != 0 ? unit : substitute;
   }
 
   unsigned short ToUnicode(unsigned short value) const {
-    const unsigned short unicode = Look(facts_.toPages, facts_.toValues, value);
+    const unsigned short unicode = Look(toPages_, value);
     return unicode != 0 || value == 0 ? unicode : kReplacement;
   }
 
  private:
-  static unsigned short Look(unsigned pages, unsigned values, unsigned short index) {
+  static unsigned short Look(unsigned pages, unsigned short index) {
     const unsigned page = kWidePages[pages + (index >> 6)];
-    return kWideValues[values + page * 64 + (index & 63U)];
+    return kWideValues[page * 64 + (index & 63U)];
   }
 
-  const WideFacts& facts_;
+  unsigned toPages_, fromPages_;
 };
 
 class UnicodeCodeSet final : public OtCodeSet {
@@ -129,25 +140,31 @@ constexpr NarrowSets<Index...> MakeNarrow(const OtOrderTable* base, std::index_s
 constexpr std::size_t kNarrowCount = std::size(kNarrowFacts);
 constinit const auto kNarrowSets =
     MakeNarrow(&kBaseOrders, std::make_index_sequence<kNarrowCount>());
-constinit const WideCodeSet kWideSets[] = {WideCodeSet(kWideFacts[0]), WideCodeSet(kWideFacts[1]),
-                                           WideCodeSet(kWideFacts[2]), WideCodeSet(kWideFacts[3])};
+template <std::size_t... Index>
+constexpr std::array<WideCodeSet, sizeof...(Index)> MakeWide(std::index_sequence<Index...>) {
+  return {WideCodeSet(kWideFacts[Index])...};
+}
+
+constexpr std::size_t kWideCount = std::size(kWideFacts);
+constinit const auto kWideSets = MakeWide(std::make_index_sequence<kWideCount>());
 constinit const UnicodeCodeSet kUnicodeSet(&kUnicodeOrders);
 constinit const OrderCodeSet kOrderSet;
 
-// Number of a one-byte set to its index and 1, 0 for none.
-struct NarrowIndex {
-  constexpr NarrowIndex() {
-    for (unsigned i = 0; i < kNarrowCount; ++i) {
-      of[kNarrowFacts[i].number] = static_cast<unsigned char>(i + 1);
-    }
+// Number of a set to its place among those of its width and 1, 0 for none.
+template <class Facts>
+constexpr std::array<unsigned char, 256> PlacesOf(const Facts& facts) {
+  std::array<unsigned char, 256> places{};
+  for (std::size_t i = 0; i < std::size(facts); ++i) {
+    places[facts[i].number] = static_cast<unsigned char>(i + 1);
   }
-  unsigned char of[256] = {};
-};
-constexpr NarrowIndex kNarrowIndex;
+  return places;
+}
+constexpr auto kNarrowPlaces = PlacesOf(kNarrowFacts);
+constexpr auto kWidePlaces = PlacesOf(kWideFacts);
 
 const WideCodeSet* FindWide(unsigned char number) {
-  const unsigned index = number - kWideFacts[0].number;
-  return index < std::size(kWideSets) ? &kWideSets[index] : nullptr;
+  const unsigned place = kWidePlaces[number];
+  return place == 0 ? nullptr : &kWideSets[place - 1];
 }
 
 // The Unicode value of a character, U+FFFD for one without; of a one-byte set the low byte counts.
@@ -181,8 +198,8 @@ const OtUnicodeProps* UnicodeCase(unsigned short unicode, unsigned char language
 const OtCodeSet* FindCodeSet(unsigned char number) {
   if (number == OT_CS_UNICODE) return &kUnicodeSet;
   if (number == OT_CS_ORDER) return &kOrderSet;
-  const unsigned index = kNarrowIndex.of[number];
-  if (index != 0) return &kNarrowSets.sets[index - 1];
+  const unsigned place = kNarrowPlaces[number];
+  if (place != 0) return &kNarrowSets.sets[place - 1];
   return FindWide(number);
 }
 
@@ -204,18 +221,44 @@ const OtUnicodeProps* OtCodeSet::GetUnicodeProps(unsigned short value,
                                                  unsigned char language) const {
   if (number == OT_CS_UNICODE) return ot95::UnicodeCase(value, language);
   if (number == OT_CS_ORDER) return nullptr;
-  if (toUnicode_ == nullptr) {
+  if (place_ == kNoPlace) {
     const unsigned short unicode = ot95::UnicodeOf(value, number);
     const OtUnicodeProps* row = ot95::UnicodeCase(unicode, language);
     return row != nullptr && Holds(*this, *row) ? row : nullptr;
   }
   const auto byte = static_cast<unsigned char>(value);
-  const unsigned short unicode = toUnicode_[byte];
+  const unsigned short unicode = UnicodeValues()[byte];
   if ((unicode == 'i' || unicode == 'I') && ot95::HasDotlessI(language)) {
     const OtUnicodeProps* row = ot95::UnicodeCase(unicode, language);
     return Holds(*this, *row) ? row : nullptr;
   }
-  return ot95::CaseRow(caseData_[byte]);
+  return ot95::CaseRow(ot95::kByteCases[place_ * std::size_t{256} + byte]);
+}
+
+bool OtCodeSet::SpellsWithMarks() const {
+  return number == ot95::kVietnamese;
+}
+
+unsigned short OtCodeSet::Spelled(unsigned char letter, unsigned char mark) const {
+  if (!SpellsWithMarks()) return 0;
+  const auto bytes = [](const ot95::SpelledLetter& row) { return row.letter << 8 | row.mark; };
+  const auto* place = std::lower_bound(
+      std::begin(ot95::kSpelledLetters), std::end(ot95::kSpelledLetters), letter << 8 | mark,
+      [&](const ot95::SpelledLetter& row, int wanted) { return bytes(row) < wanted; });
+  const bool found =
+      place != std::end(ot95::kSpelledLetters) && place->letter == letter && place->mark == mark;
+  return found ? place->unicode : 0;
+}
+
+bool OtCodeSet::Spelling(unsigned short unicode, unsigned char& letter, unsigned char& mark) const {
+  if (!SpellsWithMarks() || ByteOf(unicode) != substitute) return false;
+  const auto* place = std::lower_bound(
+      std::begin(ot95::kSpellings), std::end(ot95::kSpellings), unicode,
+      [](const ot95::SpelledLetter& row, unsigned short wanted) { return row.unicode < wanted; });
+  if (place == std::end(ot95::kSpellings) || place->unicode != unicode) return false;
+  letter = place->letter;
+  mark = place->mark;
+  return true;
 }
 
 namespace {
@@ -253,8 +296,9 @@ constexpr std::uint64_t kBeyondKeptPages = 0xf800f800f800f800;
 
 void OtCodeSet::BytesToUnicode(const unsigned char* bytes, std::size_t count,
                                std::uint16_t* target) const {
-  const std::uint64_t beyond = number < ot95::kFirstEbcdic ? kBeyondAsciiBytes : ~std::uint64_t{0};
-  const auto map = [table = toUnicode_](unsigned char byte) { return table[byte]; };
+  const std::uint64_t beyond =
+      number < ot95::kFirstBeyondAscii ? kBeyondAsciiBytes : ~std::uint64_t{0};
+  const auto map = [table = UnicodeValues()](unsigned char byte) { return table[byte]; };
   std::size_t i = 0;
   for (; i + kBlock <= count; i += kBlock) {
     if ((AnyBits(bytes + i) & beyond) == 0) {
@@ -268,11 +312,11 @@ void OtCodeSet::BytesToUnicode(const unsigned char* bytes, std::size_t count,
 
 void OtCodeSet::UnicodeToBytes(const std::uint16_t* source, std::size_t count,
                                unsigned char* bytes) const {
-  const std::uint64_t beyond = number < ot95::kFirstEbcdic ? kBeyondAscii : ~std::uint64_t{0};
-  const auto map = [table = fromUnicode_, pages = fromPages_](std::uint16_t unicode) {
+  const std::uint64_t beyond = number < ot95::kFirstBeyondAscii ? kBeyondAscii : ~std::uint64_t{0};
+  const auto map = [table = Bytes(), pages = Pages()](std::uint16_t unicode) {
     return table[static_cast<unsigned>(pages[unicode >> 8]) << 8 | (unicode & 0xffU)];
   };
-  const auto near = [table = fromUnicode_](std::uint16_t unicode) { return table[unicode]; };
+  const auto near = [table = Bytes()](std::uint16_t unicode) { return table[unicode]; };
   std::size_t i = 0;
   for (; i + kBlock <= count; i += kBlock) {
     const std::uint64_t bits = AnyBits(source + i);

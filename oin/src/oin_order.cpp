@@ -31,7 +31,8 @@ constexpr auto kPlainKeysOf = [] {
 
 constinit const OrderTables kOrderTables = {
     kRecords,    kUnits,         kLists,     kLinks,          kContractions,
-    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data()};
+    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data(),
+    kRules,      kRulePlaces};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

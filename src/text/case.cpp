@@ -89,6 +89,15 @@ class CaseCache {
     return entry >> 16 == unit;
   }
 
+  /// Whether a character's small form depends on its place.
+  bool IsSigma(std::uint16_t unit) const {
+    return op_ == ot95::CaseOp::kLower && ot95::IsCapitalSigma(unit, codeSet_);
+  }
+  ot95::InWord PartOfWord(std::uint16_t unit) const {
+    return ot95::PartOfWord(unit, codeSet_, language_);
+  }
+  std::uint16_t SmallSigma(bool atEnd) const { return ot95::SmallSigma(codeSet_, atEnd); }
+
   /// Asks the tables; a character with a longer capital isn't kept.
   ot95::CaseChange Ask(std::uint16_t unit) {
     const ot95::CaseChange change = ot95::ChangeCase(op_, unit, codeSet_, language_);
@@ -128,6 +137,22 @@ OT95_KEPT_APART CaseCache& CacheOfThread() {
   return caseCache;
 }
 
+/// The small sigma of a place: the final one if a letter stands before it in its word and none
+/// behind.
+template <bool kWide>
+std::uint16_t SigmaAt(const CaseCache& cache, const char* text, const char* at) {
+  constexpr std::ptrdiff_t kWidth = kWide ? 2 : 1;
+  auto before = ot95::InWord::kPassed, behind = ot95::InWord::kPassed;
+  for (const char* place = at; before == ot95::InWord::kPassed;) {
+    if (place == text) break;
+    before = cache.PartOfWord(ot95::LoadUnit(place -= kWidth, kWide));
+  }
+  for (const char* place = at; behind == ot95::InWord::kPassed;) {
+    behind = cache.PartOfWord(ot95::LoadUnit(place += kWidth, kWide));
+  }
+  return cache.SmallSigma(before == ot95::InWord::kLetter && behind != ot95::InWord::kLetter);
+}
+
 /// Changes characters where they stand, up to the terminator or to the first whose other case is
 /// longer. The first `known` bytes may be looked at in words. @return how many were changed.
 template <bool kWide>
@@ -148,9 +173,13 @@ std::size_t ChangeInPlace(CaseCache& cache, char* const text, std::size_t known)
     if (!cache.Find(unit, other)) {
       const std::size_t done = static_cast<std::size_t>(at - text) / kWidth;
       if (unit == 0) return done;
-      const ot95::CaseChange change = cache.Ask(unit);
-      if (change.tail != nullptr) return done;
-      other = change.unit;
+      if (cache.IsSigma(unit)) {
+        other = SigmaAt<kWide>(cache, text, at);
+      } else {
+        const ot95::CaseChange change = cache.Ask(unit);
+        if (change.tail != nullptr) return done;
+        other = change.unit;
+      }
     }
     ot95::StoreUnit(at, other, kWide);
   }

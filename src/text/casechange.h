@@ -17,6 +17,15 @@ struct CaseChange {
 
 CaseChange ChangeCase(CaseOp op, std::uint16_t unit, unsigned char codeSet, unsigned char language);
 
+/// Whether a character is the capital sigma, whose small form depends on what stands around it.
+bool IsCapitalSigma(std::uint16_t unit, unsigned char codeSet);
+/// Its small form in a code set, at the end of a word or within.
+std::uint16_t SmallSigma(unsigned char codeSet, bool atEnd);
+
+/// What a character says of the word that it stands in.
+enum class InWord { kLetter, kPassed, kOutside };
+InWord PartOfWord(std::uint16_t unit, unsigned char codeSet, unsigned char language);
+
 }  // namespace ot95
 
 #endif

@@ -122,6 +122,52 @@ CaseChange ChangeCase(CaseOp op, std::uint16_t unit, unsigned char codeSet,
           longer ? &props->upperTail : nullptr};
 }
 
+namespace {
+
+constexpr std::uint16_t kCapitalSigma = 0x3a3, kSigma = 0x3c3, kFinalSigma = 0x3c2;
+
+std::uint16_t InUnicode(std::uint16_t unit, unsigned char codeSet) {
+  return OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->MapChar(unit, codeSet);
+}
+
+// Accents, apostrophes, stops and hyphens within words.
+bool IsPassed(std::uint16_t unicode) {
+  switch (unicode) {
+    case '\'':
+    case '.':
+    case ':':
+    case 0xad:
+    case 0xb7:
+    case 0x2018:
+    case 0x2019:
+    case 0x2024:
+    case 0x2027:
+      return true;
+    default:
+      return unicode >= 0x300 && unicode < 0x370;
+  }
+}
+
+}  // namespace
+
+bool IsCapitalSigma(std::uint16_t unit, unsigned char codeSet) {
+  return codeSet != 0 && unit != 0 && InUnicode(unit, codeSet) == kCapitalSigma;
+}
+
+std::uint16_t SmallSigma(unsigned char codeSet, bool atEnd) {
+  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(codeSet);
+  const std::uint16_t small = set->MapChar(atEnd ? kFinalSigma : kSigma, OT_CS_UNICODE);
+  return small != set->substitute ? small : set->MapChar(kSigma, OT_CS_UNICODE);
+}
+
+InWord PartOfWord(std::uint16_t unit, unsigned char codeSet, unsigned char language) {
+  if (unit == 0) return InWord::kOutside;
+  const std::uint16_t unicode = InUnicode(unit, codeSet);
+  if (IsPassed(unicode)) return InWord::kPassed;
+  const OtCodeSet* set = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE);
+  return set->GetUnicodeProps(unicode, language) != nullptr ? InWord::kLetter : InWord::kOutside;
+}
+
 }  // namespace ot95
 
 OtChar OtChar::ToUpper(OtStringIterator* source) const {
@@ -131,7 +177,17 @@ OtChar OtChar::ToUpper(OtStringIterator* source) const {
   return OtChar(nullptr, change.unit, codeSet_, language_, OT_FORMAT_NATIVE);
 }
 
-OtChar OtChar::ToLower(OtStringIterator*) const {
+OtChar OtChar::ToLower(OtStringIterator* source) const {
+  if (source != nullptr && ot95::IsCapitalSigma(GetValue(), codeSet_)) {
+    OtStringIterator behind(*source);
+    auto part = ot95::InWord::kPassed;
+    while (part == ot95::InWord::kPassed) {
+      part = ot95::PartOfWord((*++behind).GetValue(), codeSet_, language_);
+    }
+    const bool atEnd = part != ot95::InWord::kLetter;
+    return OtChar(nullptr, ot95::SmallSigma(codeSet_, atEnd), codeSet_, language_,
+                  OT_FORMAT_NATIVE);
+  }
   const ot95::CaseChange change =
       ot95::ChangeCase(ot95::CaseOp::kLower, GetValue(), codeSet_, language_);
   return OtChar(nullptr, change.unit, codeSet_, language_, OT_FORMAT_NATIVE);

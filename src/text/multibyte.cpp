@@ -254,8 +254,8 @@ class UnicodeForm {
       length_ = 0;
       return;
     }
-    ot95::ConvertUnits(text_, source.GetCodeSetCode(), false, length_, mapped_.get(),
-                       OT_CS_UNICODE);
+    length_ = ot95::ConvertUnits(text_, source.GetCodeSetCode(), false, length_, mapped_.get(),
+                                 OT_CS_UNICODE);
     text_ = mapped_.get();
   }
 

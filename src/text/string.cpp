@@ -226,11 +226,14 @@ void OtString::Splice(SpliceMode mode, const ot95::TextSource& source, std::size
     return;
   }
   const std::size_t length = ot95::TextLength(source.text, source.codeSet);
-  const std::unique_ptr<char[]> converted(ot95::NewText((length + 1) * CharWidth(codeSet_)));
+  const std::size_t made =
+      ot95::ConvertedUnits(source.text, source.codeSet, source.reversed, length, codeSet_);
+  const std::unique_ptr<char[]> converted(ot95::NewText((made + 1) * CharWidth(codeSet_)));
   if (converted == nullptr) return;
   ot95::ConvertUnits(source.text, source.codeSet, source.reversed, length, converted.get(),
                      codeSet_);
-  SpliceUnits(mode, {converted.get(), codeSet_, std::min(source.length, length)}, position, repeat);
+  const std::size_t wanted = source.length >= length ? made : std::min(source.length, made);
+  SpliceUnits(mode, {converted.get(), codeSet_, wanted}, position, repeat);
 }
 
 OtString& OtString::Append(const ot95::TextSource& source) {
@@ -280,7 +283,8 @@ void OtString::SpliceUnits(SpliceMode mode, const ot95::TextSource& source, std:
 /// Without memory nothing changes: a text under the label of another width is no text.
 void OtString::Convert(unsigned char codeSet) {
   const std::size_t length = Length();
-  const std::size_t size = (length + 1) * CharWidth(codeSet);
+  const std::size_t made = ot95::ConvertedUnits(buffer_, codeSet_, false, length, codeSet);
+  const std::size_t size = (made + 1) * CharWidth(codeSet);
   ot95::CheckTextSize(size);
   char* fresh = ot95::NewText(size);
   if (fresh == nullptr) return;
@@ -314,7 +318,9 @@ int OtString::CopyMapped(const OtString& source, unsigned char codeSet, short ma
   if (this == &source) return OT_ERR_BAD_ARGUMENT;
   codeSet_ = codeSet;
   language_ = source.language_;
-  const std::size_t available = source.Length();
+  const std::size_t length = source.Length();
+  const std::size_t available =
+      ot95::ConvertedUnits(source.StrGet(), source.codeSet_, false, length, codeSet);
   const std::size_t room = maxChars < 0 ? available : static_cast<std::size_t>(maxChars);
   const std::size_t size = (room + 1) * CharWidth(codeSet);
   ot95::CheckTextSize(size);
@@ -322,8 +328,8 @@ int OtString::CopyMapped(const OtString& source, unsigned char codeSet, short ma
     Adopt(ot95::NewText(size), size);
     if (buffer_ == nullptr) return 0;
   }
-  const std::size_t count = std::min(available, room);
-  ot95::ConvertUnits(source.StrGet(), source.codeSet_, false, count, buffer_, codeSet);
+  const std::size_t count =
+      ot95::ConvertUnits(source.StrGet(), source.codeSet_, false, length, buffer_, codeSet, room);
   // Whoever stores the string takes the whole buffer: nothing of an earlier text stays in it.
   const std::size_t used = count * CharWidth(codeSet);
   std::memset(buffer_ + used, 0, std::max<std::size_t>(memLen_, size) - used);

@@ -71,12 +71,98 @@ void BytesToBytes(const OtCodeSet& from, const char* source, std::size_t count, 
   }
 }
 
+/// Up to two units of the target for one letter of the source.
+struct Step {
+  std::size_t taken = 1, given = 1;
+  std::uint16_t units[2] = {};
+};
+
+/// The way of the sets that spell letters with marks: into them and out of them.
+class Speller {
+ public:
+  Speller(const char* source, unsigned char from, bool reversed, unsigned char to)
+      : source_(source),
+        from_(*OtLanguageContext::QueryCodeSet(from)),
+        to_(*OtLanguageContext::QueryCodeSet(to)),
+        unicode_(*OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)),
+        codeSet_(from),
+        reversed_(reversed) {}
+
+  /// What `count` units become. @return units written; a null target counts them only.
+  std::size_t Run(std::size_t count, char* target, std::size_t room) const {
+    std::size_t written = 0;
+    for (std::size_t at = 0; at < count;) {
+      const Step step = Take(at, count);
+      if (step.given > room - written) break;
+      for (std::size_t i = 0; target != nullptr && i < step.given; ++i) {
+        StoreUnit(target + (written + i) * CharWidth(to_.number), step.units[i],
+                  IsWide(to_.number));
+      }
+      at += step.taken;
+      written += step.given;
+    }
+    return written;
+  }
+
+ private:
+  std::uint16_t UnitAt(std::size_t at) const {
+    return LoadUnit(source_ + at * CharWidth(codeSet_), IsWide(codeSet_), reversed_);
+  }
+
+  Step Take(std::size_t at, std::size_t count) const {
+    Step step;
+    const std::uint16_t unit = UnitAt(at);
+    std::uint16_t letter = unicode_.MapChar(unit, codeSet_);
+    if (from_.SpellsWithMarks() && at + 1 < count) {
+      const std::uint16_t whole = from_.Spelled(static_cast<unsigned char>(unit),
+                                                static_cast<unsigned char>(UnitAt(at + 1)));
+      if (whole != 0) {
+        letter = whole;
+        step.taken = 2;
+      }
+    }
+    unsigned char base = 0, mark = 0;
+    if (to_.Spelling(letter, base, mark)) {
+      step.given = 2;
+      step.units[0] = base;
+      step.units[1] = mark;
+    } else {
+      step.units[0] = to_.MapChar(letter, OT_CS_UNICODE);
+    }
+    return step;
+  }
+
+  const char* source_;
+  const OtCodeSet &from_, &to_, &unicode_;
+  unsigned char codeSet_;
+  bool reversed_;
+};
+
+bool IsSpelled(unsigned char from, unsigned char to) {
+  return from != to && (OtLanguageContext::QueryCodeSet(from)->SpellsWithMarks() ||
+                        OtLanguageContext::QueryCodeSet(to)->SpellsWithMarks());
+}
+
+unsigned char Named(unsigned char codeSet) {
+  return codeSet == 0 ? OtLanguageContext::GetNativeCodeSet() : codeSet;
+}
+
 }  // namespace
 
-void ConvertUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
-                  char* target, unsigned char to) {
-  if (from == 0) from = OtLanguageContext::GetNativeCodeSet();
-  if (to == 0) to = OtLanguageContext::GetNativeCodeSet();
+std::size_t ConvertedUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
+                           unsigned char to) {
+  from = Named(from);
+  to = Named(to);
+  if (!IsSpelled(from, to)) return count;
+  return Speller(source, from, reversed, to).Run(count, nullptr, SIZE_MAX);
+}
+
+std::size_t ConvertUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
+                         char* target, unsigned char to, std::size_t room) {
+  from = Named(from);
+  to = Named(to);
+  if (IsSpelled(from, to)) return Speller(source, from, reversed, to).Run(count, target, room);
+  count = std::min(count, room);
   const OtCodeSet& fromSet = *OtLanguageContext::QueryCodeSet(from);
   const OtCodeSet& toSet = *OtLanguageContext::QueryCodeSet(to);
   const bool fromUnicode = fromSet.number == OT_CS_UNICODE;
@@ -92,6 +178,7 @@ void ConvertUnits(const char* source, unsigned char from, bool reversed, std::si
   } else {
     MapUnits(source, from, reversed, count, target, to);
   }
+  return count;
 }
 
 }  // namespace ot95

@@ -82,10 +82,15 @@ inline char* NewText(std::size_t bytes) {
   return new (std::nothrow) char[bytes];
 }
 
+/// How many units ConvertUnits makes of `count`: as many, but where a set spells letters with marks
+/// behind them (see OtCodeSet::SpellsWithMarks).
+std::size_t ConvertedUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
+                           unsigned char to);
 /// Maps `count` units between code sets, 0 standing for the native one. The result equals that of
-/// mapping character by character.
-void ConvertUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
-                  char* target, unsigned char to);
+/// mapping character by character, letters that are spelled with marks taken as one. @param room
+/// units that may be written; a letter whose mark has no room is left out. @return units written.
+std::size_t ConvertUnits(const char* source, unsigned char from, bool reversed, std::size_t count,
+                         char* target, unsigned char to, std::size_t room = SIZE_MAX);
 
 /// Copies two-byte units, turning each.
 void CopyReversed(const char* source, std::size_t count, char* target);

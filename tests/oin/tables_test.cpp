@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "oin/walk.h"
+#include "ot95/oin_version.h"
 
 namespace {
 
@@ -289,6 +290,28 @@ TEST(Languages, LettersThatDifferAsByAnAccent) {
   }
 }
 
+TEST(Languages, AVersionTellsWhoOrdersAlike) {
+  const auto version = [](const char* tag) {
+    return OtLanguageContext::OrderVersion(OtLanguageContext::LanguageOfTag(tag));
+  };
+  std::map<std::uint64_t, std::string> rules;
+  for (const unsigned char number : Languages(false)) {
+    const std::uint64_t own = OtLanguageContext::OrderVersion(number);
+    const std::string rule = OtLanguageContext::OrderRules(number) +
+                             std::to_string(OtLanguageContext::QueryLanguage(number)->script);
+    EXPECT_NE(own, 0U);
+    EXPECT_EQ(rules.emplace(own, rule).first->second, rule) << unsigned{number};
+  }
+  EXPECT_EQ(version("en"), version("und"));
+  EXPECT_NE(version("es"), version("und"));
+  EXPECT_NE(version("ru"), version("und"));  // Digits and symbols are of its script.
+  EXPECT_EQ(OtLanguageContext::OrderVersion(100), version("und"));  // Nobody's number.
+  EXPECT_EQ(OtLanguageContext::OrderVersion(OT_LANG_DEFAULT), version("und"));
+  EXPECT_GE(OtGetTableVersions().collation, 1U);
+  EXPECT_STREQ(OtLanguageContext::OrderRules(5), "ñ=n.1");
+  EXPECT_STREQ(OtLanguageContext::OrderRules(2), "");
+}
+
 TEST(Languages, EqualSpellings) {
   const struct {
     const char *tag, *one, *other;
@@ -497,6 +520,20 @@ TEST(CodeSets, MapsThereAndBack) {
       {"Big5", 0xe3, 0xa440, 0x4e00},
       {"Korean", 0xe4, 0xb0a1, 0xac00},
       {"ASCII in Korean", 0xe4, 'x', 'x'},
+      {"the ladder form of high, by its second code", 0xe1, 0xfbfc, 0x9ad9},
+      {"roman one, by its first", 0xe1, 0x8754, 0x2160},
+      {"because", 0xe1, 0x81e6, 0x2235},
+      {"euro in GBK", 0xe2, 0x80, 0x20ac},
+      {"macron in EBCDIC 273", 0x42, 0xbc, 0xaf},
+      {"euro in EBCDIC 1141", 0x46, 0x9f, 0x20ac},
+      {"bracket in EBCDIC 1047", 0x45, 0xad, '['},
+      {"percent sign of CP864", 0x50, 0x25, 0x66a},
+      {"VISCII in the place of a control", 0x51, 2, 0x1eb2},
+      {"Mac Cyrillic", 0x34, 0x80, 0x410},
+      {"EUC-JP", 0xe8, 0xa4a2, 0x3042},
+      {"EUC-JP, half width", 0xe8, 0x8eb1, 0xff71},
+      {"GB18030", 0xe9, 0xa2e3, 0x20ac},
+      {"Hong Kong", 0xea, 0xfbfd, 0x5ef4},
       {"none is the native set", 0, 0xe9, 0xe9},
   };
   for (const auto& row : rows) {
@@ -523,7 +560,7 @@ TEST(CodeSets, WhatCantBeMappedIsNeitherZeroNorAWildcard) {
       {"order", OT_CS_UNICODE, 0x400c, OT_CS_ORDER, 0xfffd},
       {"order to bytes", 1, 0x400c, OT_CS_ORDER, 0x1a},
       {"sign-extended byte", OT_CS_UNICODE, 0xffe9, 1, 0xe9},
-      {"set 0xff is wide", OT_CS_UNICODE, 0x430, 0xff, 0xfffd},
+      {"Unicode stands in for set 0xff", OT_CS_UNICODE, 0x430, 0xff, 0x430},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Set(row.to).MapChar(row.value, row.from), row.expected) << row.name;
@@ -560,13 +597,71 @@ TEST(CodeSets, Names) {
   const struct {
     const char* name;
     unsigned char number;
-  } rows[] = {{"ISO-8859-1", 2}, {"iso8859-15", 4}, {"CP1252", 1},     {"windows-1251", 0x0a},
-              {"koi8r", 0x0b},   {"cp037", 0x40},   {"Unicode", 0xfd}, {"cp932", 0xe1},
-              {"UTF-8", 0},      {"", 0},           {"-", 0}};
+  } rows[] = {{"ISO-8859-1", 2},
+              {"iso8859-15", 4},
+              {"CP1252", 1},
+              {"windows-1251", 0x0a},
+              {"koi8r", 0x0b},
+              {"cp037", 0x40},
+              {"Unicode", 0xfd},
+              {"cp932", 0xe1},
+              {"UTF-8", 0},
+              {"", 0},
+              {"-", 0},
+              {"latin1", 2},
+              {"ASCII", 3},
+              {"us", 3},
+              {"Shift_JIS", 0xe1},
+              {"SJIS", 0xe1},
+              {"EUC-KR", 0xe4},
+              {"IBM037", 0x40},
+              {"macintosh", 0x30},
+              {"IBM01141", 0x46},
+              {"ibm1141", 0x46},
+              {"TIS-620", 0x1c},
+              {"csVISCII", 0x51},
+              {"ujis", 0xe8},
+              {"GB2312", 0xe2},
+              {"hebrew", 0x11},
+              {"nonsense", 0},
+              {"cp", 0}};
   for (const auto& row : rows) {
     EXPECT_EQ(OtLanguageContext::CodeSetOfName(row.name), row.number) << row.name;
   }
   EXPECT_EQ(OtLanguageContext::CodeSetOfName(nullptr), 0);
+}
+
+TEST(Languages, Tags) {
+  const struct {
+    const char *tag, *own;
+  } rows[] = {{"de-DE", "de"},
+              {"pt-BR", "pt"},
+              {"zh-TW", "zh-Hant"},
+              {"zh-Hant-TW", "zh-Hant"},
+              {"zh-Hans-HK", "zh-Hans"},
+              {"zh_HK", "zh-Hant"},
+              {"ZH", "zh-Hans"},
+              {"cmn-Hant", "zh-Hant"},
+              {"iw", "he"},
+              {"in", "id"},
+              {"mo", "ro"},
+              {"deu", "de"},
+              {"nn-NO", "nb"},
+              {"no", "nb"},
+              {"sr-RS", "sr"},
+              {"DE-Phonebook", "de-phonebook"},
+              {"sl-rozaj-biske", "sl"},
+              {"de-AT-u-co-phonebk", "de-phonebook"},
+              {"es-u-co-trad", "es-traditional"},
+              {"de-u-co-eor", "de"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(OtLanguageContext::LanguageOfTag(row.tag), OtLanguageContext::LanguageOfTag(row.own))
+        << row.tag;
+    EXPECT_NE(OtLanguageContext::LanguageOfTag(row.own), 0) << row.own;
+  }
+  for (const char* tag : {"", "-", "tlh", "e", "deutsch", "x-de"}) {
+    EXPECT_EQ(OtLanguageContext::LanguageOfTag(tag), 0) << tag;
+  }
 }
 
 // Case data.

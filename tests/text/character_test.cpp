@@ -210,6 +210,32 @@ TEST(Case, OfATextIsThatOfItsCharacters) {
   }
 }
 
+TEST(Case, ASigmaEndsAWordInItsOwnForm) {
+  constexpr unsigned char kGreekWindows = 0x10, kGreek = 27;
+  const struct {
+    const char* name;
+    unsigned char codeSet;
+    std::u16string text, lower;
+  } rows[] = {
+      {"at the end", OT_CS_UNICODE, u"ΟΔΟΣ", u"οδος"},
+      {"within", OT_CS_UNICODE, u"ΣΑΣΑ", u"σασα"},
+      {"before a blank and a stop", OT_CS_UNICODE, u"ΟΔΟΣ ΣΟΦΟΣ. Α", u"οδος σοφος. α"},
+      {"before an accent", OT_CS_UNICODE, u"ΑΣ\u0301", u"ας\u0301"},
+      {"before an apostrophe in its word", OT_CS_UNICODE, u"ΑΣ'Α", u"ασ'α"},
+      {"small letters stay", OT_CS_UNICODE, u"Ασ", u"ασ"},
+      {"bytes", kGreekWindows, u"\xcf\xc4\xcf\xd3", u"\xef\xe4\xef\xf2"},
+  };
+  for (const auto& row : rows) {
+    OtString text = TextOf(row.codeSet, row.text);
+    text.SetLanguageCode(kGreek);
+    OtToLower lower;
+    EXPECT_EQ(UnitsOf(OtString(text).Transform(lower)), row.lower) << row.name;
+    EXPECT_EQ(UnitsOf(text.ToLower()), row.lower) << row.name;
+  }
+  OtString alone = TextOf(OT_CS_UNICODE, u"Σ x");  // The sign of a sum is no word.
+  EXPECT_EQ(UnitsOf(alone.ToLower()), u"σ x");
+}
+
 TEST(Case, NamedTexts) {
   const struct {
     const char* name;

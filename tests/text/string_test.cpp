@@ -181,6 +181,38 @@ TEST_F(String, CodeSetsRelabelOrConvert) {
   EXPECT_EQ(none.MemLen(), 0);
 }
 
+TEST_F(String, LettersThatASetSpellsWithMarksComeApartAndTogether) {
+  constexpr unsigned char kVietnamese = 0x1a, kViscii = 0x51;
+  const struct {
+    const char* name;
+    const char16_t *unicode, *bytes;
+    const char16_t* again;  // From the bytes, where that isn't the text itself.
+  } rows[] = {{"Viet", u"Việt", u"Vi\xea\xf2t", nullptr},
+              {"several", u"Đường ở Huế", u"\xd0\xfd\xf5\xccng \xf5\xd2 Hu\xea\xec", nullptr},
+              {"a byte of its own", u"àé", u"\xe0\xe9", nullptr},
+              {"marks by themselves", u"a\u0300\u0323", u"a\xcc\xf2", u"\u00e0\u0323"},
+              {"a mark at the start", u"\u0301x", u"\xecx", nullptr},
+              {"no letter of it", u"ж", u"\x1a", u"\x1a"}};
+  for (const auto& row : rows) {
+    const std::u16string again = row.again != nullptr ? row.again : row.unicode;
+    OtString text = TextOf(OT_CS_UNICODE, row.unicode), copy, joined(kVietnamese, 1);
+    EXPECT_EQ(text.MapToCodeSet(kVietnamese), 0);
+    EXPECT_EQ(UnitsOf(text), row.bytes) << row.name;
+    EXPECT_EQ(text.MemLen(), std::u16string(row.bytes).size() + 1) << row.name;
+    joined += TextOf(OT_CS_UNICODE, row.unicode);
+    EXPECT_EQ(UnitsOf(joined), row.bytes) << row.name;
+    EXPECT_EQ(copy.CopyMapped(text, OT_CS_UNICODE), static_cast<int>(again.size())) << row.name;
+    EXPECT_EQ(UnitsOf(copy), again) << row.name;
+    text.SetCodeSet(OT_CS_UNICODE);
+    EXPECT_EQ(UnitsOf(text), again) << row.name;
+  }
+  OtString cut, viscii = TextOf(kVietnamese, u"Vi\xea\xf2t");
+  EXPECT_EQ(cut.CopyMapped(TextOf(OT_CS_UNICODE, u"Việt"), kVietnamese, 3), 2) << "no half letter";
+  EXPECT_EQ(UnitsOf(cut), u"Vi");
+  viscii.MapToCodeSet(kViscii);
+  EXPECT_EQ(UnitsOf(viscii), u"Vi\xaet");
+}
+
 TEST_F(String, ConversionWithoutMemoryLeavesTheTextAsItWas) {
   const struct {
     const char* name;

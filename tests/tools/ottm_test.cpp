@@ -338,6 +338,14 @@ TEST(Ottm, TypesHasARowForEachType) {
   EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1 + 41);
 }
 
+TEST(Ottm, ListsLanguagesAndCodeSets) {
+  const std::string languages = Ottm("languages --json").out, sets = Ottm("codesets --json").out;
+  EXPECT_NE(languages.find(R"("number":5,"tag":"es","name":"Spanish","script":1,"rules":"ñ=n.1",)"),
+            std::string::npos);
+  EXPECT_NE(sets.find(R"({"number":225,"name":"CP932","width":2})"), std::string::npos);
+  EXPECT_NE(Ottm("languages").out.find("collation 1\n"), std::string::npos);
+}
+
 TEST(Ottm, KeyIsReadWordByWord) {
   const Outcome outcome = Ottm("key 'Ab1' --form big-endian");
   EXPECT_EQ(outcome.out,

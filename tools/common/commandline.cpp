@@ -88,6 +88,7 @@ std::string VersionText() {
           std::to_string(compilerVersion);
   text += "\nUnicode   " + std::string(tables.unicode);
   text += "\nCLDR      " + std::string(tables.cldr);
+  text += "\ncollation " + std::to_string(tables.collation);
   return text;
 }
 

@@ -45,6 +45,7 @@ void AddInt64Commands(CommandList& list);
 void AddDateCommands(CommandList& list);
 void AddEstimateCommands(CommandList& list);
 void AddInspectCommands(CommandList& list);
+void AddLanguageCommands(CommandList& list);
 
 }  // namespace ottm
 

@@ -20,6 +20,7 @@ CommandList AllCommands() {
   AddInt64Commands(list);
   AddDateCommands(list);
   AddInspectCommands(list);
+  AddLanguageCommands(list);
   return list;
 }
 

@@ -56,6 +56,16 @@ class OT95_EXPORT OtLanguageContext {
     return record->number != 0 ? record : nullptr;
   }
 
+  /// The version of a language's order: a hash over every word, contraction and expansion that its
+  /// texts can meet. Never 0. Keys of texts that were made under another version are out of order:
+  /// an engine keeps it beside each index and builds the index anew where it differs.
+  /// OT_LANG_DEFAULT asks for the default language; a language that nobody knows orders as the
+  /// neutral one, and has its version.
+  static std::uint64_t OrderVersion(unsigned char language);
+  /// What a language orders its own way, in the notation of the tables' generator, as UTF-8: one
+  /// item a letter, separated by blanks. Empty for one that orders as all, or that nobody knows.
+  static const char* OrderRules(unsigned char language);
+
   /// The code set of new strings.
   static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
   /// Sets the default code set. @return 0, or OT_ERR_BAD_ARGUMENT for 0xfe and 0xff.
@@ -82,10 +92,15 @@ class OT95_EXPORT OtLanguageContext {
   /// The set of raw 8-bit text: OT_CS_BASE8.
   static unsigned char GetNativeCodeSet() { return OT_CS_BASE8; }
 
-  /// Number of the language with a tag such as "sv" or "de-phonebook", in any case; 0 for none.
+  /// Number of the language with a BCP 47 tag such as "sv", "pt-BR", "zh-Hant-TW", "sr-Latn" or
+  /// "de-u-co-phonebk", in any case, '_' for '-' and outdated codes ("iw") allowed; also with this
+  /// library's own tags such as "de-phonebook". What a tag says behind a language that is known
+  /// counts as far as it leads to another order. 0 for a language that has no number.
   static unsigned char LanguageOfTag(const char* tag);
-  /// Number of the code set with a name such as "ISO-8859-2"; case and punctuation don't matter,
-  /// and "CP1252" is "Windows-1252". 0 for none.
+  /// Number of the code set with a name such as "ISO-8859-2", "latin1", "SJIS" or "IBM037": those
+  /// of IANA's registry with their aliases, and this library's own. Case and punctuation don't
+  /// matter. A name that stands for part of a set finds the whole, "EUC-KR" that of CP949. 0 for
+  /// none, "UTF-8" among them, for its characters are neither one byte nor two.
   static unsigned char CodeSetOfName(const char* name);
   /// Takes what it knows of a locale name such as "de_DE.ISO-8859-1" as defaults: its language,
   /// its code set. UTF-8 leaves the code set alone. @return how many parts it took, 0 to 2.

@@ -41,6 +41,13 @@ inline constexpr unsigned char OT_CS_ORDER =
 inline constexpr unsigned char OT_CS_DEFAULT =
     0xff;  ///< As an argument: the default. Never stored.
 
+namespace ot95 {
+/// The tables of all one-byte sets, one behind another: see UnicodeValues and ByteOf.
+OT95_EXPORT extern const std::uint16_t kCodeSetUnicode[];
+OT95_EXPORT extern const std::uint8_t kCodeSetPages[];
+OT95_EXPORT extern const std::uint8_t kCodeSetBytes[];
+}  // namespace ot95
+
 /// Case data of a character. `upper` and `lower` are in Unicode, 0 for none. Records are constant.
 struct OtUnicodeProps {
   std::uint16_t upper;    ///< The capital, or its first character.
@@ -59,7 +66,7 @@ class OT95_EXPORT OtCodeSet {
   virtual unsigned short MapChar(unsigned short value, unsigned char fromCodeSet) const = 0;
 
   const OtOrderTable* orderTable;  ///< Null: characters go through Unicode to their orders.
-  const char* name;                ///< "ISO-8859-2".
+  char name[24];                   ///< "ISO-8859-2".
   unsigned char number;            ///< The set's own number.
   /// What stands for a character that the set doesn't have: the SUB control, in Unicode U+FFFD.
   /// Never '?', which would become a wildcard, and never 0, which would end the text.
@@ -70,26 +77,49 @@ class OT95_EXPORT OtCodeSet {
   const OtUnicodeProps* GetUnicodeProps(unsigned short value, unsigned char language) const;
 
   /// The Unicode values of the 256 bytes, 0xfffd for a byte without meaning; null for a wide set.
-  const std::uint16_t* UnicodeValues() const { return toUnicode_; }
+  const std::uint16_t* UnicodeValues() const {
+    return place_ == kNoPlace ? nullptr : ot95::kCodeSetUnicode + place_ * std::size_t{256};
+  }
   /// The byte of a Unicode value in a one-byte set, `substitute` for none.
   unsigned char ByteOf(unsigned short unicode) const {
-    return fromUnicode_[static_cast<unsigned>(fromPages_[unicode >> 8]) << 8 | (unicode & 0xffU)];
+    const std::size_t page = Pages()[unicode >> 8];
+    return Bytes()[page << 8 | (unicode & 0xffU)];
   }
   /// Maps `count` bytes of a one-byte set to Unicode in the machine's order, zeros too.
   void BytesToUnicode(const unsigned char* bytes, std::size_t count, std::uint16_t* target) const;
   /// Maps `count` Unicode values to bytes of a one-byte set, `substitute` where there is none.
   void UnicodeToBytes(const std::uint16_t* source, std::size_t count, unsigned char* bytes) const;
 
+  /// Whether the set spells some letters with a mark of its own behind them, as Windows-1258 does:
+  /// then the Unicode form of a text may be shorter, and the text longer than its Unicode form.
+  bool SpellsWithMarks() const;
+  /// The Unicode value of the letter that two bytes spell, 0 for none.
+  unsigned short Spelled(unsigned char letter, unsigned char mark) const;
+  /// The letter and the mark that spell a Unicode value which has no byte of its own. @return
+  /// whether there are such.
+  bool Spelling(unsigned short unicode, unsigned char& letter, unsigned char& mark) const;
+
  protected:
+  static constexpr std::uint16_t kNoPlace = 0xffff;
+
   constexpr OtCodeSet(unsigned char setNumber, const char* setName, unsigned short setSubstitute,
-                      const OtOrderTable* orders)
-      : orderTable(orders), name(setName), number(setNumber), substitute(setSubstitute) {}
+                      const OtOrderTable* orders, std::uint16_t place = kNoPlace,
+                      std::uint32_t bytes = 0)
+      : orderTable(orders),
+        name{},
+        number(setNumber),
+        substitute(setSubstitute),
+        place_(place),
+        bytes_(bytes) {
+    for (std::size_t i = 0; i + 1 < sizeof name && setName[i] != 0; ++i) name[i] = setName[i];
+  }
   ~OtCodeSet() = default;
 
-  const std::uint16_t* toUnicode_ = nullptr;
-  const std::uint8_t* fromUnicode_ = nullptr;
-  const std::uint8_t* fromPages_ = nullptr;
-  const std::uint16_t* caseData_ = nullptr;  ///< Per byte the index of its case data.
+  const std::uint8_t* Pages() const { return ot95::kCodeSetPages + place_ * std::size_t{256}; }
+  const std::uint8_t* Bytes() const { return ot95::kCodeSetBytes + bytes_; }
+
+  std::uint16_t place_;  ///< Among the one-byte sets.
+  std::uint32_t bytes_;  ///< Where its way from Unicode begins.
 };
 
 #endif

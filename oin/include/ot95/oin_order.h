@@ -56,10 +56,12 @@ struct OtLanguage {
   std::uint16_t tailorsOrder;  ///< Non-zero: the language replaces some records by its own.
   unsigned char number;        ///< 1 to 0x7f.
   unsigned char script;        ///< Script byte of characters that have none of their own.
-  const char* tag;             ///< "sv", "de-phonebook"; ISO 639-1 in the plain case.
-  const char* name;            ///< In English: "Swedish".
+  char tag[16];                ///< "sv", "de-phonebook"; ISO 639-1 in the plain case.
+  char name[28];               ///< In English: "Swedish".
   /// Bits of the ASCII characters that it sorts its own way, alone or before another letter.
   std::uint64_t ownAscii[2];
+  /// See OtLanguageContext::OrderVersion.
+  std::uint64_t orderVersion;
 
   /// Whether the record of `character` is the whole answer when `next` follows, without a look at
   /// its lists. Only ever true for ASCII; most letters of most texts end here. For null languages
@@ -121,6 +123,8 @@ struct OrderTables {
   const OtLanguage* languages;
   const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
   const std::uint32_t* plainKeys;  ///< See PlainKey.
+  const char* rules;               ///< How each language orders, where rulePlaces says.
+  const std::uint16_t* rulePlaces;
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 

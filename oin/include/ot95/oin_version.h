@@ -7,10 +7,12 @@
 
 #include "ot95/base.h"
 
-/// Zero-terminated texts that live as long as the library.
+/// Lives as long as the library.
 struct OtTableVersions {
-  const char* unicode;  ///< Of the Unicode Character Database and its collation table: "15.0.0".
-  const char* cldr;     ///< Of the Common Locale Data Repository: "41".
+  char unicode[12];    ///< Of the Unicode Character Database and its collation table: "15.0.0".
+  char cldr[12];       ///< Of the Common Locale Data Repository: "41".
+  unsigned collation;  ///< The number of the collation, from 1: it rises whenever an order word
+                       ///< changes anywhere. OtLanguageContext::OrderVersion tells of a language.
 };
 
 /// The versions of the tables that are loaded.
