@@ -1,6 +1,7 @@
 """Writes the tables as C++ and the assignments as text."""
 
 import codesets
+from tables import combining_classes
 from tailoring import own_ascii
 
 HEADER = '''\
@@ -55,6 +56,15 @@ def orders(tables):
             + array('ContractionSet', 'kContractions', contractions)
             + array('TailoringSet', 'kTailorings', tailorings)
             + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
+
+
+def marks(database):
+    """Combining classes, and how letters come apart into others and marks."""
+    pages, classes = codesets.paged(combining_classes(database), 0x10000, 64)
+    pairs = (braces((code,) + pair) for code, pair in sorted(database.marked.items()))
+    return (numbers('std::uint8_t', 'kClassPages', pages)
+            + numbers('std::uint8_t', 'kClasses', classes)
+            + array('MarkedCharacter', 'kMarked', pairs))
 
 
 def languages(members):

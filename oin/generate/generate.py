@@ -74,7 +74,7 @@ def main():
     os.makedirs(options.output, exist_ok=True)
     case_text = emit.cases(cases, tables.units)
     write(options.output, 'oin_data.inc', emit.HEADER + emit.orders(tables)
-          + emit.languages(members) + emit.units(tables.units))
+          + emit.marks(database) + emit.languages(members) + emit.units(tables.units))
     write(options.output, 'oin_codes.inc',
           emit.HEADER + case_text + emit.one_byte_sets(cases))
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())

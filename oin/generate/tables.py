@@ -1,11 +1,11 @@
 """Lays nodes and languages out as the arrays that the library reads."""
 
 import codesets
-from orders import Order
 from tailoring import FIRST_MARK, Nodes
 
 CONTRACTIONS, TAILORING, EXPANSION, LOW_FOLLOWERS = 1, 2, 4, 8
-FOLLOWS, FOLLOWS_TAILORED, ABSENT = 0x10, 0x20, 0x80
+FOLLOWS, FOLLOWS_TAILORED, COMBINES, ABSENT = 0x10, 0x20, 0x40, 0x80
+DECOMPOSES = 255    # In the place of a mark's combining class: it stands for others.
 
 
 def order_key(word, script):
@@ -43,7 +43,7 @@ class Runs:
 
 class Tables:
     def __init__(self, database, common, languages):
-        self.common, self.languages = common, languages
+        self.database, self.common, self.languages = database, common, languages
         self.wide = common.nodes
         self.narrow, self.narrow_memo = Nodes(), {}
         self.to_bytes = codesets.from_unicode(codesets.to_unicode(1))
@@ -129,6 +129,8 @@ class Tables:
             common = [node for where, node, _ in self.records if where is nodes and node]
             self.follow[nodes] = self._reached(nodes, common)
             self.follow_tailored[nodes] = self._reached(nodes, own) - self.follow[nodes]
+        self.follow[self.wide] |= set(self.database.classes)
+        self.follow_tailored[self.wide] -= self.follow[self.wide]
 
     @staticmethod
     def _reached(nodes, start):
@@ -150,6 +152,11 @@ class Tables:
             value = code if nodes is self.wide else self.to_bytes[code]
             flags |= FOLLOWS if value in self.follow[nodes] else 0
             flags |= FOLLOWS_TAILORED if value in self.follow_tailored[nodes] else 0
+            if nodes is self.wide and (code in self.database.classes
+                                       or code in self.database.marked):
+                flags |= COMBINES
+            if self.common.orders.weighs_nothing(code):
+                flags |= EXPANSION      # To no words at all.
         expansion = contraction = tailoring = 0
         if len(order.words) > 1:
             flags |= EXPANSION
@@ -179,7 +186,7 @@ class Tables:
         return self.tailorings.number((masks[0], masks[1], self.numbers.place(records)))
 
 
-def words_of(nodes, node):
-    order = nodes.order(node)
-    assert isinstance(order, Order)
-    return order.words
+def combining_classes(database):
+    """Class of each combining mark."""
+    return {code: DECOMPOSES if code in database.marked else number
+            for code, number in database.classes.items()}

@@ -13,6 +13,8 @@ from alphabets import (FREE_NUMBERS, LATIN, LATIN_LAST, NAMED_MARKS, latin_slot,
 from orders import Order
 
 
+# The voicing marks behind half-width kana, which take a place of their own.
+HALF_WIDTH_MARKS = {0x3099: 0xff9e, 0x309a: 0xff9f}
 FIRST_MARK = 0x300  # Heads in ASCII contract with nothing below it, save in some languages.
 
 
@@ -57,6 +59,13 @@ class Common:
         self.marks = {}     # Base to the marks that compose with it.
         for composed, (base, mark) in database.pairs.items():
             self.marks.setdefault(base, {})[mark] = composed
+        self.capitals = {}  # Capital and mark to a small letter that has no capital of its own.
+        for composed, (base, mark) in database.pairs.items():
+            capital = database.chars[base].upper if base in database.chars else 0
+            if capital and database.chars[composed].category == 'Ll' \
+                    and not database.chars[composed].upper \
+                    and mark not in self.marks.get(capital, {}):
+                self.capitals.setdefault(capital, {})[mark] = composed
         self.prefixed = {}  # Prefixed vowel to consonants, from the default table.
         for key in database.elements:
             if len(key) == 2 and key[0] in database.prefixed:
@@ -65,12 +74,35 @@ class Common:
 
     def node(self, code):
         if code not in self.memo:
-            self.memo[code] = self.nodes.intern(self.orders.of[code], self._children(code))
+            target = self.original(code)
+            self.memo[code] = self.node(target) if target != code else \
+                self.nodes.intern(self.orders.of[code], self._children(code))
         return self.memo[code]
 
+    def original(self, code):
+        """The character that this one is another encoding or the narrow form of."""
+        target = self.db.singleton(code)
+        same = target in self.orders.of and self.orders.of[target] == self.orders.of[code]
+        return self.original(target) if same and self.db.chars[code].tag != 'wide' else code
+
+    def composed(self, code):
+        """What a character composes to, by the mark behind it."""
+        marks = dict(self.marks.get(code, {}))
+        for mark, narrow in HALF_WIDTH_MARKS.items():
+            if mark in marks:
+                marks[narrow] = marks[mark]
+        return marks
+
+    def capital(self, small, order_of):
+        """The node of a capital that is written as another one and marks."""
+        children = {mark: self.capital(composed, order_of)
+                    for mark, composed in self.composed(small).items()}
+        return self.nodes.intern(order_of(small).cased(0), children)
+
     def _children(self, code):
-        children = {mark: self.node(composed)
-                    for mark, composed in self.marks.get(code, {}).items()}
+        children = {mark: self.node(composed) for mark, composed in self.composed(code).items()}
+        children.update((mark, self.capital(small, self.orders.of.get))
+                        for mark, small in self.capitals.get(code, {}).items())
         for consonant in self.prefixed.get(code, ()):
             consonant_order, vowel = self.orders.of[consonant], self.orders.of[code]
             words = consonant_order.words + vowel.words
@@ -268,6 +300,10 @@ class Language:
     def node(self, code):
         """The node of a character in this language, with all its contractions."""
         if code not in self.memo:
+            target = self.common.original(code)
+            if target != code and code not in self.own:
+                self.memo[code] = self.node(target)
+                return self.memo[code]
             explicit = self._continuations((code,))
             children = self._composites(code)
             children.update((char, self._sequence((code, char))) for char in explicit)
@@ -279,8 +315,10 @@ class Language:
 
     def _composites(self, code):
         children = self.nodes.children(self.common.node(code))
-        for mark, composed in self.common.marks.get(code, {}).items():
+        for mark, composed in self.common.composed(code).items():
             children[mark] = self.node(composed)
+        for mark, small in self.common.capitals.get(code, {}).items():
+            children[mark] = self.common.capital(small, self._order)
         return children
 
     def _continuations(self, start):
@@ -313,9 +351,12 @@ class Language:
         pending = list(candidates)
         while pending:      # What a tailored composite is composed of is tailored as well.
             pair = self.db.pairs.get(pending.pop())
-            if pair and pair[0] not in candidates:
-                candidates.add(pair[0])
-                pending.append(pair[0])
+            if pair:
+                front = {pair[0], capital(pair[0], self.db)} - candidates
+                candidates |= front
+                pending += front
+        candidates.update(code for code in self.db.chars
+                          if self.common.original(code) in candidates)
         return {code: self.node(code) for code in sorted(candidates)
                 if self.node(code) != self.common.node(code)}
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "data.h"
 
@@ -29,11 +30,22 @@ constexpr auto kPlainKeysOf = [] {
 
 }  // namespace
 
-constinit const OrderTables kOrderTables = {
-    kRecords,    kUnits,         kLists,     kLinks,          kContractions,
-    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data()};
+constinit const OrderTables kOrderTables = {kRecords,        kUnits,
+                                            kLists,          kLinks,
+                                            kContractions,   kTailorings,
+                                            kRecordNumbers,  kLanguages,
+                                            &kUnicodeOrders, kPlainKeysOf.data(),
+                                            kClassPages,     kClasses,
+                                            kMarked,         std::size(kMarked)};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
+
+const MarkedCharacter* FindMarked(unsigned short unicode) {
+  const auto* place = std::lower_bound(
+      std::begin(kMarked), std::end(kMarked), unicode,
+      [](const MarkedCharacter& row, unsigned short value) { return row.character < value; });
+  return place != std::end(kMarked) && place->character == unicode ? place : nullptr;
+}
 
 }  // namespace ot95
 

@@ -50,6 +50,7 @@ inline std::vector<std::uint32_t> Keys(const std::u16string& text, const OtCodeS
       keys.push_back(0x14000000U | static_cast<std::uint32_t>(text[i]) << 8);
       continue;
     }
+    if (record->WeighsNothing()) continue;
     record = Tailor(record, speech);
     while (i + 1 < text.size()) {
       const OtOrderRecord* pair = Contract(record, text[i + 1]);

@@ -48,6 +48,9 @@ class OtOrderTable;
 /// The first of the combining marks. They, and the consonants behind prefixed vowels, are all from
 /// here on up; most heads of contractions have no other followers.
 inline constexpr unsigned short OT_FIRST_MARK = 0x300;
+/// The orders of combining marks, among those of symbols.
+inline constexpr unsigned short OT_FIRST_MARK_ORDER = 0x150;
+inline constexpr unsigned short OT_LAST_MARK_ORDER = 0x3f7;
 /// The most characters that contract into one.
 inline constexpr int OT_LONGEST_CONTRACTION = 5;
 
@@ -109,6 +112,13 @@ struct TailoringSet {
   std::uint16_t firstRecord;
 };
 
+/// A character that ends in combining marks when it is taken apart, as its canonical decomposition
+/// says: what it was without the last of them, and that mark. A mark of 0: another encoding of
+/// `front`.
+struct MarkedCharacter {
+  std::uint16_t character, front, mark;
+};
+
 /// The collation tables: every array stands in read-only memory, indices lead from one to another.
 struct OrderTables {
   const OtOrderRecord* records;
@@ -121,6 +131,10 @@ struct OrderTables {
   const OtLanguage* languages;
   const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
   const std::uint32_t* plainKeys;  ///< See PlainKey.
+  const std::uint8_t* classPages;
+  const std::uint8_t* classes;    ///< See CombiningClass.
+  const MarkedCharacter* marked;  ///< By rising character.
+  std::uint32_t markedCount;
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 
@@ -143,6 +157,16 @@ inline constexpr std::uint32_t kLetterKey = 0x400000;
 inline std::uint32_t PlainKey(unsigned short unicode) {
   return unicode < kPlainKeys ? kOrderTables.plainKeys[unicode] : 0;
 }
+
+/// The canonical combining class of a mark, 0 for all other characters. kDecomposes for a mark that
+/// stands for one or two others.
+inline unsigned CombiningClass(unsigned short unicode) {
+  return kOrderTables.classes[kOrderTables.classPages[unicode >> 6] << 6 | (unicode & 63)];
+}
+inline constexpr unsigned kDecomposes = 255;
+
+/// How a character comes apart; null if it doesn't end in a mark.
+OT95_EXPORT const MarkedCharacter* FindMarked(unsigned short unicode);
 
 }  // namespace ot95
 
@@ -182,11 +206,12 @@ struct OtOrderRecord {
   enum : unsigned char {
     kContractions = 1,        ///< Heads a contraction.
     kTailoring = 2,           ///< Some language has a record of its own.
-    kExpansion = 4,           ///< More order words follow the first.
+    kExpansion = 4,           ///< More order words follow the first, or there are none.
     kWork = 7,                ///< None of these: the record is the whole answer.
     kLowFollowers = 8,        ///< Some follower is below OT_FIRST_MARK.
     kFollows = 0x10,          ///< The character may stand behind a head, in any language.
     kFollowsTailored = 0x20,  ///< The same, behind a head of a language that tailors.
+    kCombines = 0x40,         ///< A combining mark, or a character that has one in it.
     kAbsent = 0x80            ///< There is no record: a place in the table only.
   };
   std::uint32_t key;    ///< The comparable key; bits 31 to 24 are 0 where script is.
@@ -215,6 +240,15 @@ struct OtOrderRecord {
   constexpr bool Follows(bool tailoring) const {
     return (flags & (tailoring ? kFollows | kFollowsTailored : kFollows)) != 0;
   }
+
+  /// Whether this is the record of a combining mark alone.
+  constexpr bool IsMark() const {
+    return (flags & (kCombines | kFollows)) == (kCombines | kFollows);
+  }
+
+  /// Whether a walk passes over the character: soft hyphens, joiners, variation selectors and their
+  /// like only tell how others are drawn. The order serves OtOrderOfChar alone then.
+  bool WeighsNothing() const { return hasExpansion() != 0 && expansion()->count == 0; }
 
   /// Order words behind the first; a stable list, empty when there are none.
   inline const OtWCharList* expansion() const;

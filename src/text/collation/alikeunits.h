@@ -60,7 +60,7 @@ inline constexpr UnitRange kByteCapitals[] = {{'A', 'Z'}};
 inline constexpr UnitRange kLatinNoFollowers[] = {{1, OT_FIRST_MARK - 1}};
 template <class Unit>
 inline constexpr UnitRange kNoFollowers[] = {
-    {1, OT_FIRST_MARK - 1}, {0x370, 0x52f}, {0x1e00, 0x1eff}};
+    {1, OT_FIRST_MARK - 1}, {0x370, 0x482}, {0x488, 0x52f}, {0x1e00, 0x1eff}};
 template <>
 inline constexpr UnitRange kNoFollowers<std::uint8_t>[] = {{1, 0x7f}};
 

@@ -213,6 +213,7 @@ class InStep {
   const OtOrderRecord* RecordAlone(const char* place, std::uintptr_t end) const {
     const Value unit = UnitAt<Unit>(place, end);
     const OtOrderRecord* record = &reader_.At(unit);
+    if (unit != 0 && HasMarksBehind(record->flags, place, end)) return nullptr;
     if (tailors_) {
       if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
     }
@@ -224,6 +225,15 @@ class InStep {
       if (far && reader_.OfValue(next).Follows(tailors_)) return nullptr;
     }
     return record;
+  }
+
+  /// Whether marks behind a character have to be looked at together with it.
+  bool HasMarksBehind(unsigned flags, const char* place, std::uintptr_t end) const {
+    const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
+    if (next < OT_FIRST_MARK || !reader_.OfValue(next).IsMark()) return false;
+    if ((flags & OtOrderRecord::kCombines) != 0) return true;
+    const unsigned short third = reader_.Value(UnitAt<Unit>(place + 2 * sizeof(Unit), end));
+    return third >= OT_FIRST_MARK && reader_.OfValue(third).IsMark();
   }
 
   /// One character on both sides, or one pass of the plain walk.

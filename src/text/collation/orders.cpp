@@ -76,17 +76,6 @@ unsigned short OrderWalk::MapToTable(unsigned short unit, unsigned char codeSet,
       ->MapChar(unit, codeSet != 0 ? codeSet : OtLanguageContext::GetNativeCodeSet());
 }
 
-/// The character at a place as the order table knows it, 0 at the end.
-inline unsigned short OrderWalk::CharacterAt(const char* place) const {
-  if (reinterpret_cast<std::uintptr_t>(place) >= end_) return 0;
-  if (!wide_) {
-    const unsigned char byte = static_cast<unsigned char>(*place);
-    return toUnicode_ != nullptr ? toUnicode_[byte] : byte;
-  }
-  const unsigned short unit = LoadUnit(place, true, reversed_);
-  return mapped_ ? MapToTable(unit, codeSet_, true) : unit;
-}
-
 /// What stands behind the character that is being resolved: first what is pending, then the text.
 struct OrderWalk::Following {
   OrderWalk& walk;
@@ -107,7 +96,8 @@ struct OrderWalk::Following {
   }
 };
 
-/// Whether the character at `next` has to be looked up among those that follow a head.
+/// Whether the character at `next` has to be looked up among those that follow a head, or may be a
+/// mark that has its place before one of the head's own.
 inline bool OrderWalk::MayContract(const OtOrderRecord& record, const char* next) const {
   if ((record.flags & OtOrderRecord::kLowFollowers) != 0) return true;
   if (!wide_) return false;  // no byte is a combining mark
@@ -123,7 +113,9 @@ std::uint32_t OrderWalk::NextKey(bool wantScript) {
   const OtOrderRecord& record = wide_ ? table_->AtWide(LoadWide(position_))
                                       : table_->AtByte(static_cast<unsigned char>(*position_));
   const char* const next = position_ + (wide_ ? 2 : 1);
-  if ((record.flags & work_) != 0 || (record.hasContractions() && MayContract(record, next))) {
+  constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
+  if ((record.flags & work_) != 0 ||
+      ((record.flags & kWithNext) != 0 && MayContract(record, next))) {
     return NextKeyAtLength(true);
   }
   const std::uint32_t key = record.Key(defaultScript_);
@@ -134,13 +126,40 @@ std::uint32_t OrderWalk::NextKey(bool wantScript) {
 }
 
 std::uint32_t OrderWalk::NextKeyAtLength(bool wantScript) {
+  if (pending_ == &kMarksPending) return NextOfRun(wantScript);
   if (pending_ != nullptr || codeSet_ == OT_CS_ORDER) return NextPending(wantScript);
-  const unsigned short character = CharacterAt(position_);
-  if (character == 0) return 0;
-  position_ += wide_ ? 2 : 1;
+  return NextCharacterKey(wantScript, true);
+}
+
+/// @param ordersMarks whether marks are met in canonical order.
+std::uint32_t OrderWalk::NextCharacterKey(bool wantScript, bool ordersMarks) {
+  unsigned short character = CharacterAt(position_);
   const OtOrderRecord* record = &table_->At(character);
+  while (record->WeighsNothing()) {
+    position_ += wide_ ? 2 : 1;
+    character = CharacterAt(position_);
+    record = &table_->At(character);
+  }
+  if (character == 0) return 0;
+  const char* const start = position_;
+  position_ += wide_ ? 2 : 1;
   if (record->absent()) return KeyOfUnknown(character, wantScript);
-  record = Resolve(record, language_, Following{*this, mapped_});
+  if (ordersMarks && BeginsRun(*record, character, position_)) {
+    return BeginRun(start, start, wantScript);
+  }
+  if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
+  while (record->hasContractions()) {
+    const unsigned short next = CharacterAt(position_);
+    const OtOrderRecord* pair = record->Contracted(next);
+    if (pair == nullptr) break;
+    const char* const place = position_;
+    position_ += wide_ ? 2 : 1;
+    const OtOrderRecord& follower = table_->At(next);
+    if (ordersMarks && !follower.IsMark() && BeginsRun(follower, next, position_)) {
+      return BeginRun(start, place, wantScript);
+    }
+    record = pair;
+  }
   if (record->hasExpansion()) {
     // The walk stays on the last character until all of its words are delivered.
     position_ -= wide_ ? 2 : 1;
