@@ -55,7 +55,7 @@ def orders(tables):
             + array('OrderLinks', 'kLinks', map(braces, tables.links.rows))
             + array('ContractionSet', 'kContractions', contractions)
             + array('TailoringSet', 'kTailorings', tailorings)
-            + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
+            + numbers('std::uint32_t', 'kRecordNumbers', tables.numbers.values))
 
 
 def marks(database):

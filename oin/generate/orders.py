@@ -79,6 +79,7 @@ class Orders:
         self._classify()
         self._number_symbols()
         self._number_others()
+        self._pairs()
         self._aliases()
         self._multiple_words()
         self._fold()
@@ -312,6 +313,19 @@ class Orders:
             script = alphabets.SCRIPTS.get(self.db.scripts.get(code), 0)
             self.of[code] = Order(script, (SYMBOL + number,))
             number += 1
+        assert SYMBOL + number <= DIGIT
+
+    def _pairs(self):
+        """Symbols beyond the first plane are numbered behind the others. Their halves have records,
+        so that they can contract; these sort as halves without any do, by their value."""
+        self.pairs, number = {}, FIRST_FREE_SYMBOL + len(self.symbols)
+        for code in sorted(self.db.pair_symbols, key=self._sort_key):
+            lead, trail = 0xd7c0 + (code >> 10), 0xdc00 + (code & 0x3ff)
+            self.pairs.setdefault(lead, {})[trail] = Order(0, (SYMBOL + number,))
+            self.of[lead] = Order(OTHER, (lead,))
+            number += 1
+        for trail in {trail for trails in self.pairs.values() for trail in trails}:
+            self.of[trail] = Order(OTHER, (trail,))
         assert SYMBOL + number <= DIGIT
 
     def _number_others(self):

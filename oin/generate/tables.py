@@ -54,7 +54,7 @@ class Tables:
         self.links = Pool((0, 0, 0))
         self.records = []           # Numbers first, contents last: (nodes, node, head, flags).
         self.record_of = {}
-        self._pages(sorted(database.chars))
+        self._pages(sorted(common.orders.of))
         self._narrow_page()
         self._heads()
         self._fill()
@@ -120,7 +120,7 @@ class Tables:
         while index < len(self.records):    # Grows while it runs.
             self.rows.append(self._row(*self.records[index]))
             index += 1
-        assert index < 0x10000 and len(self.numbers.values) < 0x10000
+        assert len(self.links.rows) < 0x10000
 
     def _followers(self):
         self.follow, self.follow_tailored = {}, {}
@@ -155,7 +155,7 @@ class Tables:
             if nodes is self.wide and (code in self.database.classes
                                        or code in self.database.marked):
                 flags |= COMBINES
-            if self.common.orders.weighs_nothing(code):
+            if code in self.database.chars and self.common.orders.weighs_nothing(code):
                 flags |= EXPANSION      # To no words at all.
         expansion = contraction = tailoring = 0
         if len(order.words) > 1:

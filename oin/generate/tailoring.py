@@ -103,6 +103,8 @@ class Common:
         children = {mark: self.node(composed) for mark, composed in self.composed(code).items()}
         children.update((mark, self.capital(small, self.orders.of.get))
                         for mark, small in self.capitals.get(code, {}).items())
+        children.update((trail, self.nodes.intern(order, {}))
+                        for trail, order in self.orders.pairs.get(code, {}).items())
         for consonant in self.prefixed.get(code, ()):
             consonant_order, vowel = self.orders.of[consonant], self.orders.of[code]
             words = consonant_order.words + vowel.words

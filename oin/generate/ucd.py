@@ -31,6 +31,12 @@ def simple(field):
     return code if code < 0x10000 else 0
 
 
+def read_pair_symbols(path):
+    """Symbols beyond the first plane: emoji and their like."""
+    return [int(field[0], 16) for field in rows(path)
+            if len(field[0]) > 4 and field[2][0] == 'S']
+
+
 def read_characters(path):
     chars, start = {}, None
     for field in rows(path):
@@ -68,7 +74,7 @@ def read_elements(path):
     for field in rows(path):
         if len(field) == 2:
             key = tuple(int(part, 16) for part in field[0].split())
-            if max(key) < 0x10000:
+            if max(key) < 0x10000 or len(key) == 1:
                 table[key] = tuple(Element(*(int(part, 16) for part in match))
                                    for match in pattern.findall(field[1]))
     return table
@@ -112,6 +118,7 @@ class Database:
         def at(name):
             return os.path.join(unicode_dir, name)
         self.chars = read_characters(at('UnicodeData.txt'))
+        self.pair_symbols = read_pair_symbols(at('UnicodeData.txt'))
         self.scripts = {code: names[0] for code, names in read_property(at('Scripts.txt')).items()}
         properties = read_property(at('PropList.txt'))
         self.spaces = sorted(c for c, names in properties.items() if 'White_Space' in names)
@@ -144,8 +151,8 @@ class Database:
 
     def singleton(self, code):
         """The character that this one is only another encoding or another width of, or None."""
-        char = self.chars[code]
-        if len(char.decomposition) == 1 and char.tag in ('', 'wide', 'narrow'):
+        char = self.chars.get(code)
+        if char and len(char.decomposition) == 1 and char.tag in ('', 'wide', 'narrow'):
             return char.decomposition[0]
         return None
 

@@ -62,7 +62,7 @@ const OtOrderRecord* OtOrderRecord::SearchContraction(unsigned short next) const
   const std::uint16_t* first = set.followers.begin();
   const std::uint16_t* place = std::lower_bound(first, set.followers.end(), next);
   if (place == set.followers.end() || *place != next) return nullptr;
-  return kOrderTables.records + kOrderTables.recordNumbers[set.firstRecord + (place - first)];
+  return kOrderTables.records + (kOrderTables.recordNumbers + set.firstRecord)[place - first];
 }
 
 namespace {
@@ -80,7 +80,7 @@ OtLanguageList OtOrderRecord::languages() const {
 
 OtOrderRecordList OtOrderRecord::tailorings() const {
   const ot95::TailoringSet& set = Tailorings();
-  return {CountLanguages(set), set.firstRecord};
+  return {CountLanguages(set), static_cast<std::int32_t>(set.firstRecord)};
 }
 
 int OtLanguageList::GetAt(int index, const OtLanguage** out) const {

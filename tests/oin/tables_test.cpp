@@ -82,7 +82,7 @@ TEST(OrderRecords, WordsOfWellKnownCharacters) {
 }
 
 bool IsRecordless(unsigned c) {
-  return (c >= 0xd800 && c < 0xf900) || c >= 0xfff0 || c == 0x378 || c == 0x2e9a;
+  return (c >= 0xe000 && c < 0xf900) || c >= 0xfff0 || c == 0x378 || c == 0x2e9a;
 }
 
 TEST(OrderRecords, EveryRecordKeepsTheRanges) {

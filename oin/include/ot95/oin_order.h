@@ -103,13 +103,13 @@ struct OrderLinks {
 struct ContractionSet {
   OtWCharList followers;
   std::uint16_t lowest, highest;
-  std::uint16_t firstRecord;
+  std::uint32_t firstRecord;
 };
 
 /// Which languages have a record of their own; those records follow each other from firstRecord.
 struct TailoringSet {
   std::uint64_t languages[2];
-  std::uint16_t firstRecord;
+  std::uint32_t firstRecord;
 };
 
 /// A character that ends in combining marks when it is taken apart, as its canonical decomposition
@@ -127,7 +127,7 @@ struct OrderTables {
   const OrderLinks* links;
   const ContractionSet* contractions;
   const TailoringSet* tailorings;
-  const std::uint16_t* recordNumbers;
+  const std::uint32_t* recordNumbers;
   const OtLanguage* languages;
   const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
   const std::uint32_t* plainKeys;  ///< See PlainKey.
@@ -338,7 +338,7 @@ inline const OtWCharList* OtOrderRecord::contractionChars() const {
 inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
   const ot95::ContractionSet& set =
       ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions];
-  return {set.followers.count, set.firstRecord};
+  return {set.followers.count, static_cast<std::int32_t>(set.firstRecord)};
 }
 
 inline bool OtOrderRecord::IsTailored(const OtLanguage& language) const {
@@ -352,9 +352,10 @@ inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) 
   const ot95::TailoringSet& set = Tailorings();
   const unsigned number = language->number & 0x7fU;
   const std::uint64_t bit = std::uint64_t{1} << (number & 63U);
-  int index = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
-  if (number >= 64) index += __builtin_popcountll(set.languages[0]);
-  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[set.firstRecord + index];
+  const int own = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
+  const int low = number >= 64 ? __builtin_popcountll(set.languages[0]) : 0;
+  const std::uint32_t index = set.firstRecord + static_cast<std::uint32_t>(own + low);
+  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[index];
 }
 
 inline const OtOrderRecord* OtOrderRecord::Contracted(unsigned short next) const {

@@ -139,7 +139,8 @@ class InStep {
   /// Whether a record that may be part of what stands before it has to be looked at from there.
   /// @param flags of the records at a place before which the texts are alike from `start` on.
   bool MayBeReached(unsigned flags, const char* place, const char* start) const {
-    constexpr unsigned kByAll = OtOrderRecord::kAbsent | OtOrderRecord::kFollows;
+    constexpr unsigned kByAll =
+        OtOrderRecord::kAbsent | OtOrderRecord::kFollows | OtOrderRecord::kExpansion;
     if ((flags & kByAll) != 0) return true;
     return tailors_ && (flags & OtOrderRecord::kFollowsTailored) != 0 && HasHead(place, start);
   }
@@ -163,7 +164,7 @@ class InStep {
       const unsigned short value = reader_.Value(unit);
       return value >= 0xfff0 || value == AsteriskWord() || value == QuestionWord();
     }
-    return record.Follows(tailors_);
+    return record.Follows(tailors_) || record.WeighsNothing();
   }
 
   /// Whether a text goes on with symbols and something real behind them.
