@@ -1,6 +1,7 @@
 """Writes the tables as C++ and the assignments as text."""
 
 import codesets
+import ideographs as han
 from tables import combining_classes
 from tailoring import own_ascii
 
@@ -67,17 +68,23 @@ def marks(database):
             + array('MarkedCharacter', 'kMarked', pairs))
 
 
+def ideographs(ranks):
+    """Words of ideographs in the languages that have an order of their own for them."""
+    return numbers('std::uint16_t', 'kIdeographs', [word for row in ranks for word in row])
+
+
 def languages(members):
     by_number = {language.number: language for language in members}
     items = []
     for number in range(128):
         language = by_number.get(number)
         if language is None:
-            items.append('{0,0,0,nullptr,nullptr,{0,0}}')
+            items.append('{0,0,0,nullptr,nullptr,{0,0},-1}')
             continue
         own = ','.join(map(hex, own_ascii(language)))
-        items.append(f'{{{int(bool(language.heads))},{number},{language.script},'
-                     f'"{language.tag}","{language.name}",{{{own}}}}}')
+        ranked = list(han.SOURCES).index(language.tag) if language.tag in han.SOURCES else -1
+        items.append(f'{{{int(bool(language.heads) or ranked >= 0)},{number},{language.script},'
+                     f'"{language.tag}","{language.name}",{{{own}}},{ranked}}}')
     return array('OtLanguage', 'kLanguages', items)
 
 

@@ -13,6 +13,7 @@ import sys
 import casing
 import check
 import emit
+import ideographs
 import languages
 import tailoring
 import versions
@@ -70,11 +71,12 @@ def main():
             print(f'{len(changed)} orders would change, such as:', *changed[:10], sep='\n')
             return 1
     tables = Tables(database, common, members)
+    ranks = [ideographs.table(options.cldr, tag) for tag in ideographs.SOURCES]
     cases = casing.Cases(database)
     os.makedirs(options.output, exist_ok=True)
     case_text = emit.cases(cases, tables.units)
     write(options.output, 'oin_data.inc', emit.HEADER + emit.orders(tables)
-          + emit.marks(database) + emit.languages(members) + emit.units(tables.units))
+          + emit.marks(database) + emit.ideographs(ranks) + emit.languages(members) + emit.units(tables.units))
     write(options.output, 'oin_codes.inc',
           emit.HEADER + case_text + emit.one_byte_sets(cases))
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())

@@ -1,10 +1,13 @@
 """Lays nodes and languages out as the arrays that the library reads."""
 
 import codesets
+from alphabets import OTHER
+from ideographs import FIRST_FURTHER_WORD, FIRST_WORD, FURTHER, UNIFIED
 from tailoring import FIRST_MARK, Nodes
 
 CONTRACTIONS, TAILORING, EXPANSION, LOW_FOLLOWERS = 1, 2, 4, 8
 FOLLOWS, FOLLOWS_TAILORED, COMBINES, ABSENT = 0x10, 0x20, 0x40, 0x80
+FIRST_HAN = 0x8000
 DECOMPOSES = 255    # In the place of a mark's combining class: it stands for others.
 
 
@@ -166,6 +169,8 @@ class Tables:
             flags |= CONTRACTIONS | (LOW_FOLLOWERS if min(children) < FIRST_MARK else 0)
             contraction = self._contraction(nodes, children)
         heads = self.wide_heads if nodes is self.wide else self.narrow_heads
+        if order.words[0] >= FIRST_HAN and order_is_ranked(order):
+            flags |= TAILORING      # By a table of its own; no language is listed.
         if code in heads:
             flags |= TAILORING
             tailoring = self._tailoring(nodes, heads[code])
@@ -184,6 +189,12 @@ class Tables:
             masks[number >> 6] |= 1 << (number & 63)
         records = tuple(self._record(nodes, node) for _, node in sorted(pairs))
         return self.tailorings.number((masks[0], masks[1], self.numbers.place(records)))
+
+
+def order_is_ranked(order):
+    """Whether languages may hand out the word of this ideograph in another order."""
+    first, block = (FIRST_WORD, UNIFIED) if order.script != OTHER else (FIRST_FURTHER_WORD, FURTHER)
+    return first <= order.words[0] < first + len(block)
 
 
 def combining_classes(database):

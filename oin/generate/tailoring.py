@@ -10,11 +10,15 @@ import re
 
 from alphabets import (FREE_NUMBERS, LATIN, LATIN_LAST, NAMED_MARKS, latin_slot, letter_word,
                        with_accent)
-from orders import Order
+import rules as rules_of_cldr
+from kana import repeated
+from layout import Layout
+from orders import DIGIT, Order
 
 
 # The voicing marks behind half-width kana, which take a place of their own.
 HALF_WIDTH_MARKS = {0x3099: 0xff9e, 0x309a: 0xff9f}
+FROM_CLDR = 'CLDR'  # In the place of rules: the whole alphabet as CLDR has it.
 FIRST_MARK = 0x300  # Heads in ASCII contract with nothing below it, save in some languages.
 
 
@@ -145,12 +149,25 @@ class Language:
         self.reordered = []
         self.alone = set()      # Tailored letters whose composites stay with the small letter.
         for rule in rules.split():
-            self._apply(*self._parse(rule))
+            if rule == FROM_CLDR:
+                self._lay_out()
+            else:
+                self._apply(*self._parse(rule))
+        if self.tag == 'ja':
+            self._repeat_kana()
         self._follow()
         for letters in self.reordered:
             self._reorder(letters)
         self.memo = {}
-        self.heads = self._tailored_heads() if rules else {}
+        self.heads = self._tailored_heads()
+
+    def _lay_out(self):
+        tokens = rules_of_cldr.tokens(rules_of_cldr.read(self.db.cldr, self.tag))
+        layout = Layout(self.db, self.orders, self.common, self.script, tokens)
+        self.own.update(layout.orders_of_characters())
+        for string, order in layout.orders_of_strings():
+            self._set(string, order)
+        self.alone.update(self.own)
 
     # Rules.
 
@@ -183,6 +200,16 @@ class Language:
             return LATIN_LAST + int(text[1:])
         letter, _, extension = text.partition('.')
         return latin_slot(letter, int(extension))
+
+    def _repeat_kana(self):
+        accents = {}
+        for pair, kana in repeated(self.db):
+            first, again = self.orders.of[pair[0]], self.orders.of[kana].words[0]
+            slot = again & 0x7f
+            if slot not in accents:
+                accents[slot] = self._free(first.script, slot, FREE_NUMBERS)
+            self._set(pair, Order(first.script,
+                                  first.words + (with_accent(again, accents[slot]),)))
 
     def _words(self, letters):
         return self.strings.get(tuple(letters)) or self.own.get(letters[0]) \
@@ -235,7 +262,8 @@ class Language:
                 fields.append(3 if not any(part) else 0 if all(part) else 1 if part[0] else 2)
             return Order(order.script, cased(order, fields[0]) + cased(order, fields[1]))
         first, second = (self.orders.of[c] for c in target)
-        accent = self.orders.of[written[0]].words[0] >> 7 & 31
+        accent = self.orders.of[written[0]].words[0] >> 7 & 31 or \
+            self._free(first.script, first.words[0] & 0x7f, FREE_NUMBERS)
         return Order(first.script,
                      (with_accent(cased(first, case)[0], accent), cased(second, case)[0]))
 
@@ -289,7 +317,14 @@ class Language:
             self.own[code] = Order(order.script, words)
 
     def _reorder(self, letters):
-        """Hands the accent numbers of the letters out again in rising order."""
+        """Hands the accent numbers of the letters out again in rising order; marks that are symbols
+        exchange their words."""
+        orders = [self._words([ord(c)]) for c in letters]
+        if orders[0].words[0] < DIGIT:
+            words = sorted(order.words for order in orders)
+            self.own.update((ord(c), Order(order.script, own))
+                            for c, order, own in zip(letters, orders, words))
+            return
         for row in (letters, letters.upper()):
             current = [self._words([ord(c)]) for c in row]
             numbers = sorted(order.words[0] >> 7 & 31 for order in current)
@@ -308,7 +343,9 @@ class Language:
                 return self.memo[code]
             explicit = self._continuations((code,))
             children = self._composites(code)
-            children.update((char, self._sequence((code, char))) for char in explicit)
+            composed = self.common.composed(code)   # Their strings begin with the composite, too.
+            children.update((char, self._sequence((code, char))) for char in explicit
+                            if char not in composed)
             self.memo[code] = self.nodes.intern(self._order(code), children)
         return self.memo[code]
 

@@ -127,6 +127,7 @@ class Database:
         core = read_property(at('DerivedCoreProperties.txt'))
         self.ignorable = {c for c, names in core.items() if 'Default_Ignorable_Code_Point' in names}
         self.elements = read_elements(at('allkeys.txt'))
+        self.cldr = cldr_dir
         self.living = read_living(os.path.join(cldr_dir, 'main'))
         self.special_upper = read_special_capitals(at('SpecialCasing.txt'))
         self.folded = {int(field[0], 16): int(field[2], 16)

@@ -36,7 +36,8 @@ constinit const OrderTables kOrderTables = {kRecords,        kUnits,
                                             kRecordNumbers,  kLanguages,
                                             &kUnicodeOrders, kPlainKeysOf.data(),
                                             kClassPages,     kClasses,
-                                            kMarked,         std::size(kMarked)};
+                                            kMarked,         std::size(kMarked),
+                                            kIdeographs};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

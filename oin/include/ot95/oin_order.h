@@ -63,6 +63,8 @@ struct OtLanguage {
   const char* name;            ///< In English: "Swedish".
   /// Bits of the ASCII characters that it sorts its own way, alone or before another letter.
   std::uint64_t ownAscii[2];
+  /// Which of the tables of ideographs it follows; negative: the order of their codes.
+  std::int32_t ideographs;
 
   /// Whether the record of `character` is the whole answer when `next` follows, without a look at
   /// its lists. Only ever true for ASCII; most letters of most texts end here. For null languages
@@ -135,6 +137,7 @@ struct OrderTables {
   const std::uint8_t* classes;    ///< See CombiningClass.
   const MarkedCharacter* marked;  ///< By rising character.
   std::uint32_t markedCount;
+  const std::uint16_t* ideographs;  ///< See RankedKey.
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 
@@ -164,6 +167,27 @@ inline unsigned CombiningClass(unsigned short unicode) {
   return kOrderTables.classes[kOrderTables.classPages[unicode >> 6] << 6 | (unicode & 63)];
 }
 inline constexpr unsigned kDecomposes = 255;
+
+// Ideographs of the first plane have words in the order of their codes, unless a language hands
+// the same words out in another order.
+inline constexpr unsigned kUnifiedHan = 0xad80;  ///< Word of U+4E00.
+inline constexpr unsigned kUnifiedHanCount = 0x5200;
+inline constexpr unsigned kFurtherHan = 0x8000;  ///< Word of U+3400, beyond the alphabets.
+inline constexpr unsigned kFurtherHanCount = 0x19c0;
+
+/// The key of an ideograph as `language` ranks it; any other key as it is.
+inline std::uint32_t RankedKey(std::uint32_t key, const OtLanguage& language) {
+  const bool further = key >> 24 == 0x14;
+  const unsigned place = (key >> 8 & 0xffff) - (further ? kFurtherHan : kUnifiedHan);
+  if (place >= (further ? kFurtherHanCount : kUnifiedHanCount) || language.ideographs < 0) {
+    return key;
+  }
+  const std::uint16_t* words =
+      kOrderTables.ideographs +
+      static_cast<unsigned>(language.ideographs) * (kUnifiedHanCount + kFurtherHanCount);
+  const unsigned word = words[place + (further ? kUnifiedHanCount : 0)];
+  return (key & 0xff000000) | word << 8;
+}
 
 /// How a character comes apart; null if it doesn't end in a mark.
 OT95_EXPORT const MarkedCharacter* FindMarked(unsigned short unicode);

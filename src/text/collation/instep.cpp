@@ -210,22 +210,27 @@ class InStep {
     return at;
   }
 
-  /// The record that is the whole answer for the character at a place; null if there is none.
-  const OtOrderRecord* RecordAlone(const char* place, std::uintptr_t end) const {
+  /// In place of a key: the character's record isn't the whole answer.
+  static constexpr std::uint32_t kNotAlone = UINT32_MAX;
+
+  /// The key of the character at a place by its record alone.
+  std::uint32_t KeyAlone(const char* place, std::uintptr_t end) const {
     const Value unit = UnitAt<Unit>(place, end);
     const OtOrderRecord* record = &reader_.At(unit);
-    if (unit != 0 && HasMarksBehind(record->flags, place, end)) return nullptr;
-    if (tailors_) {
+    if (unit != 0 && HasMarksBehind(record->flags, place, end)) return kNotAlone;
+    const bool mayBeRanked = tailors_ && record->hasTailoring();
+    if (mayBeRanked) {
       if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
     }
     const unsigned flags = record->flags;
-    if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return nullptr;
+    if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return kNotAlone;
     if ((flags & OtOrderRecord::kContractions) != 0) {
       const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
       const bool far = (flags & OtOrderRecord::kLowFollowers) != 0 || next >= OT_FIRST_MARK;
-      if (far && reader_.OfValue(next).Follows(tailors_)) return nullptr;
+      if (far && reader_.OfValue(next).Follows(tailors_)) return kNotAlone;
     }
-    return record;
+    const std::uint32_t key = record->Key(defaultScript_);
+    return mayBeRanked ? RankedKey(key, *language_) : key;
   }
 
   /// Whether marks behind a character have to be looked at together with it.
@@ -239,10 +244,9 @@ class InStep {
 
   /// One character on both sides, or one pass of the plain walk.
   [[gnu::noinline]] Places Advance(Places at) {
-    const OtOrderRecord* record1 = RecordAlone(at.one, text1_.end);
-    const OtOrderRecord* record2 = RecordAlone(at.two, text2_.end);
-    if (record1 == nullptr || record2 == nullptr) return AdvancePlainly(at);
-    return Take(at, record1->Key(defaultScript_), record2->Key(defaultScript_));
+    const std::uint32_t key1 = KeyAlone(at.one, text1_.end);
+    const std::uint32_t key2 = KeyAlone(at.two, text2_.end);
+    return key1 == kNotAlone || key2 == kNotAlone ? AdvancePlainly(at) : Take(at, key1, key2);
   }
 
   /// The keys of the characters at the two places.
@@ -276,12 +280,11 @@ class InStep {
         std::uint32_t key = plain.KeyAt(place, end);
         if (key == 0) {
           if (UnitAt<Unit>(place, end) == 0) return key;
-          const OtOrderRecord* record = RecordAlone(place, end);
-          if (record == nullptr) {
+          key = KeyAlone(place, end);
+          if (key == kNotAlone) {
             alone = false;
             return std::uint32_t{0};
           }
-          key = record->Key(defaultScript_);
         }
         place += sizeof(Unit);
         if (IsReal(key) || !levels.Ignores(key)) return key;

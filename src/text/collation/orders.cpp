@@ -176,6 +176,9 @@ std::uint32_t OrderWalk::KeyOfRecord(const OtOrderRecord* record, unsigned char 
     const unsigned char* script = record->scriptRef();
     script_ = script != nullptr ? *script : defaultScript;
   }
+  if (record->hasTailoring() && language_ != nullptr) {
+    return ComposeOrderKey(OrderOfKey(RankedKey(record->key, *language_)), script_);
+  }
   return ComposeOrderKey(record->order(), script_);
 }
 
