@@ -177,6 +177,8 @@ inline constexpr unsigned kFurtherHanCount = 0x19c0;
 
 /// The key of an ideograph as `language` ranks it; any other key as it is.
 inline std::uint32_t RankedKey(std::uint32_t key, const OtLanguage& language) {
+  constexpr std::uint32_t kHan = 0x800000;  // words of letters and all before them are below
+  if ((key & kHan) == 0) return key;
   const bool further = key >> 24 == 0x14;
   const unsigned place = (key >> 8 & 0xffff) - (further ? kFurtherHan : kUnifiedHan);
   if (place >= (further ? kFurtherHanCount : kUnifiedHanCount) || language.ideographs < 0) {

@@ -72,8 +72,9 @@ constexpr bool AnyHas(const UnitRange (&ranges)[count], unsigned unit) {
   return has;
 }
 
+/// Whether a character is sure to be no mark, and no part of a contraction that all languages have.
 inline bool IsNoFollower(unsigned value) {
-  return AnyHas(kNoFollowers<std::uint16_t>, value);
+  return value < kPlainKeys && kOrderTables.plainKeys[value] != 0;
 }
 
 /// Whether a unit is a capital that is folded.

@@ -214,29 +214,33 @@ class InStep {
   static constexpr std::uint32_t kNotAlone = UINT32_MAX;
 
   /// The key of the character at a place by its record alone.
-  std::uint32_t KeyAlone(const char* place, std::uintptr_t end) const {
+  [[gnu::always_inline]] inline std::uint32_t KeyAlone(const char* place,
+                                                       std::uintptr_t end) const {
     const Value unit = UnitAt<Unit>(place, end);
     const OtOrderRecord* record = &reader_.At(unit);
-    if (unit != 0 && HasMarksBehind(record->flags, place, end)) return kNotAlone;
-    const bool mayBeRanked = tailors_ && record->hasTailoring();
-    if (mayBeRanked) {
-      if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
-    }
+    const unsigned common = record->flags;
+    const OtOrderRecord* own = tailors_ ? record->Tailored(language_) : nullptr;
+    if (own != nullptr) record = own;
     const unsigned flags = record->flags;
     if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return kNotAlone;
-    if ((flags & OtOrderRecord::kContractions) != 0) {
+    if (unit != 0) {
       const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
-      const bool far = (flags & OtOrderRecord::kLowFollowers) != 0 || next >= OT_FIRST_MARK;
-      if (far && reader_.OfValue(next).Follows(tailors_)) return kNotAlone;
+      if (next >= OT_FIRST_MARK) {
+        if (NeedsNext(common | flags, next, place, end)) return kNotAlone;
+      } else if ((flags & OtOrderRecord::kLowFollowers) != 0) {
+        if (reader_.OfValue(next).Follows(tailors_)) return kNotAlone;
+      }
     }
     const std::uint32_t key = record->Key(defaultScript_);
-    return mayBeRanked ? RankedKey(key, *language_) : key;
+    return tailors_ && own == nullptr ? RankedKey(key, *language_) : key;
   }
 
-  /// Whether marks behind a character have to be looked at together with it.
-  bool HasMarksBehind(unsigned flags, const char* place, std::uintptr_t end) const {
-    const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
-    if (next < OT_FIRST_MARK || !reader_.OfValue(next).IsMark()) return false;
+  /// Whether a character has to be looked at together with what follows: it may contract, or marks
+  /// are behind it whose order isn't that of the text.
+  bool NeedsNext(unsigned flags, unsigned short next, const char* place, std::uintptr_t end) const {
+    const OtOrderRecord& follower = reader_.OfValue(next);
+    if ((flags & OtOrderRecord::kContractions) != 0) return follower.Follows(tailors_);
+    if (!follower.IsMark()) return false;
     if ((flags & OtOrderRecord::kCombines) != 0) return true;
     const unsigned short third = reader_.Value(UnitAt<Unit>(place + 2 * sizeof(Unit), end));
     return third >= OT_FIRST_MARK && reader_.OfValue(third).IsMark();

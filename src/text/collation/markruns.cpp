@@ -124,16 +124,17 @@ class OrderWalk::Run {
 
 /// Whether the character with the marks behind it, which begin at `next`, has to be seen in
 /// canonical order: it begins a run of two or more of them, or its own belong behind the next one.
-bool OrderWalk::BeginsRun(const OtOrderRecord& record, unsigned short character,
-                          const char* next) const {
+/// @param flags of the character's record, whatever the language makes of it.
+bool OrderWalk::BeginsRun(unsigned flags, unsigned short character, const char* next) const {
   constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
-  if ((record.flags & kWithNext) == 0) return false;
+  if ((flags & kWithNext) == 0) return false;
   const unsigned short mark = CharacterAt(next);
   if (!IsMark(mark)) return false;
-  if (record.IsMark()) return true;
+  constexpr unsigned kMark = OtOrderRecord::kCombines | OtOrderRecord::kFollows;
+  if ((flags & kMark) == kMark) return true;
   const unsigned markClass = CombiningClass(mark);
   if (markClass == kDecomposes || IsMark(CharacterAt(next + (wide_ ? 2 : 1)))) return true;
-  return (record.flags & OtOrderRecord::kCombines) != 0 && LastClass(character) > markClass;
+  return (flags & OtOrderRecord::kCombines) != 0 && LastClass(character) > markClass;
 }
 
 /// At `start` stands a character that contracts up to `place`, where a run begins.
@@ -155,7 +156,7 @@ std::uint32_t OrderWalk::NextOfRun(bool wantScript) {
   const std::ptrdiff_t width = wide_ ? 2 : 1;
   if (pendingIndex_ == kAsItStands) {
     pending_ = nullptr;
-    const std::uint32_t key = NextCharacterKey(wantScript, false);
+    const std::uint32_t key = NextKeyAsItStands(wantScript);
     if (pending_ == nullptr && IsMark(CharacterAt(position_))) {
       pending_ = &kMarksPending;
       pendingIndex_ = kAsItStands;
@@ -169,7 +170,7 @@ std::uint32_t OrderWalk::NextOfRun(bool wantScript) {
   for (;; place += width) {
     const unsigned short character = CharacterAt(place);
     const OtOrderRecord* record = &table_->At(character);
-    if (BeginsRun(*record, character, place + width)) break;
+    if (BeginsRun(record->flags, character, place + width)) break;
     const OtOrderRecord* other =
         head == nullptr ? record->Tailored(language_) : head->Contracted(character);
     head = other != nullptr ? other : record;

@@ -128,37 +128,52 @@ std::uint32_t OrderWalk::NextKey(bool wantScript) {
 std::uint32_t OrderWalk::NextKeyAtLength(bool wantScript) {
   if (pending_ == &kMarksPending) return NextOfRun(wantScript);
   if (pending_ != nullptr || codeSet_ == OT_CS_ORDER) return NextPending(wantScript);
-  return NextCharacterKey(wantScript, true);
+  return NextCharacterKey<true>(wantScript);
 }
 
-/// @param ordersMarks whether marks are met in canonical order.
-std::uint32_t OrderWalk::NextCharacterKey(bool wantScript, bool ordersMarks) {
+std::uint32_t OrderWalk::NextKeyAsItStands(bool wantScript) {
+  return NextCharacterKey<false>(wantScript);
+}
+
+/// @tparam ordersMarks whether marks are met in canonical order.
+template <bool ordersMarks>
+[[gnu::always_inline]] inline std::uint32_t OrderWalk::NextCharacterKey(bool wantScript) {
+  constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
+  const std::ptrdiff_t width = wide_ ? 2 : 1;
   unsigned short character = CharacterAt(position_);
   const OtOrderRecord* record = &table_->At(character);
-  while (record->WeighsNothing()) {
-    position_ += wide_ ? 2 : 1;
+  while (record->hasExpansion() && record->WeighsNothing()) [[unlikely]] {
+    position_ += width;
     character = CharacterAt(position_);
     record = &table_->At(character);
   }
   if (character == 0) return 0;
-  const char* const start = position_;
-  position_ += wide_ ? 2 : 1;
-  if (record->absent()) return KeyOfUnknown(character, wantScript);
-  if (ordersMarks && BeginsRun(*record, character, position_)) {
-    return BeginRun(start, start, wantScript);
+  if (record->absent()) {
+    position_ += width;
+    return KeyOfUnknown(character, wantScript);
   }
+  const char* const start = position_;
+  position_ += width;
+  const unsigned flags = record->flags;
   if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
-  while (record->hasContractions()) {
-    const unsigned short next = CharacterAt(position_);
-    const OtOrderRecord* pair = record->Contracted(next);
-    if (pair == nullptr) break;
-    const char* const place = position_;
-    position_ += wide_ ? 2 : 1;
-    const OtOrderRecord& follower = table_->At(next);
-    if (ordersMarks && !follower.IsMark() && BeginsRun(follower, next, position_)) {
-      return BeginRun(start, place, wantScript);
+  if (((flags | record->flags) & kWithNext) != 0) {
+    unsigned short next = CharacterAt(position_);
+    if (ordersMarks && next >= OT_FIRST_MARK && BeginsRun(flags, character, position_)) {
+      return BeginRun(start, start, wantScript);
     }
-    record = pair;
+    while (const OtOrderRecord* pair = record->Contracted(next)) {
+      const char* const place = position_;
+      position_ += width;
+      const unsigned short third = CharacterAt(position_);
+      if (ordersMarks && third >= OT_FIRST_MARK) {
+        const OtOrderRecord& follower = table_->At(next);
+        if (!follower.IsMark() && BeginsRun(follower.flags, next, position_)) {
+          return BeginRun(start, place, wantScript);
+        }
+      }
+      record = pair;
+      next = third;
+    }
   }
   if (record->hasExpansion()) {
     // The walk stays on the last character until all of its words are delivered.
@@ -176,10 +191,9 @@ std::uint32_t OrderWalk::KeyOfRecord(const OtOrderRecord* record, unsigned char 
     const unsigned char* script = record->scriptRef();
     script_ = script != nullptr ? *script : defaultScript;
   }
-  if (record->hasTailoring() && language_ != nullptr) {
-    return ComposeOrderKey(OrderOfKey(RankedKey(record->key, *language_)), script_);
-  }
-  return ComposeOrderKey(record->order(), script_);
+  std::uint32_t key = record->key;
+  if (record->hasTailoring() && language_ != nullptr) key = RankedKey(key, *language_);
+  return ComposeOrderKey(OrderOfKey(key), script_);
 }
 
 /// A character without a record orders by its value, above all alphabets.

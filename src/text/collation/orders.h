@@ -142,8 +142,10 @@ class OrderWalk {
   unsigned short CharacterAt(const char* place) const;
   bool MayContract(const OtOrderRecord& record, const char* next) const;
   [[gnu::noinline]] std::uint32_t NextKeyAtLength(bool wantScript);
-  std::uint32_t NextCharacterKey(bool wantScript, bool ordersMarks);
-  bool BeginsRun(const OtOrderRecord& record, unsigned short character, const char* next) const;
+  template <bool ordersMarks>
+  std::uint32_t NextCharacterKey(bool wantScript);
+  std::uint32_t NextKeyAsItStands(bool wantScript);
+  bool BeginsRun(unsigned flags, unsigned short character, const char* next) const;
   std::uint32_t BeginRun(const char* start, const char* place, bool wantScript);
   std::uint32_t NextOfRun(bool wantScript);
   unsigned short MapToTable(unsigned short unit, unsigned char codeSet, bool mapped) const;

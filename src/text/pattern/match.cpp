@@ -20,7 +20,7 @@ namespace {
 struct StarCandidate {
   OrderWalk pattern;
   std::uint32_t taken;
-  bool asksAgain = false;  ///< Its question mark has met the first half of a pair.
+  bool asksAgain;  ///< Its question mark has met the first half of a pair.
 };
 
 /// First in, first out; a few stand on the stack, as more are rare.
@@ -104,7 +104,7 @@ class PatternMatch : private LevelWalk {
     if (keyText_) wantScript_ = false;
     beginsPair_ = BeginsPair();
     if (seeking_ && text_.key != 0 && (seekAny_ || (text_.key & levels_.mask) == seekKey_)) {
-      candidates_.Add({savedPattern_, savedTaken_});
+      candidates_.Add({savedPattern_, savedTaken_, false});
     }
     if (IsAsterisk(pattern_.key)) {
       if (shortcuts_ && !differences_.Fails(levels_) && MatchRest()) return false;
