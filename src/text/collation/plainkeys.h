@@ -41,7 +41,7 @@ class PlainKeys {
   /// the end. @param next the value behind it; anything behind the end.
   std::uint32_t Key(unsigned value, unsigned next) const {
     const std::uint32_t key = value < kPlainKeys ? keys_[value] : 0;
-    if (key == 0 || (next >= OT_FIRST_MARK && !LeavesAlone(next))) return 0;
+    if (key == 0 || (next >= OT_FIRST_MARK && !IsNoFollower(next))) return 0;
     const bool leaves =
         (key & tailored_) == 0 ||
         language_->Leaves(static_cast<unsigned short>(value), static_cast<unsigned short>(next));
@@ -87,7 +87,10 @@ class PlainKeys {
     while (value != 0) {
       const char* const nextPlace = stretch.end + sizeof(Unit);
       const unsigned next = keys.ValueAt(nextPlace, end);
-      if (next >= OT_FIRST_MARK && !keys.LeavesAlone(next)) return stretch;
+      constexpr UnitRange kGreekAndCyrillic = {0x370, 0x482};
+      if (next >= OT_FIRST_MARK && !kGreekAndCyrillic.Has(next)) [[unlikely]] {
+        if (!IsNoFollower(next)) return stretch;
+      }
       std::uint32_t key = keys.keys_[value];
       if (((key ^ keys.script_) & unlike) == 0) [[likely]] {  // a letter of the language's alphabet
         key &= ~kTailoredKey;
@@ -105,14 +108,6 @@ class PlainKeys {
   }
 
  private:
-  /// Whether a character beyond the first marks is one of kNoFollowers; Greek and Cyrillic, with a
-  /// few marks among them, come first.
-  static bool LeavesAlone(unsigned value) {
-    constexpr UnitRange kLetters = {0x370, 0x52f};
-    constexpr UnitRange kMarksAmong = {0x483, 0x487};
-    constexpr UnitRange kFurtherLatin = {0x1e00, 0x1eff};
-    return kLetters.Has(value) ? !kMarksAmong.Has(value) : kFurtherLatin.Has(value);
-  }
   /// With a script byte; without a branch, as it would be hard to foresee.
   std::uint32_t Whole(std::uint32_t key) const {
     return (key & ~kTailoredKey) | (script_ & (key < 0x1000000 ? 0xff000000 : 0));
