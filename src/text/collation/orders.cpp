@@ -143,10 +143,10 @@ template <bool ordersMarks>
   unsigned short character = CharacterAt(position_);
   const OtOrderRecord* record = &table_->At(character);
   while (record->hasExpansion() && record->WeighsNothing()) [[unlikely]] {
-    position_ += width;
-    character = CharacterAt(position_);
-    record = &table_->At(character);
-  }
+      position_ += width;
+      character = CharacterAt(position_);
+      record = &table_->At(character);
+    }
   if (character == 0) return 0;
   if (record->absent()) {
     position_ += width;
