@@ -465,7 +465,8 @@ class OT95_EXPORT OtString {
   /// The characters that Cut would remove; at or past the end an empty string in the default code
   /// set and language, otherwise one in those of this string.
   OtString Copy(unsigned short pos, short n = -1) const;
-  /// The first or the last `n` characters, or all; of none, an empty string as by Copy.
+  /// The first or the last `n` characters, or all; of none, an empty string as by Copy. A surrogate
+  /// pair that would be cut in half is left out.
   OtString Left(unsigned short n) const;
   OtString Right(unsigned short n) const;
   OtString& LeftTrim();  ///< Removes what IsSpace at the start.

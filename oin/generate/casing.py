@@ -12,7 +12,9 @@ def row(code, database):
     """Simple mappings; where there is no simple capital, one of two characters if composing
     makes it that short. A transformed text has room for twice its length and no more."""
     char = database.chars[code]
-    if not char.upper:
+    if char.combining:      # A mark stays one.
+        return NONE
+    if not char.upper and char.category == 'Ll':
         text = ''.join(map(chr, database.special_upper.get(code, ())))
         text = unicodedata.normalize('NFC', text)
         if len(text) == 2:

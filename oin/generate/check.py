@@ -7,6 +7,7 @@ from tailoring import FIRST_MARK
 def check(database, orders, members):
     for code in database.chars:
         check_order(code, orders.of[code])
+    check_marks(database, orders)
     for code in range(0x200):
         assert code in orders.of, hex(code)
     assert all(mark >= FIRST_MARK for base, mark in database.composed if base < 0x80)
@@ -16,6 +17,17 @@ def check(database, orders, members):
         check_cases(database, language)
     for byte in range(0xc0, 0x100):
         check_byte(orders, byte)
+
+
+MARKS = range(0x150, 0x3f8)     # As the library's headers say.
+
+
+def check_marks(database, orders):
+    """Marks that are symbols, and nothing else that people see, have the words of marks."""
+    for code in orders.symbols:
+        elements = database.elements.get((code,), ())
+        assert (orders.of[code].words[0] in MARKS) == (not any(e.primary for e in elements)), \
+            hex(code)
 
 
 def own_orders(language):

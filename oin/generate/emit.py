@@ -1,7 +1,9 @@
 """Writes the tables as C++ and the assignments as text."""
 
 import codesets
+import ideographs as han
 from languages import LANGUAGES
+from tables import combining_classes
 from tailoring import own_ascii
 
 HEADER = '''\
@@ -57,7 +59,28 @@ def orders(tables):
             + array('OrderLinks', 'kLinks', map(braces, tables.links.rows))
             + array('ContractionSet', 'kContractions', contractions)
             + array('TailoringSet', 'kTailorings', tailorings)
-            + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
+            + numbers('std::uint32_t', 'kRecordNumbers', tables.numbers.values))
+
+
+def marks(database):
+    """Combining classes, and how letters come apart into others and marks."""
+    pages, classes = codesets.paged(combining_classes(database), 0x10000, 64)
+    pairs = (braces((code,) + pair) for code, pair in sorted(database.marked.items()))
+    return (numbers('std::uint8_t', 'kClassPages', pages)
+            + numbers('std::uint8_t', 'kClasses', classes)
+            + array('MarkedCharacter', 'kMarked', pairs))
+
+
+def ideographs(ranks):
+    """Words of ideographs in the languages that have an order of their own for them."""
+    return numbers('std::uint16_t', 'kIdeographs', [word for row in ranks for word in row])
+
+
+def language_row(language, version):
+    ranked = list(han.SOURCES).index(language.tag) if language.tag in han.SOURCES else -1
+    own = ','.join(map(hex, own_ascii(language)))
+    return (f'{{{int(bool(language.heads) or ranked >= 0)},{language.number},{language.script},'
+            f'"{language.tag}","{language.name}",{{{own}}},{version:#x}u,{ranked}}}')
 
 
 def languages(members, order_versions):
@@ -67,11 +90,8 @@ def languages(members, order_versions):
     items, rules, places, end = [], [], [], 0
     for place in range(128):
         language, rule = by_number.get(place), rules_of.get(place, '')
-        items.append('{0,0,0,"","",{0,0},0}' if language is None else
-                     f'{{{int(bool(language.heads))},{place},{language.script},'
-                     f'"{language.tag}","{language.name}",'
-                     f'{{{",".join(map(hex, own_ascii(language)))}}},'
-                     f'{order_versions.of[language.tag]:#x}u}}')
+        items.append('{0,0,0,"","",{0,0},0,-1}' if language is None else
+                     language_row(language, order_versions.of[language.tag]))
         places.append(end if rule else NO_RULES)
         if rule:
             rules.append(f'"{rule}\\0"')

@@ -15,6 +15,7 @@ import casing
 import check
 import document
 import emit
+import ideographs
 import languages
 import names
 import released
@@ -55,11 +56,11 @@ def read_languages(database, rows):
     return common, [tailoring.Language(row, common) for row in rows]
 
 
-def listed(common, members, folder):
+def listed(common, members, folder, ranks, marks):
     """The lines of the list of words, and the versions of the languages."""
     walk = released.read_number(os.path.join(folder, 'COLLATION'), 'walk')
-    versions = released.Versions(common, members, walk)
-    return released.listed(common, members, versions), versions
+    order_versions = released.Versions(common, members, walk, ranks, marks)
+    return released.listed(common, members, order_versions), order_versions
 
 
 def admit(lines, folder):
@@ -75,7 +76,9 @@ def main():
     common, members = read_languages(database, languages.LANGUAGES)
     orders = common.orders
     check.check(database, orders, members)
-    lines, order_versions = listed(common, members, options.frozen)
+    ranks = {tag: ideographs.table(options.cldr, tag) for tag in ideographs.SOURCES}
+    marks = emit.marks(database)
+    lines, order_versions = listed(common, members, options.frozen, ranks, marks.encode())
     try:
         number, heading = admit(lines, options.frozen)
     except released.Refused as refused:
@@ -88,7 +91,8 @@ def main():
     os.makedirs(options.output, exist_ok=True)
     case_text = emit.cases(cases, tables.units)
     write(options.output, 'oin_data.inc', emit.HEADER + emit.orders(tables)
-          + emit.languages(members, order_versions) + emit.units(tables.units))
+          + marks + emit.ideographs(ranks.values()) + emit.languages(members, order_versions)
+          + emit.units(tables.units))
     write(options.output, 'oin_codes.inc',
           emit.HEADER + case_text + emit.one_byte_sets(cases))
     write(options.output, 'oin_wide.inc', emit.HEADER + emit.two_byte_sets())

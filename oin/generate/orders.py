@@ -6,7 +6,13 @@ import alphabets
 from alphabets import EAST_ASIA, LATIN, OTHER, Alphabet, letter_word
 
 # What a character sorts as: script byte, 0 for that of the language, and one or two words.
-Order = namedtuple('Order', 'script words')
+class Order(namedtuple('Order', 'script words')):
+    def cased(self, field):
+        """The same letters in another case."""
+        return Order(self.script, tuple(word & ~CASE | field << 12 for word in self.words))
+
+
+CASE = 0x3000       # The case field of a letter's word.
 
 SHARED_SPACE = 0x0d  # Of all controls and format characters that leave no trace in a text.
 SYMBOL, DIGIT, DIGIT_END = 0x50, 0x3f00, 0x3fff
@@ -24,6 +30,8 @@ SYMBOLS = {
     '°': 0x6d, 'µ': 0x6e, '¿': 0x8b}
 DIGIT_FORMS = {'super': 1, 'sub': 3, 'circle': 5, 'compat': 7}
 ROMAN = set(range(0x2160, 0x216c)) | set(range(0x2170, 0x217c))
+LIGATURES = {0xfb00: 'ff', 0xfb01: 'fi', 0xfb02: 'fl', 0xfb03: 'ffi', 0xfb04: 'ffl',
+             0xfb05: 'st', 0xfb06: 'st'}
 NEGATIVE_CIRCLED = set(range(0x2776, 0x2780)) | set(range(0x24eb, 0x2500))
 
 # Tertiary weights of the default table.
@@ -71,8 +79,11 @@ class Orders:
         self._classify()
         self._number_symbols()
         self._number_others()
+        self._pairs()
         self._aliases()
         self._multiple_words()
+        self._fold()
+        self._ligatures()
 
     def primary_of(self, letter):
         return self.groups[ord(letter)].items[0][0]
@@ -135,12 +146,22 @@ class Orders:
 
     # The classes.
 
+    def weighs_nothing(self, code):
+        """Whether a walk passes over the character: it only tells how others are to be drawn."""
+        char = self.db.chars[code]
+        return code in self.db.ignorable and char.category[0] in 'CM' and \
+            (self.of[code].words == (SHARED_SPACE,) or chr(code) in SYMBOLS)
+
     def _spaces(self):
         self.of[0] = Order(0, (0,))
         word = 0
         for code in (c for c in self.db.spaces if c in self.db.chars):
             word += 2 if word + 1 == SHARED_SPACE else 1
             self.of[code] = Order(0, (word,))
+        for code in self.db.spaces:     # The quads are other encodings of the en and em spaces.
+            if code in self.db.chars and not self.db.chars[code].tag:
+                for target in self.db.chars[code].decomposition:
+                    self.of[code] = self.of[target]
         for code, char in self.db.chars.items():
             silent = not any(any(e) for e in self.db.elements.get((code,), ((1,),)))
             invisible = (char.category in ('Cc', 'Cf') or code == 0x34f
@@ -294,6 +315,19 @@ class Orders:
             number += 1
         assert SYMBOL + number <= DIGIT
 
+    def _pairs(self):
+        """Symbols beyond the first plane are numbered behind the others. Their halves have records,
+        so that they can contract; these sort as halves without any do, by their value."""
+        self.pairs, number = {}, FIRST_FREE_SYMBOL + len(self.symbols)
+        for code in sorted(self.db.pair_symbols, key=self._sort_key):
+            lead, trail = 0xd7c0 + (code >> 10), 0xdc00 + (code & 0x3ff)
+            self.pairs.setdefault(lead, {})[trail] = Order(0, (SYMBOL + number,))
+            self.of[lead] = Order(OTHER, (lead,))
+            number += 1
+        for trail in {trail for trails in self.pairs.values() for trail in trails}:
+            self.of[trail] = Order(OTHER, (trail,))
+        assert SYMBOL + number <= DIGIT
+
     def _number_others(self):
         for rank, code in enumerate(sorted(self.others, key=self._sort_key)):
             self.of[code] = Order(OTHER, (0x4000 + rank,))
@@ -305,6 +339,30 @@ class Orders:
             target = self.db.singleton(code)
             if target is not None:
                 self.of[code] = self.of[target]
+
+    def _fold(self):
+        """Letters that the default table keeps apart from their other case. The words of other
+        alphabets have no case: there both cases are one."""
+        for code, small in self.db.folded.items():
+            char = self.db.chars.get(code)
+            if char is None or char.combining or chr(code) in SYMBOLS:
+                continue
+            target = self.of[small]
+            if target.script == OTHER:
+                self.of[code] = target
+            elif [w & ~CASE for w in self.of[code].words] != [w & ~CASE for w in target.words]:
+                self.of[code] = target.cased(0 if char.category == 'Lu' else 2)
+
+    def _ligatures(self):
+        """The ligatures of f and s are their letters; those of three letters, for which two words
+        have no room, an f of another form and the last letter."""
+        def plain(letter):
+            return self.of[ord(letter)].words[0]
+        for code, letters in LIGATURES.items():
+            first = plain(letters[0])
+            if len(letters) == 3:
+                first = alphabets.with_accent(first, alphabets.FORM)
+            self.of[code] = Order(LATIN, (first, plain(letters[-1])))
 
     def _multiple_words(self):
         """Letters that found no accent number: the letter and the mark as a symbol."""

@@ -31,7 +31,8 @@ def version_of(data):
 class Versions:
     """The version of each language: over all that its texts can meet, whoever gave it a word."""
 
-    def __init__(self, common, members, walk):
+    def __init__(self, common, members, walk, ranks, marks):
+        """`ranks` has the words of ideographs by tag, `marks` all that the walk knows of marks."""
         self.nodes, self.memo = common.nodes, {}
         codes = sorted(common.orders.of)
         places = {code: place for place, code in enumerate(codes)}
@@ -42,8 +43,10 @@ class Versions:
             own = list(shared)
             for code, node in language.heads.items():
                 own[places[code]] = self._node(node)
-            self.of[language.tag] = version_of(struct.pack('>BB', walk, language.script)
-                                               + heading + b''.join(own))
+            ranked = ranks.get(language.tag, ())
+            self.of[language.tag] = version_of(struct.pack('>BB', walk, language.script) + marks
+                                               + heading + b''.join(own)
+                                               + struct.pack('>%dH' % len(ranked), *ranked))
 
     def _node(self, number):
         """Digest of a record and of all contractions that it heads."""

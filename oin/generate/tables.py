@@ -1,11 +1,14 @@
 """Lays nodes and languages out as the arrays that the library reads."""
 
 import codesets
-from orders import Order
+from alphabets import OTHER
+from ideographs import FIRST_FURTHER_WORD, FIRST_WORD, FURTHER, UNIFIED
 from tailoring import FIRST_MARK, Nodes
 
 CONTRACTIONS, TAILORING, EXPANSION, LOW_FOLLOWERS = 1, 2, 4, 8
-FOLLOWS, FOLLOWS_TAILORED, ABSENT = 0x10, 0x20, 0x80
+FOLLOWS, FOLLOWS_TAILORED, COMBINES, ABSENT = 0x10, 0x20, 0x40, 0x80
+FIRST_HAN = 0x8000
+DECOMPOSES = 255    # In the place of a mark's combining class: it stands for others.
 
 
 def order_key(word, script):
@@ -43,7 +46,7 @@ class Runs:
 
 class Tables:
     def __init__(self, database, common, languages):
-        self.common, self.languages = common, languages
+        self.database, self.common, self.languages = database, common, languages
         self.wide = common.nodes
         self.narrow, self.narrow_memo = Nodes(), {}
         self.to_bytes = codesets.from_unicode(codesets.to_unicode(1))
@@ -54,7 +57,7 @@ class Tables:
         self.links = Pool((0, 0, 0))
         self.records = []           # Numbers first, contents last: (nodes, node, head, flags).
         self.record_of = {}
-        self._pages(sorted(database.chars))
+        self._pages(sorted(common.orders.of))
         self._narrow_page()
         self._heads()
         self._fill()
@@ -120,7 +123,7 @@ class Tables:
         while index < len(self.records):    # Grows while it runs.
             self.rows.append(self._row(*self.records[index]))
             index += 1
-        assert index < 0x10000 and len(self.numbers.values) < 0x10000
+        assert len(self.links.rows) < 0x10000
 
     def _followers(self):
         self.follow, self.follow_tailored = {}, {}
@@ -129,6 +132,8 @@ class Tables:
             common = [node for where, node, _ in self.records if where is nodes and node]
             self.follow[nodes] = self._reached(nodes, common)
             self.follow_tailored[nodes] = self._reached(nodes, own) - self.follow[nodes]
+        self.follow[self.wide] |= set(self.database.classes)
+        self.follow_tailored[self.wide] -= self.follow[self.wide]
 
     @staticmethod
     def _reached(nodes, start):
@@ -150,6 +155,11 @@ class Tables:
             value = code if nodes is self.wide else self.to_bytes[code]
             flags |= FOLLOWS if value in self.follow[nodes] else 0
             flags |= FOLLOWS_TAILORED if value in self.follow_tailored[nodes] else 0
+            if nodes is self.wide and (code in self.database.classes
+                                       or code in self.database.marked):
+                flags |= COMBINES
+            if code in self.database.chars and self.common.orders.weighs_nothing(code):
+                flags |= EXPANSION      # To no words at all.
         expansion = contraction = tailoring = 0
         if len(order.words) > 1:
             flags |= EXPANSION
@@ -159,6 +169,8 @@ class Tables:
             flags |= CONTRACTIONS | (LOW_FOLLOWERS if min(children) < FIRST_MARK else 0)
             contraction = self._contraction(nodes, children)
         heads = self.wide_heads if nodes is self.wide else self.narrow_heads
+        if order.words[0] >= FIRST_HAN and order_is_ranked(order):
+            flags |= TAILORING      # By a table of its own; no language is listed.
         if code in heads:
             flags |= TAILORING
             tailoring = self._tailoring(nodes, heads[code])
@@ -179,7 +191,13 @@ class Tables:
         return self.tailorings.number((masks[0], masks[1], self.numbers.place(records)))
 
 
-def words_of(nodes, node):
-    order = nodes.order(node)
-    assert isinstance(order, Order)
-    return order.words
+def order_is_ranked(order):
+    """Whether languages may hand out the word of this ideograph in another order."""
+    first, block = (FIRST_WORD, UNIFIED) if order.script != OTHER else (FIRST_FURTHER_WORD, FURTHER)
+    return first <= order.words[0] < first + len(block)
+
+
+def combining_classes(database):
+    """Class of each combining mark."""
+    return {code: DECOMPOSES if code in database.marked else number
+            for code, number in database.classes.items()}

@@ -10,9 +10,15 @@ import re
 
 from alphabets import (FREE_NUMBERS, LATIN, LATIN_LAST, NAMED_MARKS, latin_slot, letter_word,
                        with_accent)
-from orders import Order
+import rules as rules_of_cldr
+from kana import repeated
+from layout import Layout
+from orders import DIGIT, Order
 
 
+# The voicing marks behind half-width kana, which take a place of their own.
+HALF_WIDTH_MARKS = {0x3099: 0xff9e, 0x309a: 0xff9f}
+FROM_CLDR = 'CLDR'  # In the place of rules: the whole alphabet as CLDR has it.
 FIRST_MARK = 0x300  # Heads in ASCII contract with nothing below it, save in some languages.
 
 
@@ -57,6 +63,13 @@ class Common:
         self.marks = {}     # Base to the marks that compose with it.
         for composed, (base, mark) in database.pairs.items():
             self.marks.setdefault(base, {})[mark] = composed
+        self.capitals = {}  # Capital and mark to a small letter that has no capital of its own.
+        for composed, (base, mark) in database.pairs.items():
+            capital = database.chars[base].upper if base in database.chars else 0
+            if capital and database.chars[composed].category == 'Ll' \
+                    and not database.chars[composed].upper \
+                    and mark not in self.marks.get(capital, {}):
+                self.capitals.setdefault(capital, {})[mark] = composed
         self.prefixed = {}  # Prefixed vowel to consonants, from the default table.
         for key in database.elements:
             if len(key) == 2 and key[0] in database.prefixed:
@@ -65,12 +78,37 @@ class Common:
 
     def node(self, code):
         if code not in self.memo:
-            self.memo[code] = self.nodes.intern(self.orders.of[code], self._children(code))
+            target = self.original(code)
+            self.memo[code] = self.node(target) if target != code else \
+                self.nodes.intern(self.orders.of[code], self._children(code))
         return self.memo[code]
 
+    def original(self, code):
+        """The character that this one is another encoding or the narrow form of."""
+        target = self.db.singleton(code)
+        same = target in self.orders.of and self.orders.of[target] == self.orders.of[code]
+        return self.original(target) if same and self.db.chars[code].tag != 'wide' else code
+
+    def composed(self, code):
+        """What a character composes to, by the mark behind it."""
+        marks = dict(self.marks.get(code, {}))
+        for mark, narrow in HALF_WIDTH_MARKS.items():
+            if mark in marks:
+                marks[narrow] = marks[mark]
+        return marks
+
+    def capital(self, small, order_of):
+        """The node of a capital that is written as another one and marks."""
+        children = {mark: self.capital(composed, order_of)
+                    for mark, composed in self.composed(small).items()}
+        return self.nodes.intern(order_of(small).cased(0), children)
+
     def _children(self, code):
-        children = {mark: self.node(composed)
-                    for mark, composed in self.marks.get(code, {}).items()}
+        children = {mark: self.node(composed) for mark, composed in self.composed(code).items()}
+        children.update((mark, self.capital(small, self.orders.of.get))
+                        for mark, small in self.capitals.get(code, {}).items())
+        children.update((trail, self.nodes.intern(order, {}))
+                        for trail, order in self.orders.pairs.get(code, {}).items())
         for consonant in self.prefixed.get(code, ()):
             consonant_order, vowel = self.orders.of[consonant], self.orders.of[code]
             words = consonant_order.words + vowel.words
@@ -111,12 +149,25 @@ class Language:
         self.reordered = []
         self.alone = set()      # Tailored letters whose composites stay with the small letter.
         for rule in rules.split():
-            self._apply(*self._parse(rule))
+            if rule == FROM_CLDR:
+                self._lay_out()
+            else:
+                self._apply(*self._parse(rule))
+        if self.tag == 'ja':
+            self._repeat_kana()
         self._follow()
         for letters in self.reordered:
             self._reorder(letters)
         self.memo = {}
-        self.heads = self._tailored_heads() if rules else {}
+        self.heads = self._tailored_heads()
+
+    def _lay_out(self):
+        tokens = rules_of_cldr.tokens(rules_of_cldr.read(self.db.cldr, self.tag))
+        layout = Layout(self.db, self.orders, self.common, self.script, tokens)
+        self.own.update(layout.orders_of_characters())
+        for string, order in layout.orders_of_strings():
+            self._set(string, order)
+        self.alone.update(self.own)
 
     # Rules.
 
@@ -149,6 +200,16 @@ class Language:
             return LATIN_LAST + int(text[1:])
         letter, _, extension = text.partition('.')
         return latin_slot(letter, int(extension))
+
+    def _repeat_kana(self):
+        accents = {}
+        for pair, kana in repeated(self.db):
+            first, again = self.orders.of[pair[0]], self.orders.of[kana].words[0]
+            slot = again & 0x7f
+            if slot not in accents:
+                accents[slot] = self._free(first.script, slot, FREE_NUMBERS)
+            self._set(pair, Order(first.script,
+                                  first.words + (with_accent(again, accents[slot]),)))
 
     def _words(self, letters):
         return self.strings.get(tuple(letters)) or self.own.get(letters[0]) \
@@ -201,7 +262,8 @@ class Language:
                 fields.append(3 if not any(part) else 0 if all(part) else 1 if part[0] else 2)
             return Order(order.script, cased(order, fields[0]) + cased(order, fields[1]))
         first, second = (self.orders.of[c] for c in target)
-        accent = self.orders.of[written[0]].words[0] >> 7 & 31
+        accent = self.orders.of[written[0]].words[0] >> 7 & 31 or \
+            self._free(first.script, first.words[0] & 0x7f, FREE_NUMBERS)
         return Order(first.script,
                      (with_accent(cased(first, case)[0], accent), cased(second, case)[0]))
 
@@ -255,7 +317,14 @@ class Language:
             self.own[code] = Order(order.script, words)
 
     def _reorder(self, letters):
-        """Hands the accent numbers of the letters out again in rising order."""
+        """Hands the accent numbers of the letters out again in rising order; marks that are symbols
+        exchange their words."""
+        orders = [self._words([ord(c)]) for c in letters]
+        if orders[0].words[0] < DIGIT:
+            words = sorted(order.words for order in orders)
+            self.own.update((ord(c), Order(order.script, own))
+                            for c, order, own in zip(letters, orders, words))
+            return
         for row in (letters, letters.upper()):
             current = [self._words([ord(c)]) for c in row]
             numbers = sorted(order.words[0] >> 7 & 31 for order in current)
@@ -268,9 +337,15 @@ class Language:
     def node(self, code):
         """The node of a character in this language, with all its contractions."""
         if code not in self.memo:
+            target = self.common.original(code)
+            if target != code and code not in self.own:
+                self.memo[code] = self.node(target)
+                return self.memo[code]
             explicit = self._continuations((code,))
             children = self._composites(code)
-            children.update((char, self._sequence((code, char))) for char in explicit)
+            composed = self.common.composed(code)   # Their strings begin with the composite, too.
+            children.update((char, self._sequence((code, char))) for char in explicit
+                            if char not in composed)
             self.memo[code] = self.nodes.intern(self._order(code), children)
         return self.memo[code]
 
@@ -279,8 +354,10 @@ class Language:
 
     def _composites(self, code):
         children = self.nodes.children(self.common.node(code))
-        for mark, composed in self.common.marks.get(code, {}).items():
+        for mark, composed in self.common.composed(code).items():
             children[mark] = self.node(composed)
+        for mark, small in self.common.capitals.get(code, {}).items():
+            children[mark] = self.common.capital(small, self._order)
         return children
 
     def _continuations(self, start):
@@ -313,9 +390,12 @@ class Language:
         pending = list(candidates)
         while pending:      # What a tailored composite is composed of is tailored as well.
             pair = self.db.pairs.get(pending.pop())
-            if pair and pair[0] not in candidates:
-                candidates.add(pair[0])
-                pending.append(pair[0])
+            if pair:
+                front = {pair[0], capital(pair[0], self.db)} - candidates
+                candidates |= front
+                pending += front
+        candidates.update(code for code in self.db.chars
+                          if self.common.original(code) in candidates)
         return {code: self.node(code) for code in sorted(candidates)
                 if self.node(code) != self.common.node(code)}
 

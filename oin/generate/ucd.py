@@ -5,7 +5,7 @@ import re
 import unicodedata
 from collections import namedtuple
 
-Char = namedtuple('Char', 'category numeric tag decomposition upper lower')
+Char = namedtuple('Char', 'category combining numeric tag decomposition upper lower')
 # One collation element: primary, secondary and tertiary weight.
 Element = namedtuple('Element', 'primary secondary tertiary')
 
@@ -31,6 +31,12 @@ def simple(field):
     return code if code < 0x10000 else 0
 
 
+def read_pair_symbols(path):
+    """Symbols beyond the first plane: emoji and their like."""
+    return [int(field[0], 16) for field in rows(path)
+            if len(field[0]) > 4 and field[2][0] == 'S']
+
+
 def read_characters(path):
     chars, start = {}, None
     for field in rows(path):
@@ -38,7 +44,7 @@ def read_characters(path):
         if code >= 0x10000:
             break
         tag, _, mapping = field[5].rpartition('> ')
-        char = Char(field[2], field[8], tag.lstrip('<'),
+        char = Char(field[2], int(field[3]), field[8], tag.lstrip('<'),
                     tuple(int(part, 16) for part in mapping.split()),
                     simple(field[12]), simple(field[13]))
         if field[1].endswith(', First>'):
@@ -68,10 +74,24 @@ def read_elements(path):
     for field in rows(path):
         if len(field) == 2:
             key = tuple(int(part, 16) for part in field[0].split())
-            if max(key) < 0x10000:
+            if max(key) < 0x10000 or len(key) == 1:
                 table[key] = tuple(Element(*(int(part, 16) for part in match))
                                    for match in pattern.findall(field[1]))
     return table
+
+
+IOTA_BELOW = 0x345
+
+
+def read_special_capitals(path):
+    """Capitals of more than one character. An iota below stays below, as it does in the letters
+    that have a capital with one."""
+    capitals = {}
+    for field in rows(path):
+        if len(field) < 6 or not field[4]:
+            title, upper = ([int(part, 16) for part in field[i].split()] for i in (2, 3))
+            capitals[int(field[0], 16)] = tuple(title if IOTA_BELOW in title else upper)
+    return capitals
 
 
 def read_living(folder):
@@ -98,25 +118,42 @@ class Database:
         def at(name):
             return os.path.join(unicode_dir, name)
         self.chars = read_characters(at('UnicodeData.txt'))
+        self.pair_symbols = read_pair_symbols(at('UnicodeData.txt'))
         self.scripts = {code: names[0] for code, names in read_property(at('Scripts.txt')).items()}
         properties = read_property(at('PropList.txt'))
         self.spaces = sorted(c for c, names in properties.items() if 'White_Space' in names)
         self.prefixed = {c for c, names in properties.items()
                          if 'Logical_Order_Exception' in names}
+        core = read_property(at('DerivedCoreProperties.txt'))
+        self.ignorable = {c for c, names in core.items() if 'Default_Ignorable_Code_Point' in names}
         self.elements = read_elements(at('allkeys.txt'))
+        self.cldr = cldr_dir
         self.living = read_living(os.path.join(cldr_dir, 'main'))
-        self.special_upper = {
-            int(field[0], 16): tuple(int(part, 16) for part in field[3].split())
-            for field in rows(at('SpecialCasing.txt')) if len(field) < 6 or not field[4]}
+        self.special_upper = read_special_capitals(at('SpecialCasing.txt'))
+        self.folded = {int(field[0], 16): int(field[2], 16)
+                       for field in rows(at('CaseFolding.txt')) if field[1] in 'CS'}
         self.pairs = {c: char.decomposition for c, char in self.chars.items()
                       if not char.tag and len(char.decomposition) == 2}
         self.pairs.update(hangul_pairs())
         self.composed = {pair: c for c, pair in self.pairs.items()}
+        self.classes = {c: char.combining for c, char in self.chars.items() if char.combining}
+        self.marked = self._marked()
+
+    def _marked(self):
+        """Characters that end in combining marks when they are taken apart: each with the
+        character before the last mark, and that mark; 0 for one that is another's encoding."""
+        rows = {c: pair for c, pair in self.pairs.items() if pair[1] in self.classes}
+        for code, char in self.chars.items():
+            if not char.tag and len(char.decomposition) == 1:
+                target = char.decomposition[0]
+                if target in rows or target in self.classes:
+                    rows[code] = (target, 0)
+        return rows
 
     def singleton(self, code):
         """The character that this one is only another encoding or another width of, or None."""
-        char = self.chars[code]
-        if len(char.decomposition) == 1 and char.tag in ('', 'wide', 'narrow'):
+        char = self.chars.get(code)
+        if char and len(char.decomposition) == 1 and char.tag in ('', 'wide', 'narrow'):
             return char.decomposition[0]
         return None
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "data.h"
 
@@ -29,12 +30,24 @@ constexpr auto kPlainKeysOf = [] {
 
 }  // namespace
 
-constinit const OrderTables kOrderTables = {
-    kRecords,    kUnits,         kLists,     kLinks,          kContractions,
-    kTailorings, kRecordNumbers, kLanguages, &kUnicodeOrders, kPlainKeysOf.data(),
-    kRules,      kRulePlaces};
+constinit const OrderTables kOrderTables = {kRecords,        kUnits,
+                                            kLists,          kLinks,
+                                            kContractions,   kTailorings,
+                                            kRecordNumbers,  kLanguages,
+                                            &kUnicodeOrders, kPlainKeysOf.data(),
+                                            kRules,          kRulePlaces,
+                                            kClassPages,     kClasses,
+                                            kMarked,         std::size(kMarked),
+                                            kIdeographs};
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
+
+const MarkedCharacter* FindMarked(unsigned short unicode) {
+  const auto* place = std::lower_bound(
+      std::begin(kMarked), std::end(kMarked), unicode,
+      [](const MarkedCharacter& row, unsigned short value) { return row.character < value; });
+  return place != std::end(kMarked) && place->character == unicode ? place : nullptr;
+}
 
 }  // namespace ot95
 
@@ -51,7 +64,7 @@ const OtOrderRecord* OtOrderRecord::SearchContraction(unsigned short next) const
   const std::uint16_t* first = set.followers.begin();
   const std::uint16_t* place = std::lower_bound(first, set.followers.end(), next);
   if (place == set.followers.end() || *place != next) return nullptr;
-  return kOrderTables.records + kOrderTables.recordNumbers[set.firstRecord + (place - first)];
+  return kOrderTables.records + (kOrderTables.recordNumbers + set.firstRecord)[place - first];
 }
 
 namespace {
@@ -69,7 +82,7 @@ OtLanguageList OtOrderRecord::languages() const {
 
 OtOrderRecordList OtOrderRecord::tailorings() const {
   const ot95::TailoringSet& set = Tailorings();
-  return {CountLanguages(set), set.firstRecord};
+  return {CountLanguages(set), static_cast<std::int32_t>(set.firstRecord)};
 }
 
 int OtLanguageList::GetAt(int index, const OtLanguage** out) const {

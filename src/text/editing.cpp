@@ -103,12 +103,19 @@ OtString OtString::CopyAt(std::size_t pos, std::size_t n) const {
 }
 
 OtString OtString::Left(unsigned short n) const {
-  return CopyAt(0, std::min<std::size_t>(n, Length()));
+  std::size_t count = std::min<std::size_t>(n, Length());
+  if (count != 0 && ot95::SplitsPair(buffer_ + count * ot95::CharWidth(codeSet_), codeSet_))
+    --count;
+  return CopyAt(0, count);
 }
 
 OtString OtString::Right(unsigned short n) const {
   const std::size_t length = Length();
-  const std::size_t count = std::min<std::size_t>(n, length);
+  std::size_t count = std::min<std::size_t>(n, length);
+  if (count != 0 && count != length &&
+      ot95::SplitsPair(buffer_ + (length - count) * ot95::CharWidth(codeSet_), codeSet_)) {
+    --count;
+  }
   return CopyAt(length - count, count);
 }
 

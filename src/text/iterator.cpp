@@ -112,6 +112,8 @@ OtStringIterator OtStringIterator::operator++(int) {
 }
 
 OtStringIterator& OtStringIterator::operator--() {
+  // What was met of a run of marks is counted from where the run began.
+  if (overflow_ == &ot95::kMarksPending) overflow_ = nullptr;
   Move(-1);
   return *this;
 }

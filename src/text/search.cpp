@@ -92,7 +92,8 @@ void Search::Measure(const OtString& pattern) {
     counting_ = TextAccess::Length(pattern);
     return;
   }
-  skips_ = (cmpOp_ & OT_CMP_ORDER_ONLY) == 0 && (levels_.ignoreSpace || levels_.ignoreSymbols);
+  skips_ = (cmpOp_ & OT_CMP_ORDER_ONLY) == 0 &&
+           (levels_.ignoreSpace || levels_.ignoreSymbols || levels_.ignoreAccent);
   // The script byte of a key's words is not that of each.
   keysDecide_ =
       !levels_.wildcards && text_.codeSet != OT_CS_ORDER && pattern_.codeSet != OT_CS_ORDER;
@@ -185,6 +186,8 @@ std::size_t Search::EndByOrders(std::size_t start) const {
 
 bool Search::Find(std::size_t start) {
   for (place = start; place < places_; ++place) {
+    const char* const at = text_.text + place * width_;
+    if (place != 0 && ot95::SplitsPair(at, text_.codeSet)) continue;
     end = EndOfMatch(place);
     if (end != place) return true;
   }

@@ -41,6 +41,13 @@ inline void StoreWide(void* place, std::uint16_t unit) {
   std::memcpy(place, &unit, sizeof unit);
 }
 
+/// Whether a place in a text, not its first, lies between the halves of a character beyond the
+/// first plane.
+inline bool SplitsPair(const char* place, unsigned char codeSet) {
+  return codeSet == OT_CS_UNICODE && (LoadWide(place) & 0xfc00) == 0xdc00 &&
+         (LoadWide(place - 2) & 0xfc00) == 0xd800;
+}
+
 /// One unit; a one-byte unit is zero-extended.
 inline std::uint16_t LoadUnit(const char* place, bool wide, bool reversed = false) {
   if (!wide) return static_cast<unsigned char>(*place);

@@ -20,7 +20,9 @@ FILES = ('oin_data.inc', 'oin_codes.inc', 'oin_wide.inc', 'oin_names.inc', 'oin_
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(OIN, 'generate'))
+import emit         # noqa: E402
 import generate     # noqa: E402
+import ideographs   # noqa: E402
 import languages    # noqa: E402
 import released     # noqa: E402
 import tailoring    # noqa: E402
@@ -55,11 +57,18 @@ class Plants:
     def __init__(self):
         database = Database(UNICODE, CLDR)
         self.common, self.members = generate.read_languages(database, languages.LANGUAGES)
+        self.ranks = {tag: ideographs.table(CLDR, tag) for tag in ideographs.SOURCES}
+        self.marks = emit.marks(database).encode()
         self.lines = self.listed(self.members)
         self.failures = 0
 
     def listed(self, members):
-        return generate.listed(self.common, members, DATA)[0]
+        return generate.listed(self.common, members, DATA, self.ranks, self.marks)[0]
+
+    def with_two_ideographs_swapped(self):
+        first, second, *rest = self.ranks['ja']
+        ranks = {**self.ranks, 'ja': [second, first, *rest]}
+        return generate.listed(self.common, self.members, DATA, ranks, self.marks)[0]
 
     def spanish_with_ch(self):
         row, = (row for row in languages.LANGUAGES if row[1] == 'es')
@@ -112,6 +121,8 @@ class Plants:
             '\n-\t00df\t01\t', '\n-\t00df\t01\t7000 '))
         self.expect('another code set', 'other: set 42', frozen=self.replaced(
             'set 42\tEBCDIC 273\t-\t', 'set 42\tEBCDIC 273\t-\t1'))
+        self.expect('two ideographs swapped', 'other: language 3f ja:',
+                    lines=self.with_two_ideographs_swapped())
         self.expect('a number without a reason', refused + 'CHANGES', lines=changed, number=8)
         self.expect('the next number', '# collation 8 open', lines=changed, number=8, changes=new)
         self.expect('a number left out', refused, lines=changed, number=9, changes='9\twhy\n')

@@ -50,6 +50,7 @@ inline std::vector<std::uint32_t> Keys(const std::u16string& text, const OtCodeS
       keys.push_back(0x14000000U | static_cast<std::uint32_t>(text[i]) << 8);
       continue;
     }
+    if (record->WeighsNothing()) continue;
     record = Tailor(record, speech);
     while (i + 1 < text.size()) {
       const OtOrderRecord* pair = Contract(record, text[i + 1]);
@@ -59,7 +60,8 @@ inline std::vector<std::uint32_t> Keys(const std::u16string& text, const OtCodeS
     }
     const unsigned char script =
         record->scriptRef() != nullptr ? *record->scriptRef() : set.DefaultScript(language);
-    keys.push_back(record->Key(set.DefaultScript(language)));
+    const std::uint32_t key = record->Key(set.DefaultScript(language));
+    keys.push_back(speech != nullptr ? ot95::RankedKey(key, *speech) : key);
     const OtWCharList* more = record->expansion();
     for (int j = 0; j < more->count && record->hasExpansion() != 0; ++j) {
       unsigned short word = 0;

@@ -71,6 +71,16 @@ TEST(Edit, PartsKeepTheirLabelsUnlessNothingIsThere) {
   EXPECT_EQ(OtString("hello").Fill(0, 'x').MemLen(), 1);
 }
 
+TEST(Edit, NoPairIsCutInHalf) {
+  const OtString text = TextOf(OT_CS_UNICODE, u"a\xd840\xdc0b");
+  EXPECT_EQ(UnitsOf(text.Left(2)), u"a");
+  EXPECT_EQ(UnitsOf(text.Left(3)), u"a\xd840\xdc0b");
+  EXPECT_EQ(UnitsOf(text.Right(2)), u"\xd840\xdc0b");
+  EXPECT_EQ(text.Right(1).Len(), 0);
+  EXPECT_EQ(text.SubStringPos(TextOf(OT_CS_UNICODE, u"\xdc0b")), -1);
+  EXPECT_EQ(text.SubStringPos(TextOf(OT_CS_UNICODE, u"\xd840\xdc0b")), 1);
+}
+
 TEST(Edit, ArgumentsMayBeTheStringItself) {
   OtString text("abc");
   text += text;

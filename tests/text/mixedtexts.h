@@ -14,7 +14,8 @@ inline const std::u16string kCharacters =
     u"\u0301\u0302\u0323 -+.'\u00a0\u2014"
     u"019\u00b2\u2460\u1ea1\u1ea0\u1eaf\u0110\u03b1\u0391\u03ac\u0431\u0411\u0451"
     u"\u0e40\u0e01\u0e02\u0e32\u05d0\u0627\uac00\ud55c\u4e00\u9fa5\u3042\u30a2\ufff0\uffff\ue000"
-    u"\xd83d\xde00";
+    u"\xd83d\xde00\xd840\xdc0b\u0301\u0316\u0315\u0345\u0344\u0340\u1e0a\u1fb3\u0483\u05b0\u05bc"
+    u"\u200d\u00ad";
 
 /// With the other byte of each unit first.
 inline std::u16string Turned(std::u16string text) {

@@ -48,6 +48,9 @@ class OtOrderTable;
 /// The first of the combining marks. They, and the consonants behind prefixed vowels, are all from
 /// here on up; most heads of contractions have no other followers.
 inline constexpr unsigned short OT_FIRST_MARK = 0x300;
+/// The orders of combining marks, among those of symbols.
+inline constexpr unsigned short OT_FIRST_MARK_ORDER = 0x150;
+inline constexpr unsigned short OT_LAST_MARK_ORDER = 0x3f7;
 /// The most characters that contract into one.
 inline constexpr int OT_LONGEST_CONTRACTION = 5;
 
@@ -62,6 +65,8 @@ struct OtLanguage {
   std::uint64_t ownAscii[2];
   /// See OtLanguageContext::OrderVersion.
   std::uint64_t orderVersion;
+  /// Which of the tables of ideographs it follows; negative: the order of their codes.
+  std::int32_t ideographs;
 
   /// Whether the record of `character` is the whole answer when `next` follows, without a look at
   /// its lists. Only ever true for ASCII; most letters of most texts end here. For null languages
@@ -102,13 +107,20 @@ struct OrderLinks {
 struct ContractionSet {
   OtWCharList followers;
   std::uint16_t lowest, highest;
-  std::uint16_t firstRecord;
+  std::uint32_t firstRecord;
 };
 
 /// Which languages have a record of their own; those records follow each other from firstRecord.
 struct TailoringSet {
   std::uint64_t languages[2];
-  std::uint16_t firstRecord;
+  std::uint32_t firstRecord;
+};
+
+/// A character that ends in combining marks when it is taken apart, as its canonical decomposition
+/// says: what it was without the last of them, and that mark. A mark of 0: another encoding of
+/// `front`.
+struct MarkedCharacter {
+  std::uint16_t character, front, mark;
 };
 
 /// The collation tables: every array stands in read-only memory, indices lead from one to another.
@@ -119,12 +131,17 @@ struct OrderTables {
   const OrderLinks* links;
   const ContractionSet* contractions;
   const TailoringSet* tailorings;
-  const std::uint16_t* recordNumbers;
+  const std::uint32_t* recordNumbers;
   const OtLanguage* languages;
   const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
   const std::uint32_t* plainKeys;  ///< See PlainKey.
   const char* rules;               ///< How each language orders, where rulePlaces says.
   const std::uint16_t* rulePlaces;
+  const std::uint8_t* classPages;
+  const std::uint8_t* classes;    ///< See CombiningClass.
+  const MarkedCharacter* marked;  ///< By rising character.
+  std::uint32_t markedCount;
+  const std::uint16_t* ideographs;  ///< See RankedKey.
 };
 OT95_EXPORT extern const OrderTables kOrderTables;
 
@@ -147,6 +164,39 @@ inline constexpr std::uint32_t kLetterKey = 0x400000;
 inline std::uint32_t PlainKey(unsigned short unicode) {
   return unicode < kPlainKeys ? kOrderTables.plainKeys[unicode] : 0;
 }
+
+/// The canonical combining class of a mark, 0 for all other characters. kDecomposes for a mark that
+/// stands for one or two others.
+inline unsigned CombiningClass(unsigned short unicode) {
+  return kOrderTables.classes[kOrderTables.classPages[unicode >> 6] << 6 | (unicode & 63)];
+}
+inline constexpr unsigned kDecomposes = 255;
+
+// Ideographs of the first plane have words in the order of their codes, unless a language hands
+// the same words out in another order.
+inline constexpr unsigned kUnifiedHan = 0xad80;  ///< Word of U+4E00.
+inline constexpr unsigned kUnifiedHanCount = 0x5200;
+inline constexpr unsigned kFurtherHan = 0x8000;  ///< Word of U+3400, beyond the alphabets.
+inline constexpr unsigned kFurtherHanCount = 0x19c0;
+
+/// The key of an ideograph as `language` ranks it; any other key as it is.
+inline std::uint32_t RankedKey(std::uint32_t key, const OtLanguage& language) {
+  constexpr std::uint32_t kHan = 0x800000;  // words of letters and all before them are below
+  if ((key & kHan) == 0) return key;
+  const bool further = key >> 24 == 0x14;
+  const unsigned place = (key >> 8 & 0xffff) - (further ? kFurtherHan : kUnifiedHan);
+  if (place >= (further ? kFurtherHanCount : kUnifiedHanCount) || language.ideographs < 0) {
+    return key;
+  }
+  const std::uint16_t* words =
+      kOrderTables.ideographs +
+      static_cast<unsigned>(language.ideographs) * (kUnifiedHanCount + kFurtherHanCount);
+  const unsigned word = words[place + (further ? kUnifiedHanCount : 0)];
+  return (key & 0xff000000) | word << 8;
+}
+
+/// How a character comes apart; null if it doesn't end in a mark.
+OT95_EXPORT const MarkedCharacter* FindMarked(unsigned short unicode);
 
 }  // namespace ot95
 
@@ -186,11 +236,12 @@ struct OtOrderRecord {
   enum : unsigned char {
     kContractions = 1,        ///< Heads a contraction.
     kTailoring = 2,           ///< Some language has a record of its own.
-    kExpansion = 4,           ///< More order words follow the first.
+    kExpansion = 4,           ///< More order words follow the first, or there are none.
     kWork = 7,                ///< None of these: the record is the whole answer.
     kLowFollowers = 8,        ///< Some follower is below OT_FIRST_MARK.
     kFollows = 0x10,          ///< The character may stand behind a head, in any language.
     kFollowsTailored = 0x20,  ///< The same, behind a head of a language that tailors.
+    kCombines = 0x40,         ///< A combining mark, or a character that has one in it.
     kAbsent = 0x80            ///< There is no record: a place in the table only.
   };
   std::uint32_t key;    ///< The comparable key; bits 31 to 24 are 0 where script is.
@@ -219,6 +270,15 @@ struct OtOrderRecord {
   constexpr bool Follows(bool tailoring) const {
     return (flags & (tailoring ? kFollows | kFollowsTailored : kFollows)) != 0;
   }
+
+  /// Whether this is the record of a combining mark alone.
+  constexpr bool IsMark() const {
+    return (flags & (kCombines | kFollows)) == (kCombines | kFollows);
+  }
+
+  /// Whether a walk passes over the character: soft hyphens, joiners, variation selectors and their
+  /// like only tell how others are drawn. The order serves OtOrderOfChar alone then.
+  bool WeighsNothing() const { return hasExpansion() != 0 && expansion()->count == 0; }
 
   /// Order words behind the first; a stable list, empty when there are none.
   inline const OtWCharList* expansion() const;
@@ -308,7 +368,7 @@ inline const OtWCharList* OtOrderRecord::contractionChars() const {
 inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
   const ot95::ContractionSet& set =
       ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions];
-  return {set.followers.count, set.firstRecord};
+  return {set.followers.count, static_cast<std::int32_t>(set.firstRecord)};
 }
 
 inline bool OtOrderRecord::IsTailored(const OtLanguage& language) const {
@@ -322,9 +382,10 @@ inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) 
   const ot95::TailoringSet& set = Tailorings();
   const unsigned number = language->number & 0x7fU;
   const std::uint64_t bit = std::uint64_t{1} << (number & 63U);
-  int index = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
-  if (number >= 64) index += __builtin_popcountll(set.languages[0]);
-  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[set.firstRecord + index];
+  const int own = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
+  const int low = number >= 64 ? __builtin_popcountll(set.languages[0]) : 0;
+  const std::uint32_t index = set.firstRecord + static_cast<std::uint32_t>(own + low);
+  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[index];
 }
 
 inline const OtOrderRecord* OtOrderRecord::Contracted(unsigned short next) const {

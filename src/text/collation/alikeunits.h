@@ -60,7 +60,7 @@ inline constexpr UnitRange kByteCapitals[] = {{'A', 'Z'}};
 inline constexpr UnitRange kLatinNoFollowers[] = {{1, OT_FIRST_MARK - 1}};
 template <class Unit>
 inline constexpr UnitRange kNoFollowers[] = {
-    {1, OT_FIRST_MARK - 1}, {0x370, 0x52f}, {0x1e00, 0x1eff}};
+    {1, OT_FIRST_MARK - 1}, {0x370, 0x482}, {0x488, 0x52f}, {0x1e00, 0x1eff}};
 template <>
 inline constexpr UnitRange kNoFollowers<std::uint8_t>[] = {{1, 0x7f}};
 
@@ -72,8 +72,9 @@ constexpr bool AnyHas(const UnitRange (&ranges)[count], unsigned unit) {
   return has;
 }
 
+/// Whether a character is sure to be no mark, and no part of a contraction that all languages have.
 inline bool IsNoFollower(unsigned value) {
-  return AnyHas(kNoFollowers<std::uint16_t>, value);
+  return value < kPlainKeys && kOrderTables.plainKeys[value] != 0;
 }
 
 /// Whether a unit is a capital that is folded.

@@ -139,7 +139,8 @@ class InStep {
   /// Whether a record that may be part of what stands before it has to be looked at from there.
   /// @param flags of the records at a place before which the texts are alike from `start` on.
   bool MayBeReached(unsigned flags, const char* place, const char* start) const {
-    constexpr unsigned kByAll = OtOrderRecord::kAbsent | OtOrderRecord::kFollows;
+    constexpr unsigned kByAll =
+        OtOrderRecord::kAbsent | OtOrderRecord::kFollows | OtOrderRecord::kExpansion;
     if ((flags & kByAll) != 0) return true;
     return tailors_ && (flags & OtOrderRecord::kFollowsTailored) != 0 && HasHead(place, start);
   }
@@ -163,7 +164,7 @@ class InStep {
       const unsigned short value = reader_.Value(unit);
       return value >= 0xfff0 || value == AsteriskWord() || value == QuestionWord();
     }
-    return record.Follows(tailors_);
+    return record.Follows(tailors_) || record.WeighsNothing();
   }
 
   /// Whether a text goes on with symbols and something real behind them.
@@ -209,29 +210,47 @@ class InStep {
     return at;
   }
 
-  /// The record that is the whole answer for the character at a place; null if there is none.
-  const OtOrderRecord* RecordAlone(const char* place, std::uintptr_t end) const {
+  /// In place of a key: the character's record isn't the whole answer.
+  static constexpr std::uint32_t kNotAlone = UINT32_MAX;
+
+  /// The key of the character at a place by its record alone.
+  [[gnu::always_inline]] inline std::uint32_t KeyAlone(const char* place,
+                                                       std::uintptr_t end) const {
     const Value unit = UnitAt<Unit>(place, end);
     const OtOrderRecord* record = &reader_.At(unit);
-    if (tailors_) {
-      if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
-    }
+    const unsigned common = record->flags;
+    const OtOrderRecord* own = tailors_ ? record->Tailored(language_) : nullptr;
+    if (own != nullptr) record = own;
     const unsigned flags = record->flags;
-    if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return nullptr;
-    if ((flags & OtOrderRecord::kContractions) != 0) {
+    if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return kNotAlone;
+    if (unit != 0) {
       const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
-      const bool far = (flags & OtOrderRecord::kLowFollowers) != 0 || next >= OT_FIRST_MARK;
-      if (far && reader_.OfValue(next).Follows(tailors_)) return nullptr;
+      if (next >= OT_FIRST_MARK) {
+        if (NeedsNext(common | flags, next, place, end)) return kNotAlone;
+      } else if ((flags & OtOrderRecord::kLowFollowers) != 0) {
+        if (reader_.OfValue(next).Follows(tailors_)) return kNotAlone;
+      }
     }
-    return record;
+    const std::uint32_t key = record->Key(defaultScript_);
+    return tailors_ && own == nullptr ? RankedKey(key, *language_) : key;
+  }
+
+  /// Whether a character has to be looked at together with what follows: it may contract, or marks
+  /// are behind it whose order isn't that of the text.
+  bool NeedsNext(unsigned flags, unsigned short next, const char* place, std::uintptr_t end) const {
+    const OtOrderRecord& follower = reader_.OfValue(next);
+    if ((flags & OtOrderRecord::kContractions) != 0) return follower.Follows(tailors_);
+    if (!follower.IsMark()) return false;
+    if ((flags & OtOrderRecord::kCombines) != 0) return true;
+    const unsigned short third = reader_.Value(UnitAt<Unit>(place + 2 * sizeof(Unit), end));
+    return third >= OT_FIRST_MARK && reader_.OfValue(third).IsMark();
   }
 
   /// One character on both sides, or one pass of the plain walk.
   [[gnu::noinline]] Places Advance(Places at) {
-    const OtOrderRecord* record1 = RecordAlone(at.one, text1_.end);
-    const OtOrderRecord* record2 = RecordAlone(at.two, text2_.end);
-    if (record1 == nullptr || record2 == nullptr) return AdvancePlainly(at);
-    return Take(at, record1->Key(defaultScript_), record2->Key(defaultScript_));
+    const std::uint32_t key1 = KeyAlone(at.one, text1_.end);
+    const std::uint32_t key2 = KeyAlone(at.two, text2_.end);
+    return key1 == kNotAlone || key2 == kNotAlone ? AdvancePlainly(at) : Take(at, key1, key2);
   }
 
   /// The keys of the characters at the two places.
@@ -265,12 +284,11 @@ class InStep {
         std::uint32_t key = plain.KeyAt(place, end);
         if (key == 0) {
           if (UnitAt<Unit>(place, end) == 0) return key;
-          const OtOrderRecord* record = RecordAlone(place, end);
-          if (record == nullptr) {
+          key = KeyAlone(place, end);
+          if (key == kNotAlone) {
             alone = false;
             return std::uint32_t{0};
           }
-          key = record->Key(defaultScript_);
         }
         place += sizeof(Unit);
         if (IsReal(key) || !levels.Ignores(key)) return key;

@@ -76,17 +76,6 @@ unsigned short OrderWalk::MapToTable(unsigned short unit, unsigned char codeSet,
       ->MapChar(unit, codeSet != 0 ? codeSet : OtLanguageContext::GetNativeCodeSet());
 }
 
-/// The character at a place as the order table knows it, 0 at the end.
-inline unsigned short OrderWalk::CharacterAt(const char* place) const {
-  if (reinterpret_cast<std::uintptr_t>(place) >= end_) return 0;
-  if (!wide_) {
-    const unsigned char byte = static_cast<unsigned char>(*place);
-    return toUnicode_ != nullptr ? toUnicode_[byte] : byte;
-  }
-  const unsigned short unit = LoadUnit(place, true, reversed_);
-  return mapped_ ? MapToTable(unit, codeSet_, true) : unit;
-}
-
 /// What stands behind the character that is being resolved: first what is pending, then the text.
 struct OrderWalk::Following {
   OrderWalk& walk;
@@ -107,7 +96,8 @@ struct OrderWalk::Following {
   }
 };
 
-/// Whether the character at `next` has to be looked up among those that follow a head.
+/// Whether the character at `next` has to be looked up among those that follow a head, or may be a
+/// mark that has its place before one of the head's own.
 inline bool OrderWalk::MayContract(const OtOrderRecord& record, const char* next) const {
   if ((record.flags & OtOrderRecord::kLowFollowers) != 0) return true;
   if (!wide_) return false;  // no byte is a combining mark
@@ -123,7 +113,9 @@ std::uint32_t OrderWalk::NextKey(bool wantScript) {
   const OtOrderRecord& record = wide_ ? table_->AtWide(LoadWide(position_))
                                       : table_->AtByte(static_cast<unsigned char>(*position_));
   const char* const next = position_ + (wide_ ? 2 : 1);
-  if ((record.flags & work_) != 0 || (record.hasContractions() && MayContract(record, next))) {
+  constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
+  if ((record.flags & work_) != 0 ||
+      ((record.flags & kWithNext) != 0 && MayContract(record, next))) {
     return NextKeyAtLength(true);
   }
   const std::uint32_t key = record.Key(defaultScript_);
@@ -134,13 +126,55 @@ std::uint32_t OrderWalk::NextKey(bool wantScript) {
 }
 
 std::uint32_t OrderWalk::NextKeyAtLength(bool wantScript) {
+  if (pending_ == &kMarksPending) return NextOfRun(wantScript);
   if (pending_ != nullptr || codeSet_ == OT_CS_ORDER) return NextPending(wantScript);
-  const unsigned short character = CharacterAt(position_);
-  if (character == 0) return 0;
-  position_ += wide_ ? 2 : 1;
+  return NextCharacterKey<true>(wantScript);
+}
+
+std::uint32_t OrderWalk::NextKeyAsItStands(bool wantScript) {
+  return NextCharacterKey<false>(wantScript);
+}
+
+/// @tparam ordersMarks whether marks are met in canonical order.
+template <bool ordersMarks>
+[[gnu::always_inline]] inline std::uint32_t OrderWalk::NextCharacterKey(bool wantScript) {
+  constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
+  const std::ptrdiff_t width = wide_ ? 2 : 1;
+  unsigned short character = CharacterAt(position_);
   const OtOrderRecord* record = &table_->At(character);
-  if (record->absent()) return KeyOfUnknown(character, wantScript);
-  record = Resolve(record, language_, Following{*this, mapped_});
+  while (record->hasExpansion() && record->WeighsNothing()) [[unlikely]] {
+      position_ += width;
+      character = CharacterAt(position_);
+      record = &table_->At(character);
+    }
+  if (character == 0) return 0;
+  if (record->absent()) {
+    position_ += width;
+    return KeyOfUnknown(character, wantScript);
+  }
+  const char* const start = position_;
+  position_ += width;
+  const unsigned flags = record->flags;
+  if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
+  if (((flags | record->flags) & kWithNext) != 0) {
+    unsigned short next = CharacterAt(position_);
+    if (ordersMarks && next >= OT_FIRST_MARK && BeginsRun(flags, character, position_)) {
+      return BeginRun(start, start, wantScript);
+    }
+    while (const OtOrderRecord* pair = record->Contracted(next)) {
+      const char* const place = position_;
+      position_ += width;
+      const unsigned short third = CharacterAt(position_);
+      if (ordersMarks && third >= OT_FIRST_MARK) {
+        const OtOrderRecord& follower = table_->At(next);
+        if (!follower.IsMark() && BeginsRun(follower.flags, next, position_)) {
+          return BeginRun(start, place, wantScript);
+        }
+      }
+      record = pair;
+      next = third;
+    }
+  }
   if (record->hasExpansion()) {
     // The walk stays on the last character until all of its words are delivered.
     position_ -= wide_ ? 2 : 1;
@@ -157,7 +191,9 @@ std::uint32_t OrderWalk::KeyOfRecord(const OtOrderRecord* record, unsigned char 
     const unsigned char* script = record->scriptRef();
     script_ = script != nullptr ? *script : defaultScript;
   }
-  return ComposeOrderKey(record->order(), script_);
+  std::uint32_t key = record->key;
+  if (record->hasTailoring() && language_ != nullptr) key = RankedKey(key, *language_);
+  return ComposeOrderKey(OrderOfKey(key), script_);
 }
 
 /// A character without a record orders by its value, above all alphabets.

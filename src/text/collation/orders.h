@@ -24,6 +24,11 @@ constexpr bool IsLetterWord(unsigned order) {
   return order >= kFirstLetter && order < kFirstHan;
 }
 
+/// A combining mark that isn't part of a letter's word.
+constexpr bool IsMarkWord(unsigned order) {
+  return order >= OT_FIRST_MARK_ORDER && order <= OT_LAST_MARK_ORDER;
+}
+
 /// The script byte of characters beyond every alphabet.
 inline constexpr unsigned char kBeyondAlphabets = 0x14;
 /// In the script byte of a key: the key was ended by a change of script.
@@ -92,7 +97,13 @@ struct TextSpan {
 
 struct PlainStretch;
 
-/// The walk from characters to keys. Cheap to copy; allocates nothing.
+/// In the place of what is pending while a walk is inside a run of combining marks.
+extern const OtWCharList kMarksPending;
+
+/// The walk from characters to keys. Where two or more combining marks follow each other, those
+/// that a composed letter has in it included, they are met in canonical order: canonically equal
+/// texts have the same keys. A run of more than 30 marks is taken as it stands. Cheap to copy;
+/// allocates nothing.
 class OrderWalk {
  public:
   OrderWalk() = default;  ///< Not a walk yet: room for a copy.
@@ -126,10 +137,17 @@ class OrderWalk {
   friend class ::OtStringIterator;
   friend class LevelWalk;
   struct Following;
+  class Run;
 
   unsigned short CharacterAt(const char* place) const;
   bool MayContract(const OtOrderRecord& record, const char* next) const;
   [[gnu::noinline]] std::uint32_t NextKeyAtLength(bool wantScript);
+  template <bool ordersMarks>
+  std::uint32_t NextCharacterKey(bool wantScript);
+  std::uint32_t NextKeyAsItStands(bool wantScript);
+  bool BeginsRun(unsigned flags, unsigned short character, const char* next) const;
+  std::uint32_t BeginRun(const char* start, const char* place, bool wantScript);
+  std::uint32_t NextOfRun(bool wantScript);
   unsigned short MapToTable(unsigned short unit, unsigned char codeSet, bool mapped) const;
   std::uint32_t KeyOfRecord(const OtOrderRecord* record, unsigned char defaultScript,
                             bool wantScript);
@@ -159,6 +177,17 @@ class OrderWalk {
   bool direct_;        // units are characters of the table, in the machine's order
   std::uint8_t work_;  // flags of records that aren't the whole answer, contractions apart
 };
+
+/// The character at a place as the order table knows it, 0 at the end.
+inline unsigned short OrderWalk::CharacterAt(const char* place) const {
+  if (reinterpret_cast<std::uintptr_t>(place) >= end_) return 0;
+  if (!wide_) {
+    const unsigned char byte = static_cast<unsigned char>(*place);
+    return toUnicode_ != nullptr ? toUnicode_[byte] : byte;
+  }
+  const unsigned short unit = LoadUnit(place, true, reversed_);
+  return mapped_ ? MapToTable(unit, codeSet_, true) : unit;
+}
 
 }  // namespace ot95
 

@@ -87,7 +87,10 @@ class PlainKeys {
     while (value != 0) {
       const char* const nextPlace = stretch.end + sizeof(Unit);
       const unsigned next = keys.ValueAt(nextPlace, end);
-      if (next >= OT_FIRST_MARK && !IsNoFollower(next)) return stretch;
+      constexpr UnitRange kGreekAndCyrillic = {0x370, 0x482};
+      if (next >= OT_FIRST_MARK && !kGreekAndCyrillic.Has(next)) [[unlikely]] {
+        if (!IsNoFollower(next)) return stretch;
+      }
       std::uint32_t key = keys.keys_[value];
       if (((key ^ keys.script_) & unlike) == 0) [[likely]] {  // a letter of the language's alphabet
         key &= ~kTailoredKey;

@@ -32,9 +32,12 @@ struct Levels {
         wildcards((cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0),
         mask((ignoreCase ? kAccentMask : 0xffffffff) & (ignoreAccent ? kCaseMask : 0xffffffff)) {}
 
-  /// Whether a key that isn't real is passed over.
+  /// Whether a key that isn't real is passed over. Marks that don't compose are symbols and
+  /// accents.
   bool Ignores(std::uint32_t key) const {
-    return OrderOfKey(key) >= kFirstSymbol ? ignoreSymbols : ignoreSpace;
+    const unsigned order = OrderOfKey(key);
+    if (order < kFirstSymbol) return ignoreSpace;
+    return ignoreSymbols || (ignoreAccent && IsMarkWord(order));
   }
 
   bool ignoreSpace;

@@ -20,6 +20,7 @@ namespace {
 struct StarCandidate {
   OrderWalk pattern;
   std::uint32_t taken;
+  bool asksAgain;  ///< Its question mark has met the first half of a pair.
 };
 
 /// First in, first out; a few stand on the stack, as more are rare.
@@ -95,10 +96,15 @@ class PatternMatch : private LevelWalk {
 
  private:
   bool NextPass() {
-    TakeStops();
+    if (asksAgain_) {
+      text_.key = NextCounting<false>(text_.walk, text_.taken);
+    } else {
+      TakeStops();
+    }
     if (keyText_) wantScript_ = false;
+    beginsPair_ = BeginsPair();
     if (seeking_ && text_.key != 0 && (seekAny_ || (text_.key & levels_.mask) == seekKey_)) {
-      candidates_.Add({savedPattern_, savedTaken_});
+      candidates_.Add({savedPattern_, savedTaken_, false});
     }
     if (IsAsterisk(pattern_.key)) {
       if (shortcuts_ && !differences_.Fails(levels_) && MatchRest()) return false;
@@ -106,6 +112,7 @@ class PatternMatch : private LevelWalk {
     }
     StepCandidates();
     NoteDifference();
+    asksAgain_ = beginsPair_ && IsQuestion(pattern_.key);
     if (symbolDifference_ != 0) differences_.symbol = symbolDifference_;
     if (seeking_ && text_.key != 0 && differences_.Fails(levels_)) BackTrack();
     return differences_.primary == 0 && text_.key != 0 && (pattern_.key != 0 || seeking_);
@@ -144,10 +151,22 @@ class PatternMatch : private LevelWalk {
     return true;
   }
 
+  /// Whether the text stands at a character of two halves, which one question mark meets.
+  bool BeginsPair() const {
+    if (!IsHalf(text_.key, kFirstLead)) return false;
+    OrderWalk next = text_.walk;
+    return IsHalf(next.NextKey(wantScript_), kFirstTrail);
+  }
+
   void StepCandidates() {
     if (candidates_.Empty()) return;
     candidates_.Keep([this](StarCandidate& candidate) {
+      if (candidate.asksAgain) {
+        candidate.asksAgain = false;
+        return text_.key != 0;
+      }
       const std::uint32_t key = NextCounting<true>(candidate.pattern, candidate.taken);
+      candidate.asksAgain = beginsPair_ && IsQuestion(key);
       return ((key ^ text_.key) & levels_.mask) == 0 || (text_.key != 0 && IsQuestion(key));
     });
   }
@@ -161,11 +180,14 @@ class PatternMatch : private LevelWalk {
   }
 
   void BackTrack() {
+    asksAgain_ = false;
     if (candidates_.Empty()) {
       pattern_.walk = savedPattern_;
       pattern_.taken = savedTaken_;
     } else {
       const StarCandidate candidate = candidates_.TakeFirst();
+      asksAgain_ = candidate.asksAgain;
+      if (asksAgain_) pattern_.key = std::uint32_t{QuestionWord()} << 8;
       pattern_.walk = candidate.pattern;
       pattern_.taken = candidate.taken;
     }
@@ -184,16 +206,16 @@ class PatternMatch : private LevelWalk {
     std::uint32_t* patternEnd = pattern;
     while ((patternSide.key = NextCounting<true>(patternSide.walk, patternSide.taken)) != 0) {
       if (patternEnd == std::end(pattern)) return false;
-      *patternEnd++ = IsAsterisk(patternSide.key)   ? kStar
-                      : IsQuestion(patternSide.key) ? kAny
-                                                    : patternSide.key & levels_.mask;
+      AddUnit(patternEnd, IsAsterisk(patternSide.key)   ? kStar
+                          : IsQuestion(patternSide.key) ? kAny
+                                                        : patternSide.key & levels_.mask);
     }
     std::uint32_t* textEnd = text;
     if (std::any_of(pattern, patternEnd, [](std::uint32_t unit) { return unit != kStar; })) {
       LevelSide textSide = text_;
       while (textSide.key != 0) {
         if (textEnd == std::end(text)) return false;
-        *textEnd++ = textSide.key & levels_.mask;
+        AddUnit(textEnd, textSide.key & levels_.mask);
         textSide.key = NextCounting<false>(textSide.walk, textSide.taken);
       }
     }
@@ -202,7 +224,18 @@ class PatternMatch : private LevelWalk {
     return true;
   }
 
+  /// Adds a unit, the second half of a pair to its first: no real key is as large.
+  static void AddUnit(std::uint32_t*& end, std::uint32_t unit) {
+    if (IsHalf(unit, kFirstTrail) && IsHalf(end[-1], kFirstLead)) {
+      end[-1] = 0x80000000 | (end[-1] & 0x3ff00) << 2 | (unit & 0x3ff00) >> 8;
+    } else {
+      *end++ = unit;
+    }
+  }
+
   bool shortcuts_;
+  bool asksAgain_ = false;
+  bool beginsPair_ = false;
   bool endedInStar_ = false;
   bool seeking_ = false;
   bool seekAny_ = false;

@@ -13,6 +13,15 @@ namespace ot95 {
 inline constexpr std::uint32_t kStar = 1;
 inline constexpr std::uint32_t kAny = 2;
 
+// Words of the halves of a character beyond the first plane: their values.
+inline constexpr unsigned kFirstLead = 0xd800;
+inline constexpr unsigned kFirstTrail = 0xdc00;
+
+/// Whether a key is that of a half: one of 0x400 words from `first` on, beyond every alphabet.
+constexpr bool IsHalf(std::uint32_t key, unsigned first) {
+  return (key >> 24 & 0x7f) == 0x14 && (key >> 8 & 0xfc00) == first;
+}
+
 inline bool Fits(std::uint32_t key, std::uint32_t unit) {
   return unit == kAny || key == unit;
 }

@@ -138,6 +138,32 @@ void TextOperand::Widen(unsigned char* key, std::size_t textEnd, unsigned short 
   }
 }
 
+// Where accents are ignored, so are the marks that stand by themselves: they are no part of a
+// limit.
+// @return where the text ends.
+std::size_t TextOperand::DropMarks(unsigned char* key, std::size_t textEnd) const {
+  if (accentMask_ == 0 || (key[3] & ~kMixedScripts) >= kBeyondAlphabets) return textEnd;
+  std::size_t end = kHeaderSize;
+  for (std::size_t at = kHeaderSize; at + 2 <= textEnd; at += 2) {
+    const auto word = LoadAs<std::uint16_t>(key + at, layout_.form);
+    if (IsMarkWord(word)) continue;
+    StoreAs<std::uint16_t>(key + end, word, layout_.form);
+    end += 2;
+  }
+  return end;
+}
+
+// Whether no letter of a key has accents that could make it an upper limit: marks on other
+// characters, which are ignored with accents, would pass it.
+bool TextOperand::NeedsTop(const unsigned char* key, std::size_t textEnd) const {
+  if (wildBytes_ > 0 || IgnoresCharacters()) return true;
+  if (accentMask_ == 0) return false;
+  for (std::size_t at = kHeaderSize; at + 2 <= textEnd; at += 2) {
+    if (IsLetterWord(LoadAs<std::uint16_t>(key + at, layout_.form))) return false;
+  }
+  return true;
+}
+
 // Puts the top character behind the prefix of a pattern, or in place of what stands last where
 // there is no room for it or where ignored characters may stand anywhere.
 std::size_t TextOperand::PutTop(unsigned char* key, std::size_t textEnd, std::size_t end) const {
@@ -172,7 +198,7 @@ void TextOperand::MakeLower(OtIdxBounds& limits) const {
   const std::size_t size = layout_.Header() + KeyTextBytes() + layout_.Terminator();
   unsigned char* key = NewKey(limits.lowerKey, limits.lowerKeyLength, size);
   if (key == nullptr) return;
-  const std::size_t textEnd = WritePrefix(key, TextRoom(size, layout_));
+  const std::size_t textEnd = DropMarks(key, WritePrefix(key, TextRoom(size, layout_)));
   Widen(key, textEnd, accentMask_, caseMask_);
   Finish(key, textEnd, limits.lowerKeyLength);
 }
@@ -180,13 +206,16 @@ void TextOperand::MakeLower(OtIdxBounds& limits) const {
 void TextOperand::MakeUpper(OtIdxBounds& limits, LineText& text) const {
   const std::size_t top = IsPattern() ? UnitWidth() : 0;
   std::size_t size = layout_.Header() + KeyTextBytes() + top + layout_.Terminator();
-  if (IgnoresCharacters() && (size == kEmptyRecordSize || PrefixBytes() == 0)) size += 2;
+  if ((IgnoresCharacters() || accentMask_ != 0) && (size == kEmptyRecordSize || PrefixBytes() == 0))
+    size += 2;
   unsigned char* key = NewKey(limits.upperKey, limits.upperKeyLength, size);
   if (key == nullptr) return;
   const std::size_t room = TextRoom(size, layout_);
-  std::size_t textEnd = WritePrefix(key, room);
+  std::size_t textEnd = DropMarks(key, WritePrefix(key, room));
   Widen(key, textEnd, caseMask_, accentMask_);
-  if (wildBytes_ > 0 || IgnoresCharacters()) textEnd = PutTop(key, textEnd, room);
+  // Behind nothing but marks a pattern can go on in any alphabet.
+  if (accentMask_ != 0 && textEnd == layout_.Header()) key[3] = kBeyondAlphabets;
+  if (NeedsTop(key, textEnd)) textEnd = PutTop(key, textEnd, room);
   Finish(key, textEnd, limits.upperKeyLength);
   text = TextOfKey(key, limits.upperKeyLength, layout_);
   if (size > OtINDEX_MAX_KEYLEN) {

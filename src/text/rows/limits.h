@@ -67,6 +67,8 @@ class TextOperand {
   std::size_t PrefixBytes() const;
   std::size_t KeyTextBytes() const;
   std::size_t WritePrefix(unsigned char* key, std::size_t end) const;
+  std::size_t DropMarks(unsigned char* key, std::size_t textEnd) const;
+  bool NeedsTop(const unsigned char* key, std::size_t textEnd) const;
   std::size_t PutTop(unsigned char* key, std::size_t textEnd, std::size_t end) const;
   void Widen(unsigned char* key, std::size_t textEnd, unsigned short clear,
              unsigned short set) const;

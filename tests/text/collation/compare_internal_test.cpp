@@ -51,6 +51,8 @@ std::vector<Place> PlacesOf(const std::u16string& text, unsigned char language, 
       places.back().key = ot95::ComposeOrderKey(order, it.GetScript());
       if (order == 0) return places;
       places.emplace_back();
+    } else if (ot95::IsMarkWord(order) && (op & OT_CMP_IGNORE_ACCENT)) {
+      continue;
     } else if (!(op & (order < 0x50 ? OT_CMP_IGNORE_SPACE : OT_CMP_IGNORE_SYMBOLS))) {
       places.back().symbols.push_back(order);
     }

@@ -131,6 +131,33 @@ TEST(Wildcards, ShortCutsEqualTheWalkOverMixedTexts) {
   }
 }
 
+TEST(Wildcards, ACharacterOfTwoHalvesIsOne) {
+  const struct {
+    const char* name;
+    std::u16string text, pattern;
+    bool matches;
+  } rows[] = {
+      {"one question mark", u"a\xd840\xdc0b z", u"a? z", true},
+      {"not two", u"a\xd840\xdc0b", u"a??", false},
+      {"behind a star", u"ab\xd840\xdc0bz", u"*b?z", true},
+      {"two of them", u"\xd840\xdc0b\xd840\xdc0c", u"??", true},
+      {"star and question mark", u"x\xd840\xdc0bz\xd840\xdc0b!", u"*\xd840\xdc0b?z*?!", false},
+      {"the pair itself", u"a\xd840\xdc0b", u"*\xd840\xdc0b", true},
+      {"half of another", u"a\xd840\xdc0b", u"*\xd840\xdc0c", false},
+      {"a half alone is one, too", u"a\xd840z", u"a?z", true},
+      {"an emoji", u"a\xd83d\xde00", u"a?", true},
+  };
+  for (const auto& row : rows) {
+    const auto span = [](const std::u16string& text) {
+      return TextSpan::Terminated(reinterpret_cast<const char*>(text.c_str()), OT_CS_UNICODE, 1);
+    };
+    EXPECT_EQ(ot95::CompareSpans(span(row.text), span(row.pattern), 0) == 0, row.matches)
+        << row.name;
+    EXPECT_EQ(ot95::CompareSpansPlainly(span(row.text), span(row.pattern), 0) == 0, row.matches)
+        << row.name << ", walking";
+  }
+}
+
 TEST(Wildcards, CandidatesBeyondTheStack) {
   const std::string text(200, 'a');
   const struct {
