@@ -210,6 +210,18 @@ struct OtIdxBounds {
   unsigned char upperKeyLength = 0;  ///< Bytes at upperKey.
 };
 
+/// The ends of a range of sort keys, in buffers of the caller. What lies in it is not below `lower`
+/// and is below `upper`, by the order of bytes; a length of 0 means that there is no such end.
+/// Bytes behind the keys, such as an object's identifier, don't lead out of it.
+struct OtSortRange {
+  void* lower = nullptr;
+  unsigned long lowerRoom = 0;    ///< Bytes that may be written; a longer end is cut, and holds.
+  unsigned long lowerLength = 0;  ///< Out: bytes written.
+  void* upper = nullptr;
+  unsigned long upperRoom = 0;
+  unsigned long upperLength = 0;
+};
+
 /// @name Operations of a row
 /// The contracts that every row keeps and that a function which is exchanged has to keep. They are
 /// called with arguments as a caller of OtTypeMgr gives them, null pointers included only where it
@@ -534,6 +546,45 @@ class OT95_EXPORT OtTypeMgr {
   ///   can't be such an array.
   int VerifyStored(char id, const void* disk, unsigned long available, unsigned char format,
                    unsigned long count, unsigned long& consumed) const;
+
+  // Keys that compare as bytes, for stores that know no other order. docs/sort-keys.md draws them,
+  // and lists the values that have none. In all of these `length` is the number of bytes at
+  // `value`, beyond which none is read; 0 means exactly `count` elements, as for Cmp.
+
+  /// The version of the layout of these keys. An index is good for the version that it was made in.
+  static unsigned SortKeyVersion();
+  /// Writes the key of an array: the order of keys by memcmp, the shorter first on a tie, is that
+  /// of Cmp on two such arrays in the same form with the same `cmpOp`. No key is the beginning of
+  /// another, so that more may be written behind it.
+  /// @param room bytes at `target`, which may be null for 0. What is written of a key that is
+  /// longer
+  ///   orders like the whole one as far as it goes.
+  /// @param status 0; OT_ERR_END_OF_DATA when `room` cuts the key, or when the value ends before
+  ///   `count` elements do, and the key is that of those that are there; OT_ERR_NOT_SUPPORTED when
+  ///   Cmp has no order for the value under these options (and there is no key, but for a
+  ///   not-a-number, whose key is at one end); OT_ERR_BAD_ARGUMENT for an identifier without type.
+  /// @return the length of the whole key.
+  unsigned long SortKey(char id, void* target, unsigned long room, const void* value,
+                        unsigned long length, unsigned short cmpOp, unsigned long count,
+                        unsigned char format, int& status) const;
+  /// Finds the ends between which the keys of all values lie that satisfy a comparison: what
+  /// EvalAndBound is for an index that Cmp orders. Not all that lies there satisfies it: Cmp
+  /// decides.
+  /// @param op the relation (OT_OP_EQUAL, OT_OP_LESS, OT_OP_GREATER) and options of the comparison;
+  ///   without OT_CMP_NO_WILDCARDS the operand may be a pattern, or a date with open fields.
+  /// @param value the operand.
+  /// @param keyOp the options with which the keys in the store were made.
+  /// @return 0, or a status as of SortKey; then there are no ends.
+  int SortRange(char id, OtSortRange& range, unsigned short op, const void* value,
+                unsigned long length, unsigned short keyOp, unsigned long count,
+                unsigned char format) const;
+  /// A hash of the sort key: arrays that Cmp finds equal under `cmpOp` hash alike, on every
+  /// machine.
+  /// @param seed any number; another one gives another hash.
+  /// @param status as of SortKey; where there is no whole key the hash is 0.
+  std::uint64_t Hash64(char id, const void* value, unsigned long length, unsigned short cmpOp,
+                       unsigned long count, unsigned char format, std::uint64_t seed,
+                       int& status) const;
 
  protected:
   /// Joins all elements into one text, each with a separator behind it: the first character from 1

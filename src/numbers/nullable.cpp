@@ -1,4 +1,6 @@
 // The eleven nullable scalars: one template over the facts of the scalar.
+#include "numbers/nullable.h"
+
 #include <cstring>
 
 #include "kit/estimate.h"
@@ -7,11 +9,9 @@
 #include "kit/numbertext.h"
 #include "kit/scalartext.h"
 #include "kit/statics.h"
-#include "kit/walks.h"
 #include "numbers/convert.h"
 #include "numbers/estimate.h"
 #include "numbers/rows.h"
-#include "ot95/nullable.h"
 #include "ot95/store.h"
 
 namespace ot95 {
@@ -36,15 +36,6 @@ void PutValue(unsigned char* at, const OtInt64& value, unsigned char form) {
   StoreAs<std::uint32_t>(at, value.low, form);
   StoreAs<std::int32_t>(at + 4, value.high, form);
 }
-template <class T>
-void GetValue(const unsigned char* at, T& value, unsigned char form) {
-  value = LoadAs<T>(at, form);
-}
-void GetValue(const unsigned char* at, OtInt64& value, unsigned char form) {
-  value.low = LoadAs<std::uint32_t>(at, form);
-  value.high = LoadAs<std::int32_t>(at + 4, form);
-}
-
 template <Literal rowName, Literal rowFormat, class Record, class AsText>
 struct Nullable {
   using Value = typename Record::ValueType;
@@ -62,34 +53,23 @@ struct Nullable {
     return records;
   }
 
-  // The flag stands behind the value in memory form and before it in every other.
-  static constexpr std::size_t ValueAt(unsigned char form) { return HasMemoryBit(form) ? 0 : 1; }
-  static constexpr std::size_t FlagAt(unsigned char form) {
-    return HasMemoryBit(form) ? sizeof(Value) : 0;
-  }
-
   static unsigned long Store(void* disk, const void* memory, unsigned char format,
                              unsigned long count) {
     const auto* records = static_cast<const Record*>(memory);
     auto* at = static_cast<unsigned char*>(disk);
     for (unsigned long i = 0; i < count; ++i, at += storedWidth) {
-      at[FlagAt(format)] = records[i].isNull != 0;
-      PutValue(at + ValueAt(format), records[i].value, format);
+      at[NullFlagAt<Value>(format)] = records[i].isNull != 0;
+      PutValue(at + NullValueAt(format), records[i].value, format);
     }
     return count * storedWidth;
-  }
-
-  static void LoadOne(Record& record, const unsigned char* disk, unsigned char format) {
-    GetValue(disk + ValueAt(format), record.value, format);
-    record.isNull = 0;
-    if (disk[FlagAt(format)] == 1) record.SetNull();  // Other flags count as not null.
   }
 
   static unsigned long Load(void* memory, const void* disk, unsigned char format,
                             unsigned long count) {
     auto* records = static_cast<Record*>(memory);
     const auto* at = static_cast<const unsigned char*>(disk);
-    for (unsigned long i = 0; i < count; ++i) LoadOne(records[i], at + i * storedWidth, format);
+    for (unsigned long i = 0; i < count; ++i)
+      records[i] = LoadNullable<Record>(at + i * storedWidth, format);
     return count * storedWidth;
   }
 
@@ -99,18 +79,6 @@ struct Nullable {
   }
   static unsigned long SizeGetFromMemFile(MemFile*, unsigned char, unsigned long count) {
     return NullSizeGet(count);
-  }
-
-  // Bytes from one element to the next as comparers and hashes walk them. A record in memory form
-  // is read by Load too, which takes value and flag from its first bytes.
-  static constexpr std::size_t WalkWidth(unsigned char form) {
-    return IsMemoryForm(form) ? sizeof(Record) : storedWidth;
-  }
-
-  static Record Loaded(const unsigned char* element, unsigned char form) {
-    Record record;
-    LoadOne(record, element, form);
-    return record;
   }
 
   // Unlike that of the plain types, a comparison with a not-a-number answers 1.
@@ -128,9 +96,10 @@ struct Nullable {
                       unsigned long length2, void* value2, unsigned short, unsigned long count,
                       int& status) {
     const unsigned char form = FormOf(format);
-    return WalkPairs(WalkWidth(form), length1, value1, length2, value2, count, status,
+    return WalkPairs(NullWalkWidth<Record>(form), length1, value1, length2, value2, count, status,
                      [form](const unsigned char* left, const unsigned char* right) {
-                       return CompareRecords(Loaded(left, form), Loaded(right, form));
+                       return CompareRecords(LoadNullable<Record>(left, form),
+                                             LoadNullable<Record>(right, form));
                      });
   }
 
@@ -146,9 +115,10 @@ struct Nullable {
   static unsigned long Hash(unsigned char format, unsigned long length, void* value,
                             unsigned long count, int& status) {
     const unsigned char form = FormOf(format);
-    return FoldElements(
-        WalkWidth(form), length, value, count, status,
-        [form](const unsigned char* element) { return HashRecord(Loaded(element, form)); });
+    return FoldElements(NullWalkWidth<Record>(form), length, value, count, status,
+                        [form](const unsigned char* element) {
+                          return HashRecord(LoadNullable<Record>(element, form));
+                        });
   }
 
   static NullableNumber Place(const Record& record) {
@@ -173,9 +143,9 @@ struct Nullable {
                             unsigned char format, unsigned long count, OtIdxBounds* limits) {
     StoreBound(limits, value, op, count * storedWidth);
     if (!HasRange(bounds)) return 0.0F;
-    const Record record = Loaded(static_cast<const unsigned char*>(value), format);
-    const Record low = Loaded(LowerKey<storedWidth>(*bounds).bytes, format);
-    const Record high = Loaded(UpperKey<storedWidth>(*bounds).bytes, format);
+    const Record record = LoadNullable<Record>(static_cast<const unsigned char*>(value), format);
+    const Record low = LoadNullable<Record>(LowerKey<storedWidth>(*bounds).bytes, format);
+    const Record high = LoadNullable<Record>(UpperKey<storedWidth>(*bounds).bytes, format);
     const double sum = EstimateNullable(op, Place(record), Place(low), Place(high));
     if constexpr (std::is_same_v<Value, OtInt64>) {
       return static_cast<float>(CountInt64(op, record, low, high, sum));

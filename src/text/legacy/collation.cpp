@@ -49,41 +49,6 @@ constexpr Encoding MakeEncoding(CollationPair smallOe) {
   return encoding;
 }
 
-// One side of a comparison, collation byte by collation byte.
-class CollationWalk {
- public:
-  CollationWalk(const LegacyRules& rules, const LegacyText& text, bool caseCounts)
-      : rules_(rules), text_(text), caseCounts_(caseCounts) {}
-
-  // 0 at the end of the text, behind a letter that is held back.
-  unsigned char Next() {
-    if (held_ != 0) {
-      const unsigned char held = held_;
-      held_ = 0;
-      return held;
-    }
-    const unsigned char c = text_.At(at_);
-    if (c == 0) return 0;
-    ++at_;
-    return text_.IsKey() ? c : Encoded(rules_.encoding[c]);
-  }
-
- private:
-  unsigned char Encoded(CollationPair pair) {
-    if (pair.IsTwoLetters()) {
-      held_ = pair.second;
-      return static_cast<unsigned char>(pair.first - (caseCounts_ ? 1 : 0));
-    }
-    return static_cast<unsigned char>(pair.first + (caseCounts_ ? pair.second : 0));
-  }
-
-  const LegacyRules& rules_;
-  const LegacyText& text_;
-  std::size_t at_ = 0;
-  unsigned char held_ = 0;
-  bool caseCounts_;
-};
-
 enum class Agreement { none, equal, endsMatch };
 
 // Whether a byte of the pattern meets a byte of the text. A key holds less than a text: the accent

@@ -55,6 +55,41 @@ LegacyText TextOf(const T& string) {
   return {reinterpret_cast<const unsigned char*>(string.text), length, string.flags};
 }
 
+/// One side of a comparison, collation byte by collation byte.
+class CollationWalk {
+ public:
+  CollationWalk(const LegacyRules& rules, const LegacyText& text, bool caseCounts)
+      : rules_(rules), text_(text), caseCounts_(caseCounts) {}
+
+  /// 0 at the end of the text, behind a letter that is held back.
+  unsigned char Next() {
+    if (held_ != 0) {
+      const unsigned char held = held_;
+      held_ = 0;
+      return held;
+    }
+    const unsigned char c = text_.At(at_);
+    if (c == 0) return 0;
+    ++at_;
+    return text_.IsKey() ? c : Encoded(rules_.encoding[c]);
+  }
+
+ private:
+  unsigned char Encoded(CollationPair pair) {
+    if (pair.IsTwoLetters()) {
+      held_ = pair.second;
+      return static_cast<unsigned char>(pair.first - (caseCounts_ ? 1 : 0));
+    }
+    return static_cast<unsigned char>(pair.first + (caseCounts_ ? pair.second : 0));
+  }
+
+  const LegacyRules& rules_;
+  const LegacyText& text_;
+  std::size_t at_ = 0;
+  unsigned char held_ = 0;
+  bool caseCounts_;
+};
+
 /// The byte that a collation byte comes from, a capital where case is lost. `second` is the byte
 /// behind it; `usedSecond` tells whether the two were one letter.
 unsigned char DecodeChar(const LegacyRules& rules, unsigned char first, unsigned char second,

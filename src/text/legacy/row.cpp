@@ -16,6 +16,7 @@
 #include "ot95/bytes.h"
 #include "ot95/fault.h"
 #include "ot95/memfile.h"
+#include "text/legacy/record.h"
 #include "text/legacy/rows.h"
 
 namespace ot95 {
@@ -26,43 +27,6 @@ constexpr unsigned char valueMarker = 0x40;
 constexpr unsigned char keyFormatMarker = 1;
 constexpr unsigned char keyMarker = 0xc0;
 constexpr unsigned long mostBytes = 0xffff;  // of all strings of a record
-
-// A stored record, cut to the bytes at hand.
-struct Record {
-  unsigned char marker = 0;
-  const unsigned char* strings = nullptr;
-  std::size_t left = 0;   // bytes at hand
-  std::size_t total = 0;  // bytes that the record tells of
-  bool complete = true;   // the header is there
-
-  // A `length` of 0 means all that the record tells of. A null value is an empty record.
-  Record(const void* value, unsigned long length, unsigned char format) {
-    const auto* bytes = static_cast<const unsigned char*>(value);
-    if (!bytes) return;
-    complete = length == 0 || length >= legacyHeader;
-    if (!complete) return;
-    marker = bytes[0];
-    total = LoadAs<OtWord>(bytes + 1, format);
-    strings = bytes + legacyHeader;
-    left = length == 0 ? total : std::min<std::size_t>(total, length - legacyHeader);
-  }
-
-  bool IsCut() const { return left < total; }
-  // The string here, which ends with the bytes at hand at the latest, and a step behind it.
-  LegacyText Take() {
-    const void* end = left > 0 ? std::memchr(strings, 0, left) : nullptr;
-    const std::size_t length =
-        end ? static_cast<std::size_t>(static_cast<const unsigned char*>(end) - strings) : left;
-    const LegacyText text = {reinterpret_cast<const unsigned char*>(left > 0 ? strings : emptyText),
-                             length, marker};
-    const std::size_t step = std::min(length + 1, left);
-    strings += step;
-    left -= step;
-    return text;
-  }
-
-  static constexpr unsigned char emptyText[1] = {0};
-};
 
 // ---------------------------------------------------------------------------------------------
 // Storing and loading
@@ -97,7 +61,7 @@ unsigned long Store(void* disk, const void* memory, unsigned char format, unsign
 
 // Strings that the record doesn't hold come out empty.
 template <class T>
-unsigned long LoadRecord(void* memory, Record record, unsigned long count) {
+unsigned long LoadRecord(void* memory, LegacyRecord record, unsigned long count) {
   if (!record.complete) return 0;
   const unsigned long consumed = record.left + legacyHeader;
   T* strings = static_cast<T*>(memory);
@@ -111,7 +75,7 @@ unsigned long LoadRecord(void* memory, Record record, unsigned long count) {
 
 template <class T>
 unsigned long Load(void* memory, const void* disk, unsigned char format, unsigned long count) {
-  return LoadRecord<T>(memory, Record(disk, 0, format), count);
+  return LoadRecord<T>(memory, LegacyRecord(disk, 0, format), count);
 }
 
 unsigned long NullSizeGet(unsigned long count) {
@@ -127,7 +91,7 @@ template <class T>
 unsigned long SizeGet(const void* value, unsigned char sourceFormat, unsigned char diskFormat,
                       unsigned long count) {
   if (IsNoForm(diskFormat)) return 0;
-  if (!HasMemoryBit(sourceFormat)) return Record(value, 0, sourceFormat).total + legacyHeader;
+  if (!HasMemoryBit(sourceFormat)) return LegacyRecord(value, 0, sourceFormat).total + legacyHeader;
   return EachStoredText<T>(value, count, [](const char*, unsigned long) {}) + legacyHeader;
 }
 
@@ -136,13 +100,11 @@ unsigned long SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned l
   unsigned long length = legacyHeader;
   const unsigned char* bytes = file->Seek(0, 1, &length, 0);
   if (!bytes || length < legacyHeader) return 0;
-  return Record(bytes, legacyHeader, format).total + legacyHeader;
+  return LegacyRecord(bytes, legacyHeader, format).total + legacyHeader;
 }
 
 // ---------------------------------------------------------------------------------------------
 // Comparison
-
-constexpr std::size_t mostSteps = 0xffff;
 
 // With a pattern that holds a wildcard there is no order: 0 for a match, 1 for none.
 long CompareTexts(const LegacyRules& rules, const LegacyText& a, const LegacyText& b,
@@ -154,13 +116,13 @@ long CompareTexts(const LegacyRules& rules, const LegacyText& a, const LegacyTex
 
 // A cut side counts without its last byte, which is a terminator in a cut key. Returns how many
 // bytes do, or no limit for a side that isn't cut.
-std::size_t StepsOf(Record& record) {
-  if (!record.IsCut()) return mostSteps;
+std::size_t StepsOf(LegacyRecord& record) {
+  if (!record.IsCut()) return mostLegacySteps;
   if (record.left > 0) --record.left;
   return record.left;
 }
 
-long CompareStored(const LegacyRules& rules, Record a, Record b, unsigned short cmpOp,
+long CompareStored(const LegacyRules& rules, LegacyRecord a, LegacyRecord b, unsigned short cmpOp,
                    unsigned long count, int& status) {
   constexpr std::size_t longestCut = 0xfe;
   if (!a.complete || !b.complete) {
@@ -177,7 +139,7 @@ long CompareStored(const LegacyRules& rules, Record a, Record b, unsigned short 
     return steps > 0 ? CompareTexts(rules, a.Take(), b.Take(), cmpOp, steps) : 0;
   }
   for (;;) {
-    const long result = CompareTexts(rules, a.Take(), b.Take(), cmpOp, mostSteps);
+    const long result = CompareTexts(rules, a.Take(), b.Take(), cmpOp, mostLegacySteps);
     if (--count == 0 || result != 0) return result;
     if (a.left == 0 || b.left == 0) {
       status = OT_ERR_END_OF_DATA;
@@ -193,14 +155,14 @@ long Compare(unsigned char format, unsigned long length1, void* value1, unsigned
   status = 0;
   if (count == 0) return 0;
   if (!IsMemoryForm(format)) {
-    return CompareStored(rules, Record(value1, length1, format), Record(value2, length2, format),
-                         cmpOp, count, status);
+    return CompareStored(rules, LegacyRecord(value1, length1, format),
+                         LegacyRecord(value2, length2, format), cmpOp, count, status);
   }
   const T* a = static_cast<const T*>(value1);
   const T* b = static_cast<const T*>(value2);
   long result = 0;
   for (unsigned long i = 0; i < count && result == 0; ++i) {
-    result = CompareTexts(rules, TextOf(a[i]), TextOf(b[i]), cmpOp, mostSteps);
+    result = CompareTexts(rules, TextOf(a[i]), TextOf(b[i]), cmpOp, mostLegacySteps);
   }
   return result;
 }
@@ -279,7 +241,7 @@ unsigned long MakeKey(void* target, unsigned char targetFormat, unsigned long ta
 
 // A key as text again, in capitals and without accents.
 template <class T>
-unsigned long DecodeKey(T& target, const Record& key) {
+unsigned long DecodeKey(T& target, const LegacyRecord& key) {
   if (!key.complete) return 0;
   T text(reinterpret_cast<const char*>(key.strings), key.left);
   std::size_t length = 0;
@@ -305,7 +267,7 @@ unsigned long Translate(void* target, unsigned char targetFormat, unsigned long 
                       count);
   }
   if (HasMemoryBit(targetFormat) && !HasMemoryBit(sourceFormat)) {
-    const Record record(source, sourceLength, sourceFormat);
+    const LegacyRecord record(source, sourceLength, sourceFormat);
     if (RulesOf<T>.decodesKeys && (sourceFormat & keyFormat)) {
       return count > 0 ? DecodeKey(*static_cast<T*>(target), record) : 0;
     }
@@ -420,7 +382,7 @@ int VerifyLegacyStrings(const StoredBytes& stored, unsigned long& consumed) {
   const unsigned char marker = stored.bytes[0];
   const bool isKey = (marker & keyMarker) == keyMarker;
   if (!isKey && marker != valueMarker && marker != keyFormatMarker) return OT_ERR_BAD_ARGUMENT;
-  Record record(stored.bytes, stored.available, stored.format);
+  LegacyRecord record(stored.bytes, stored.available, stored.format);
   consumed = legacyHeader;
   std::size_t left = record.total;
   for (unsigned long i = 0; i < stored.count; ++i) {

@@ -1,0 +1,12 @@
+#ifndef OT95_SRC_BLOB_SORTKEY_H
+#define OT95_SRC_BLOB_SORTKEY_H
+
+#include "kit/sortkey.h"
+
+namespace ot95 {
+
+int SortKeyOfBlobs(const SortInput& input, SortKeyWriter& out);
+
+}  // namespace ot95
+
+#endif

@@ -1,0 +1,46 @@
+#include "text/rows/sortkey.h"
+
+#include "text/rows/stored.h"
+
+namespace ot95 {
+
+namespace {
+
+/// The next text, if it is there and whole.
+bool TakeWhole(StringCursor& cursor, StoredText& text) {
+  if (!cursor.Unpack(text) || !text.present || text.truncated || text.unknowable) return false;
+  // A key that ended at a change of script is a text that was cut.
+  return text.text.codeSet != OT_CS_ORDER || (text.text.language & kMixedScripts) == 0;
+}
+
+}  // namespace
+
+template <bool legacy>
+int SortKeyOfStrings(const SortInput& input, SortKeyWriter& out) {
+  StringCursor cursor(input.value, input.length, input.format, legacy);
+  for (unsigned long i = 0; i < input.count; ++i) {
+    StoredText text;
+    if ((i != 0 && !cursor.Advance()) || !TakeWhole(cursor, text)) return OT_ERR_END_OF_DATA;
+    if (const int status = PutTextKey(text.text, input.cmpOp, out)) return status;
+  }
+  return 0;
+}
+
+template <bool legacy>
+int SortRangeOfStrings(const SortInput& operand, unsigned short keyOp, bool equal, bool upper,
+                       SortKeyWriter& out, TextRange::Kind& kind) {
+  StringCursor cursor(operand.value, operand.length, operand.format, legacy);
+  StoredText text;
+  if (!TakeWhole(cursor, text)) return OT_ERR_END_OF_DATA;
+  kind = TextRange{text.text, operand.cmpOp, keyOp, equal}.Put(upper, out);
+  return 0;
+}
+
+template int SortKeyOfStrings<false>(const SortInput&, SortKeyWriter&);
+template int SortKeyOfStrings<true>(const SortInput&, SortKeyWriter&);
+template int SortRangeOfStrings<false>(const SortInput&, unsigned short, bool, bool, SortKeyWriter&,
+                                       TextRange::Kind&);
+template int SortRangeOfStrings<true>(const SortInput&, unsigned short, bool, bool, SortKeyWriter&,
+                                      TextRange::Kind&);
+
+}  // namespace ot95
