@@ -20,7 +20,7 @@ constexpr unsigned kHigherScript = 0xff;
 constexpr unsigned kIdeographs = 0x13;  // The script of ideographs, syllables and kana.
 constexpr unsigned kLetterCodes = 0x80;
 constexpr unsigned kKanaCodes = 104;  // Those of the letters among the ideographs that have a byte.
-constexpr std::uint32_t kNoScript = 0x100;
+constexpr std::uint32_t kLatin = 1;   // The script of what begins without naming one.
 
 constexpr std::uint32_t kAccentBits = 0x1f;
 constexpr std::uint32_t kMarkBits = 0x7f;    // Accent and case.
@@ -56,8 +56,6 @@ class ScriptedWords {
  public:
   explicit ScriptedWords(SortKeyWriter& out) : out_(out) {}
 
-  bool IsEmpty() const { return script_ == kNoScript; }
-
   /// The letter, digit or ideograph of a key.
   void Put(std::uint32_t key) {
     if (key >> 24 != script_) EnterScript(key >> 24);
@@ -78,12 +76,8 @@ class ScriptedWords {
 
  private:
   void EnterScript(std::uint32_t script) {
-    if (IsEmpty()) {
-      out_.Put(script + kFirstCode - 1);
-    } else {
-      out_.Put(script < script_ ? kLowerScript : kHigherScript);
-      out_.Put(script);
-    }
+    out_.Put(script < script_ ? kLowerScript : kHigherScript);
+    out_.Put(script);
     script_ = script;
     letters_ = script < kIdeographs ? kLetterCodes : script == kIdeographs ? kKanaCodes : 0;
     firstLetter_ = script == kIdeographs ? kKana : kLetters;
@@ -149,9 +143,9 @@ class ScriptedWords {
   static_assert(kHan + 0x7f < kHigherScript && kStray < kHigherScript);
 
   SortKeyWriter& out_;
-  std::uint32_t script_ = kNoScript;
-  unsigned letters_ = 0;
-  unsigned firstLetter_ = 0;
+  std::uint32_t script_ = kLatin;
+  unsigned letters_ = kLetterCodes;
+  unsigned firstLetter_ = kLetters;
 };
 
 /// A level in which most places hold the least value, 0: only the others are written, each with the
@@ -160,15 +154,27 @@ class SparseLevel {
  public:
   /// @param values there are besides 0.
   SparseLevel(SortKeyWriter& out, unsigned values)
-      : out_(out), values_(values), longest_((256 - kFirstCode) / values - 1) {}
+      : out_(out), values_(values), longest_((256 - kDirect) / values - 1) {}
 
   void Put(std::uint64_t passedOver, unsigned value) {
-    for (; passedOver > longest_; passedOver -= longest_ + 1) out_.Put(kFirstCode - 1);
-    const auto rank = static_cast<unsigned>(longest_ - passedOver);
-    out_.Put(kFirstCode + rank * values_ + value - 1);
+    if (passedOver > longest_) passedOver = PutSteps(passedOver);
+    out_.Put(kDirect + static_cast<unsigned>(longest_ - passedOver) * values_ + value - 1);
   }
 
  private:
+  /// Steps of as many places as a value can't tell: so many at once, or a number of them.
+  std::uint64_t PutSteps(std::uint64_t passedOver) {
+    const std::uint64_t step = longest_ + 1;
+    for (; passedOver >= kMostSteps * step; passedOver -= kMostSteps * step) out_.Put(kManySteps);
+    const auto steps = static_cast<unsigned>(passedOver / step);
+    if (steps > 0) out_.Put(kDirect - steps);
+    return passedOver % step;
+  }
+
+  static constexpr unsigned kMostSteps = 8;
+  static constexpr unsigned kManySteps = 3;
+  static constexpr unsigned kDirect = kManySteps + kMostSteps;
+
   SortKeyWriter& out_;
   unsigned values_;
   std::uint64_t longest_;
@@ -223,10 +229,9 @@ class TextKey {
       NoteSymbol(key);
       return true;
     });
-    hasLetters_ = !words.IsEmpty();
     return whole;
   }
-  bool HasLetters() const { return hasLetters_; }
+  bool HasLetters() const { return reals_ != 0; }
 
   /// The levels behind that. @param count of them: accents, case, symbols.
   void PutMarks(unsigned count) {
@@ -374,7 +379,6 @@ class TextKey {
   std::uint64_t run_ = kNoRun;
   std::uint64_t symbolsInRun_ = 0;
   unsigned unopened_ = 0;  // levels that were passed by and hold nothing so far
-  bool hasLetters_ = false;
   EventLog accents_;
   EventLog cases_;
   EventLog symbols_;
