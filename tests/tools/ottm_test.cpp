@@ -116,6 +116,23 @@ INSTANTIATE_TEST_SUITE_P(
         Call{"date add 28.02.2000 2 --text-format %d.%m.%Y", "01.03.2000\n"}));
 
 INSTANTIATE_TEST_SUITE_P(
+    SortKeys, OttmCalls,
+    testing::Values(
+        Call{"sort-key OtString Abc", "25292d0202fd01\n"},
+        Call{"sort-key OtString Abc --op ignore-case,no-wildcards", "25292d01\n"},
+        Call{"sort-key OtString Abc --room 2 --json", "{\"bytes\":\"2529\",\"status\":2101}\n"},
+        Call{"sort-key OtString 'a*' --op 0", " status -2999\n"},
+        Call{"sort-key short fe --hex", " status 2101\n"},
+        Call{"sort-key short feff0000 --hex --count 2", "7ffe8000\n"},
+        Call{"sort-range OtString 'ab*' --op =", "lower  2529\nupper  252a\n"},
+        Call{"sort-range OtString 'a' --op =,no-wildcards,ignore-case --key-op no-wildcards",
+             "lower  2501\nupper  250203\n"},
+        Call{"sort-range long 5 --op '<' --json", "{\"lower\":null,\"upper\":\"80000005\"}\n"},
+        Call{"hash64 OtString Abc", "4522970178917143112\n"},
+        Call{"hash64 short 1 --seed x", "ottm: --seed: expected a number of 64 bits, found 'x'\n",
+             2}));
+
+INSTANTIATE_TEST_SUITE_P(
     Estimates, OttmCalls,
     testing::Values(
         Call{"estimate OtString 'app*' --low apple --high apricot",

@@ -46,6 +46,7 @@ void AddDateCommands(CommandList& list);
 void AddEstimateCommands(CommandList& list);
 void AddInspectCommands(CommandList& list);
 void AddLanguageCommands(CommandList& list);
+void AddSortKeyCommands(CommandList& list);
 
 }  // namespace ottm
 

@@ -14,6 +14,7 @@ CommandList AllCommands() {
   AddStorageCommands(list);
   AddComparisonCommands(list);
   AddEstimateCommands(list);
+  AddSortKeyCommands(list);
   AddTextCommands(list);
   AddOrderCommands(list);
   AddLineCommands(list);
