@@ -11,7 +11,11 @@ namespace {
 class Checker {
  public:
   Checker(const Store& store, lmdb::txn& txn, const std::function<void(const std::string&)>& report)
-      : store_(store), form_(store.GetSchema().form), txn_(txn), report_(report) {}
+      : store_(store),
+        form_(store.GetSchema().form),
+        keys_(store.Keys()),
+        txn_(txn),
+        report_(report) {}
 
   CheckResult Run() {
     for (const ClassTrees& trees : store_.Trees()) {
@@ -58,7 +62,7 @@ class Checker {
     for (bool more = cursor.First(); more; more = cursor.Next()) {
       ++result_.entries;
       partial += CheckEntry(trees, index, name, cursor);
-      if (!before.empty() && CompareKeys(member.type, before, cursor.Key(), form_) > 0) {
+      if (!before.empty() && CompareKeys(member.type, before, cursor.Key(), keys_) > 0) {
         Fault("index " + name + ": " + NameOf(trees, cursor.Data()) + " is out of order");
       }
       before.assign(cursor.Key().begin(), cursor.Key().end());
@@ -83,11 +87,11 @@ class Checker {
     const Record record(*trees.type, *bytes, form_);
     const View value = record.MemberAt(index.member);
     if (value.data() == nullptr) return false;  // told with the object
-    const Bytes key = KeyOf(member, value, form_);
-    if (CompareKeys(member.type, key, entry.Key(), form_) != 0) {
+    const Bytes key = KeyOf(member, value, keys_);
+    if (CompareKeys(member.type, key, entry.Key(), keys_) != 0) {
       Fault("index " + name + ": another key than that of " + NameOf(trees, entry.Data()));
     }
-    if (IsWhole(member.type, key, form_)) return false;
+    if (IsWhole(member.type, key, keys_)) return false;
     if (!Cursor(txn_, index.partial).Find(key, entry.Data())) {
       Fault("index " + name + ": " + NameOf(trees, entry.Data()) + " isn't among the partial keys");
     }
@@ -96,6 +100,7 @@ class Checker {
 
   const Store& store_;
   unsigned char form_;
+  KeyKind keys_;
   lmdb::txn& txn_;
   const std::function<void(const std::string&)>& report_;
   CheckResult result_;

@@ -14,6 +14,7 @@ class Execution {
  public:
   Execution(const Store& store, lmdb::txn& txn, const Query& query, const Visitor& visitor)
       : form_(store.GetSchema().form),
+        keys_(store.Keys()),
         trees_(store.TreesOf(*query.type)),
         txn_(txn),
         query_(query),
@@ -45,7 +46,7 @@ class Execution {
     Cursor cursor(txn_, range.index->all);
     bool more = range.lower ? cursor.Seek(*range.lower) : cursor.First();
     for (; more; more = cursor.Next()) {
-      if (range.upper && CompareKeys(type, cursor.Key(), *range.upper, form_) > 0) break;
+      if (range.upper && IsBehind(type, cursor.Key(), *range.upper, keys_)) break;
       if (!OfferEntry(cursor.Data())) return false;
     }
     return !range.withPartial || ScanPartial(range, type);
@@ -55,15 +56,15 @@ class Execution {
   bool ScanPartial(const Range& range, char type) {
     Cursor cursor(txn_, range.index->partial);
     const bool none =
-        range.lower && range.upper && CompareKeys(type, *range.lower, *range.upper, form_) > 0;
+        range.lower && range.upper && CompareKeys(type, *range.lower, *range.upper, keys_) > 0;
     bool more = range.lower && cursor.First();
     for (; more; more = cursor.Next()) {
-      if (!none && CompareKeys(type, cursor.Key(), *range.lower, form_) >= 0) break;
+      if (!none && CompareKeys(type, cursor.Key(), *range.lower, keys_) >= 0) break;
       if (!OfferEntry(cursor.Data())) return false;
     }
     more = !none && range.upper && cursor.Seek(*range.upper);
     for (; more; more = cursor.Next()) {
-      if (CompareKeys(type, cursor.Key(), *range.upper, form_) == 0) continue;
+      if (CompareKeys(type, cursor.Key(), *range.upper, keys_) == 0) continue;
       if (!OfferEntry(cursor.Data())) return false;
     }
     return true;
@@ -86,6 +87,7 @@ class Execution {
   }
 
   unsigned char form_;
+  KeyKind keys_;
   const ClassTrees& trees_;
   lmdb::txn& txn_;
   const Query& query_;

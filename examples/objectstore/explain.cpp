@@ -20,14 +20,24 @@ std::string Percent(double share) {
   return text;
 }
 
+std::string HexOf(View bytes) {
+  constexpr const char* digits = "0123456789abcdef";
+  std::string hex;
+  for (const unsigned char byte : bytes) {
+    hex += digits[byte >> 4];
+    hex += digits[byte & 15];
+  }
+  return hex;
+}
+
 std::string NameOf(const Query& query, const Range& range) {
   return query.type->name + "." + query.type->members[range.index->member].name;
 }
 
-std::string LimitsOf(const Query& query, const Range& range, unsigned char form) {
+std::string LimitsOf(const Query& query, const Range& range, const KeyKind& kind) {
   const Member& member = query.type->members[range.index->member];
   const auto text = [&](const std::optional<Bytes>& key) {
-    return key ? "'" + KeyToText(member, *key, form) + "'" : std::string("...");
+    return key ? "'" + KeyToText(member, *key, kind) + "'" : std::string("...");
   };
   return text(range.lower) + " to " + text(range.upper);
 }
@@ -38,10 +48,11 @@ std::size_t ObjectsOf(const Store& store, lmdb::txn& txn, const Query& query) {
 
 }  // namespace
 
-std::string KeyToText(const Member& member, View key, unsigned char form) {
+std::string KeyToText(const Member& member, View key, const KeyKind& kind) {
+  if (kind.byteOrder) return HexOf(key);
   void* place = Types().Create(member.type, 1);
   Types().Translate(member.type, place, OT_FORMAT_MEMORY, Types().MemLenGet(member.type, 1),
-                    Place(key), KeyFormat(member.type, form), key.size(), 1);
+                    Place(key), KeyFormat(member.type, kind.form), key.size(), 1);
   OtString text(OT_CS_UNICODE, 1);
   Types().PrintToOtString(member.type, text, place,
                           member.IsText() ? kKeyDirective : member.Format(), 1);
@@ -54,18 +65,18 @@ std::string KeyToText(const Member& member, View key, unsigned char form) {
 }
 
 std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan) {
-  const unsigned char form = store.GetSchema().form;
+  const KeyKind kind = store.Keys();
   std::ostringstream out;
   for (const TermEstimate& term : plan.terms) {
     out << "term    " << term.text << ": share " << Percent(term.share) << ", "
-        << LimitsOf(query, term.range, form) << "\n";
+        << LimitsOf(query, term.range, kind) << "\n";
   }
   if (plan.ranges.empty()) {
     out << "choice  all " << ObjectsOf(store, txn, query) << " objects of " << query.type->name
         << "\n";
   }
   for (const Range& range : plan.ranges) {
-    out << "choice  index " << NameOf(query, range) << " from " << LimitsOf(query, range, form)
+    out << "choice  index " << NameOf(query, range) << " from " << LimitsOf(query, range, kind)
         << (range.withPartial ? ", and its partial keys" : "") << "\n";
   }
   return out.str();

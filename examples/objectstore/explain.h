@@ -7,8 +7,9 @@
 
 namespace otdb {
 
-/// A key as a person reads it: order words by what they stand for, other values as they print.
-std::string KeyToText(const Member& member, View key, unsigned char form);
+/// A key as a person reads it: order words by what they stand for, other values as they print, sort
+/// keys by their digits.
+std::string KeyToText(const Member& member, View key, const KeyKind& kind);
 
 /// Each estimate, and what was chosen.
 std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "scanlimits.h"
@@ -48,24 +49,34 @@ unsigned char KeyFormat(char type, unsigned char form) {
   return Types().IsFixed(type) ? form : static_cast<unsigned char>(form | kKeyBit);
 }
 
-int CompareKeys(char type, View key1, View key2, unsigned char form) {
+int CompareKeys(char type, View key1, View key2, const KeyKind& kind) {
+  if (kind.byteOrder) {
+    const int sign = std::memcmp(key1.data(), key2.data(), std::min(key1.size(), key2.size()));
+    if (sign != 0 || key1.size() == key2.size()) return sign;
+    return key1.size() < key2.size() ? -1 : 1;
+  }
   int status = 0;
   const long sign = Types().Cmp(type, key1.size(), Place(key1), key2.size(), Place(key2),
-                                OT_CMP_NO_WILDCARDS, 1, KeyFormat(type, form), status);
+                                OT_CMP_NO_WILDCARDS, 1, KeyFormat(type, kind.form), status);
   return (sign > 0) - (sign < 0);
 }
 
-bool IsWhole(char type, View key, unsigned char form) {
-  if (Types().IsFixed(type)) return true;
+bool IsBehind(char type, View key, View upper, const KeyKind& kind) {
+  const int sign = CompareKeys(type, key, upper, kind);
+  return kind.byteOrder ? sign >= 0 : sign > 0;
+}
+
+bool IsWhole(char type, View key, const KeyKind& kind) {
+  if (kind.byteOrder || Types().IsFixed(type)) return true;
   int status = 0;
   Types().Cmp(type, key.size(), Place(key), key.size(), Place(key), OT_CMP_NO_WILDCARDS, 1,
-              KeyFormat(type, form), status);
+              KeyFormat(type, kind.form), status);
   return status == 0 && key.size() < OtINDEX_MAX_KEYLEN;
 }
 
-std::size_t CommonStart(const Member& member, View key1, View key2, unsigned char form) {
+std::size_t CommonStart(const Member& member, View key1, View key2, const KeyKind& kind) {
   const std::size_t length = std::min(key1.size(), key2.size());
-  if (!member.IsText()) {
+  if (kind.byteOrder || !member.IsText()) {
     const auto end = key1.begin() + static_cast<std::ptrdiff_t>(length);
     return static_cast<std::size_t>(std::mismatch(key1.begin(), end, key2.begin()).first -
                                     key1.begin());
@@ -73,22 +84,40 @@ std::size_t CommonStart(const Member& member, View key1, View key2, unsigned cha
   if (length < kTextHead || key1[kTextHead - 1] != key2[kTextHead - 1]) return 0;
   std::size_t common = 1;  // the script
   for (std::size_t at = kTextHead; at + kWord <= length; at += kWord, ++common) {
-    if (PrimaryAt(key1, at, form) != PrimaryAt(key2, at, form)) break;
+    if (PrimaryAt(key1, at, kind.form) != PrimaryAt(key2, at, kind.form)) break;
   }
   return common;
 }
 
-MDB_cmp_func* KeyComparer(char type, unsigned char form) {
+MDB_cmp_func* KeyComparer(char type, const KeyKind& kind) {
+  if (kind.byteOrder) return nullptr;
   constexpr auto all = std::make_index_sequence<kTypes>();
   static constexpr auto native = Comparers<OT_FORMAT_NATIVE>(all);
   static constexpr auto bigEndian = Comparers<OT_FORMAT_BIG_ENDIAN>(all);
-  return (form == OT_FORMAT_NATIVE ? native : bigEndian)[static_cast<std::size_t>(type)];
+  return (kind.form == OT_FORMAT_NATIVE ? native : bigEndian)[static_cast<std::size_t>(type)];
 }
 
-Bytes KeyOf(const Member& member, View stored, unsigned char form) {
+namespace {
+
+// The few values without a place in an order, none of which an import makes, are filed as null.
+Bytes SortKeyOf(const Member& member, View stored, unsigned char form) {
   Bytes key(OtINDEX_MAX_KEYLEN);
-  const unsigned long length = Types().Translate(member.type, key.data(), form | kKeyBit,
-                                                 key.size(), Place(stored), form, stored.size(), 1);
+  int status = 0;
+  const unsigned long length = Types().SortKey(
+      member.type, key.data(), static_cast<unsigned long>(key.size()), stored.data(),
+      static_cast<unsigned long>(stored.size()), OT_CMP_NO_WILDCARDS, 1, form, status);
+  key.resize(std::clamp<std::size_t>(length, 1, key.size()));
+  return key;
+}
+
+}  // namespace
+
+Bytes KeyOf(const Member& member, View stored, const KeyKind& kind) {
+  if (kind.byteOrder) return SortKeyOf(member, stored, kind.form);
+  Bytes key(OtINDEX_MAX_KEYLEN);
+  const unsigned long length =
+      Types().Translate(member.type, key.data(), kind.form | kKeyBit, key.size(), Place(stored),
+                        kind.form, stored.size(), 1);
   key.resize(std::min<std::size_t>(length, key.size()));
   return key;
 }

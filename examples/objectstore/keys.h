@@ -8,29 +8,41 @@
 
 namespace otdb {
 
+/// How the keys of a store are made, and what orders them: the type's own comparison, or, where
+/// they are sort keys, their bytes.
+struct KeyKind {
+  unsigned char form;
+  bool byteOrder = false;
+
+  KeyKind(unsigned char stored, bool bytes = false) : form(stored), byteOrder(bytes) {}
+};
+
 /// Whether the type's estimates make scan limits, without which an index serves nobody.
 bool CanBeIndexed(const Member& member);
 
 /// The key under which an index files a stored value: the order words of a text, the stored form
-/// of anything else, and never more than OtINDEX_MAX_KEYLEN bytes.
-Bytes KeyOf(const Member& member, View stored, unsigned char form);
+/// of anything else, or the sort key; never more than OtINDEX_MAX_KEYLEN bytes.
+Bytes KeyOf(const Member& member, View stored, const KeyKind& kind);
 
 /// The format byte of a type's keys.
 unsigned char KeyFormat(char type, unsigned char form);
 
-/// Three-way comparison of two keys by the type's own Compare.
-int CompareKeys(char type, View key1, View key2, unsigned char form);
+/// Three-way comparison of two keys.
+int CompareKeys(char type, View key1, View key2, const KeyKind& kind);
+/// Whether a key lies behind the upper limit of a scan, which a range of sort keys doesn't hold.
+bool IsBehind(char type, View key, View upper, const KeyKind& kind);
 
 /// Whether a key tells all of its value. One that doesn't, a long text or one that goes on in
-/// another script, says where the value begins and no more.
-bool IsWhole(char type, View key, unsigned char form);
+/// another script, says where the value begins and no more. Sort keys may be cut, too, but the
+/// range of every comparison allows for that.
+bool IsWhole(char type, View key, const KeyKind& kind);
 
 /// How many letters of a text, or bytes of another value, two keys begin with in common. Case and
-/// accents don't count: they decide only between equal letters.
-std::size_t CommonStart(const Member& member, View key1, View key2, unsigned char form);
+/// accents don't count: they decide only between equal letters, and stand behind them in sort keys.
+std::size_t CommonStart(const Member& member, View key1, View key2, const KeyKind& kind);
 
-/// The order of the trees: CompareKeys, as the store calls it.
-MDB_cmp_func* KeyComparer(char type, unsigned char form);
+/// The order of the trees: CompareKeys, as the store calls it; null for that of bytes.
+MDB_cmp_func* KeyComparer(char type, const KeyKind& kind);
 
 }  // namespace otdb
 

@@ -30,7 +30,7 @@ using Json = nlohmann::ordered_json;
 
 struct Arguments {
   std::string directory, file, className, id, query, index;
-  bool json = false, csv = false, explain = false, skipBad = false;
+  bool json = false, csv = false, explain = false, skipBad = false, byteOrder = false;
   std::size_t batch = ImportOptions().batch;
 };
 
@@ -85,8 +85,10 @@ class Printer {
 
 int RunCreate(const Arguments& arguments) {
   const std::string json = ot95::tools::InputFile(arguments.file).ReadAll();
-  Store::Create(arguments.directory, ot95::tools::Naming(ot95::tools::Escaped(arguments.file),
-                                                         [&] { return Schema::FromJson(json); }));
+  Schema schema = ot95::tools::Naming(ot95::tools::Escaped(arguments.file),
+                                      [&] { return Schema::FromJson(json); });
+  if (arguments.byteOrder) schema.sortKeyVersion = OtTypeMgr::SortKeyVersion();
+  Store::Create(arguments.directory, schema);
   return 0;
 }
 
@@ -212,9 +214,8 @@ std::string StatOfIndex(const Store& store, lmdb::txn& txn, const ClassTrees& tr
   std::string line = StatColumns("  " + member.name, StatOf(txn, index.all), "entries");
   Cursor first(txn, index.all), last(txn, index.all);
   if (first.First() && last.Last()) {
-    const unsigned char form = store.GetSchema().form;
-    line +=
-        "  " + KeyToText(member, first.Key(), form) + " to " + KeyToText(member, last.Key(), form);
+    line += "  " + KeyToText(member, first.Key(), store.Keys()) + " to " +
+            KeyToText(member, last.Key(), store.Keys());
   }
   const std::size_t partial = StatOf(txn, index.partial).ms_entries;
   if (partial != 0) line += "  (" + std::to_string(partial) + " partial keys)";
@@ -269,9 +270,10 @@ void Declare(CLI::App& app, Arguments& arguments, Command& chosen) {
   const auto add = [&](const char* name, const char* summary, Command command) {
     return AddCommand(app, arguments, chosen, name, summary, command);
   };
-  add("create", "Makes a store from a schema", RunCreate)
-      ->add_option("SCHEMA", arguments.file, "JSON file of classes and members")
-      ->required();
+  CLI::App* create = add("create", "Makes a store from a schema", RunCreate);
+  create->add_option("SCHEMA", arguments.file, "JSON file of classes and members")->required();
+  create->add_flag("--byte-order", arguments.byteOrder,
+                   "Keep indexes of keys that compare as bytes, without the types' comparison");
   CLI::App* import = add("import", "Adds an object for each line of a CSV file", RunImport);
   import->add_option("CLASS", arguments.className)->required();
   import->add_option("FILE", arguments.file, "CSV with a header line")->required();

@@ -24,6 +24,7 @@ class Planner {
   Planner(const Store& store, lmdb::txn& txn, const Query& query)
       : store_(store),
         form_(store.GetSchema().form),
+        keys_(store.Keys()),
         trees_(store.TreesOf(*query.type)),
         txn_(txn) {}
 
@@ -87,7 +88,7 @@ class Planner {
     const auto further = [&](const std::optional<Bytes>& x, const std::optional<Bytes>& y,
                              int sign) {
       if (!x || !y) return x ? x : y;
-      return CompareKeys(type, *x, *y, form_) * sign >= 0 ? x : y;
+      return CompareKeys(type, *x, *y, keys_) * sign >= 0 ? x : y;
     };
     Range both{a.index, further(a.lower, b.lower, 1), further(a.upper, b.upper, -1),
                a.withPartial || b.withPartial, std::min(a.share, b.share)};
@@ -102,8 +103,12 @@ class Planner {
     if (index == nullptr) return {};
     Range range{index, {}, {}, false, 0};
     const auto nulls = NullsOf(*index);
-    const bool isOpen = Estimate(term, nulls, range);
-    if (MemberOf(*index).IsText()) AllowForPartialKeys(term, isOpen, range);
+    if (keys_.byteOrder) {
+      EstimateByBytes(term, nulls, range);
+    } else {
+      const bool isOpen = Estimate(term, nulls, range);
+      if (MemberOf(*index).IsText()) AllowForPartialKeys(term, isOpen, range);
+    }
     if (nulls) IncludeNulls(*nulls, term, range);
     plan_.terms.push_back({term.text, range.share, range});
     if (!range.lower && !range.upper) return {};
@@ -122,9 +127,9 @@ class Planner {
     Value null(member);
     if (!null.SetNull(0)) return {};
     Nulls nulls{null.Stored(form_), {}, 0};
-    nulls.key = KeyOf(member, nulls.stored, form_);
+    nulls.key = KeyOf(member, nulls.stored, keys_);
     Cursor at(txn_, index.all);
-    if (!at.Seek(nulls.key) || CompareKeys(member.type, at.Key(), nulls.key, form_) != 0) return {};
+    if (!at.Seek(nulls.key) || CompareKeys(member.type, at.Key(), nulls.key, keys_) != 0) return {};
     const auto entries = static_cast<double>(StatOf(txn_, index.all).ms_entries);
     nulls.share = static_cast<double>(at.Count()) / entries;
     return nulls;
@@ -135,7 +140,7 @@ class Planner {
   Statistics WholeOf(const IndexTrees& index, const std::optional<Nulls>& nulls) const {
     Cursor first(txn_, index.all), last(txn_, index.all);
     if (!first.First() || !last.Last()) return {};
-    if (nulls && CompareKeys(MemberOf(index).type, first.Key(), nulls->key, form_) == 0 &&
+    if (nulls && CompareKeys(MemberOf(index).type, first.Key(), nulls->key, keys_) == 0 &&
         !first.NextKey()) {
       return {};
     }
@@ -152,11 +157,26 @@ class Planner {
     range.lower = limits.Lower();
     range.upper = limits.Upper();
     const bool isOpen = (op & OT_OP_WILDCARD) != 0;
-    auto stretches = StatisticsOf(store_, txn_, trees_, *range.index);
-    if (!stretches || stretches->empty()) stretches = WholeOf(*range.index, nulls);
     const ShareMeter meter(member, term, isOpen, range.lower, range.upper, form_);
-    range.share = meter.Of(*stretches);
+    range.share = meter.Of(StretchesOf(*range.index, nulls));
     return isOpen;
+  }
+
+  Statistics StretchesOf(const IndexTrees& index, const std::optional<Nulls>& nulls) const {
+    auto stretches = StatisticsOf(store_, txn_, trees_, index);
+    return stretches && !stretches->empty() ? *stretches : WholeOf(index, nulls);
+  }
+
+  /// The same from sort keys, whose limits hold whatever is null, ignored or cut.
+  void EstimateByBytes(const Term& term, const std::optional<Nulls>& nulls, Range& range) const {
+    const Member& member = MemberOf(*range.index);
+    const Statistics stretches = StretchesOf(*range.index, nulls);
+    const auto limits = SortLimitsOf(member, term, term.relation, form_);
+    range.lower = limits.lower;
+    range.upper = limits.upper;
+    const bool isUnequal = term.relation == (OT_OP_LESS | OT_OP_GREATER);
+    const auto equal = SortLimitsOf(member, term, OT_OP_EQUAL, form_);
+    range.share = isUnequal ? 1 - ByteShare(stretches, equal) : ByteShare(stretches, limits);
   }
 
   /// What a key or a pattern doesn't tell decides an inequality: a limit that isn't whole is none,
@@ -166,7 +186,7 @@ class Planner {
     const bool ignores = (term.options & (OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS)) != 0;
     range.withPartial = term.relation != OT_OP_EQUAL;
     for (auto* limit : {&range.lower, &range.upper}) {
-      const bool tells = *limit && !isOpen && IsWhole(MemberOf(*range.index).type, **limit, form_);
+      const bool tells = *limit && !isOpen && IsWhole(MemberOf(*range.index).type, **limit, keys_);
       if (ignores || (range.withPartial && !tells)) limit->reset();
     }
   }
@@ -179,13 +199,14 @@ class Planner {
     const long sign = CompareStored(member, nulls.stored, term.operand, term.options, form_);
     if (!Satisfies(sign, term.relation)) return;
     range.share += nulls.share;
-    if (range.lower && CompareKeys(member.type, nulls.key, *range.lower, form_) < 0) {
+    if (range.lower && CompareKeys(member.type, nulls.key, *range.lower, keys_) < 0) {
       range.lower = nulls.key;
     }
   }
 
   const Store& store_;
   unsigned char form_;
+  KeyKind keys_;
   const ClassTrees& trees_;
   lmdb::txn& txn_;
   Plan plan_;

@@ -126,12 +126,18 @@ Schema Schema::FromJson(const std::string& text) {
   Schema schema;
   try {
     const Json json = Json::parse(text, nullptr, true, true);
-    RequireKnownKeys(json, {"form", "classes"}, "schema: ");
+    RequireKnownKeys(json, {"form", "sortKeyVersion", "classes"}, "schema: ");
     const std::string form = Field(json, "form", std::string("big-endian"));
     if (form != "big-endian" && form != "native") {
       throw BadInput("schema: form: expected big-endian or native, found " + Quoted(form));
     }
     schema.form = form == "native" ? OT_FORMAT_NATIVE : OT_FORMAT_BIG_ENDIAN;
+    schema.sortKeyVersion = Field(json, "sortKeyVersion", 0U);
+    if (schema.sortKeyVersion != 0 && schema.sortKeyVersion != OtTypeMgr::SortKeyVersion()) {
+      throw BadInput("schema: the indexes hold keys of layout " +
+                     std::to_string(schema.sortKeyVersion) + ", expected " +
+                     std::to_string(OtTypeMgr::SortKeyVersion()));
+    }
     std::set<std::string> names = {kStoreFacts};
     for (const Json& each : json.at("classes")) {
       schema.classes.push_back(ClassFrom(each));
@@ -147,6 +153,7 @@ Schema Schema::FromJson(const std::string& text) {
 std::string Schema::ToJson() const {
   Json json = {{"form", form == OT_FORMAT_NATIVE ? "native" : "big-endian"},
                {"classes", Json::array()}};
+  if (sortKeyVersion != 0) json["sortKeyVersion"] = sortKeyVersion;
   for (const Class& each : classes) {
     Json members = Json::array();
     for (const Member& member : each.members) {

@@ -34,6 +34,9 @@ struct Class {
 /// What a store holds. It comes from a JSON file, and is kept in the store as such.
 struct Schema {
   unsigned char form = OT_FORMAT_BIG_ENDIAN;  ///< Of everything stored.
+  /// Whether the indexes hold sort keys, and of which layout: 0 where the types' own comparison
+  /// orders them.
+  unsigned sortKeyVersion = 0;
   std::vector<Class> classes;
 
   /// Throws BadInput that names what is wrong.

@@ -11,7 +11,66 @@ namespace {
 
 constexpr unsigned short kEverything = OT_OP_EQUAL | OT_OP_LESS | OT_OP_GREATER;
 
+/// Where a key stands between the ends of a stretch, from 0 to 1: eight bytes behind what the ends
+/// begin with in common, as a number.
+double PlaceOf(const Bytes& key, const Stretch& stretch) {
+  const std::size_t length = std::min(stretch.lower.size(), stretch.upper.size());
+  std::size_t common = 0;
+  while (common < length && stretch.lower[common] == stretch.upper[common]) ++common;
+  const auto number = [common](const Bytes& bytes) {
+    double value = 0;
+    for (std::size_t at = common; at < common + 8; ++at) {
+      value = value * 256 + (at < bytes.size() ? bytes[at] : 0);
+    }
+    return value;
+  };
+  const double low = number(stretch.lower), high = number(stretch.upper);
+  return high > low ? std::clamp((number(key) - low) / (high - low), 0.0, 1.0) : 0;
+}
+
+/// All, nothing, or what interpolation tells.
+double ShareOf(const Stretch& stretch, const SortLimits& limits) {
+  const KeyKind bytes(OT_FORMAT_NATIVE, true);
+  const auto isBelow = [&](const Bytes& key, const std::optional<Bytes>& end) {
+    return end && CompareKeys(0, key, *end, bytes) < 0;
+  };
+  if (isBelow(stretch.upper, limits.lower)) return 0;
+  if (limits.upper && !isBelow(stretch.lower, limits.upper)) return 0;
+  const double from = isBelow(stretch.lower, limits.lower) ? PlaceOf(*limits.lower, stretch) : 0;
+  const bool endsWithin = limits.upper && !isBelow(stretch.upper, limits.upper);
+  const double to = endsWithin ? PlaceOf(*limits.upper, stretch) : 1;
+  return std::max(to - from, 0.0);
+}
+
 }  // namespace
+
+SortLimits SortLimitsOf(const Member& member, const Term& term, unsigned short relation,
+                        unsigned char form) {
+  Bytes lower(OtINDEX_MAX_KEYLEN), upper(OtINDEX_MAX_KEYLEN);
+  OtSortRange ends;
+  ends.lower = lower.data();
+  ends.upper = upper.data();
+  ends.lowerRoom = ends.upperRoom = OtINDEX_MAX_KEYLEN;
+  Types().SortRange(member.type, ends, static_cast<unsigned short>(relation | term.options),
+                    term.operand.data(), static_cast<unsigned long>(term.operand.size()),
+                    OT_CMP_NO_WILDCARDS, 1, form);
+  lower.resize(ends.lowerLength);
+  upper.resize(ends.upperLength);
+  SortLimits limits;
+  if (!lower.empty()) limits.lower = std::move(lower);
+  if (!upper.empty()) limits.upper = std::move(upper);
+  return limits;
+}
+
+double ByteShare(const Statistics& stretches, const SortLimits& limits) {
+  double entries = 0, within = 0;
+  for (const Stretch& stretch : stretches) {
+    const auto count = static_cast<double>(stretch.entries);
+    entries += count;
+    within += count * ShareOf(stretch, limits);
+  }
+  return entries == 0 ? 0 : within / entries;
+}
 
 ShareMeter::ShareMeter(const Member& member, const Term& term, bool isOpen,
                        const std::optional<Bytes>& lower, const std::optional<Bytes>& upper,

@@ -8,6 +8,17 @@
 
 namespace otdb {
 
+/// The ends of a range of sort keys, of which the upper one isn't in it; open where there is none.
+struct SortLimits {
+  std::optional<Bytes> lower, upper;
+};
+/// The range that holds the sort keys of all that stands in a relation to a term's operand.
+SortLimits SortLimitsOf(const Member& member, const Term& term, unsigned short relation,
+                        unsigned char form);
+/// The share of the entries of all stretches that lies in a range. Within a stretch the keys are
+/// taken for numbers that are spread evenly.
+double ByteShare(const Statistics& stretches, const SortLimits& limits);
+
 /// Estimates how much of an index a term lets through, from stretches of it.
 class ShareMeter {
  public:

@@ -24,8 +24,8 @@ std::string NameOf(const ClassTrees& trees, const IndexTrees& index) {
 /// Walks an index twice: to find the frequent keys, and to cut it.
 class Measurer {
  public:
-  Measurer(lmdb::txn& txn, const Member& member, const IndexTrees& index, unsigned char form)
-      : txn_(txn), member_(member), index_(index), form_(form) {}
+  Measurer(lmdb::txn& txn, const Member& member, const IndexTrees& index, const KeyKind& keys)
+      : txn_(txn), member_(member), index_(index), keys_(keys) {}
 
   Statistics Run() {
     FindFrequent();
@@ -36,10 +36,10 @@ class Measurer {
  private:
   template <class Action>
   void ForEachKey(const Action& action) const {
-    const auto null = NullKeyOf(member_, form_);
+    const auto null = NullKeyOf(member_, keys_);
     Cursor cursor(txn_, index_.all);
     for (bool more = cursor.First(); more; more = cursor.NextKey()) {
-      if (null && CompareKeys(member_.type, cursor.Key(), *null, form_) == 0) continue;
+      if (null && CompareKeys(member_.type, cursor.Key(), *null, keys_) == 0) continue;
       action(cursor.Key(), cursor.Count());
     }
   }
@@ -91,7 +91,7 @@ class Measurer {
   /// The less two neighbours have in common, the more prefixes and ranges end there, and need no
   /// estimate within a stretch.
   void ConsiderCut(const Stretch& last, View key) {
-    const std::size_t common = CommonStart(member_, last.upper, key, form_);
+    const std::size_t common = CommonStart(member_, last.upper, key, keys_);
     if (best_ && (common > best_->common || (common == best_->common && best_->entries >= room_))) {
       return;
     }
@@ -111,7 +111,7 @@ class Measurer {
   lmdb::txn& txn_;
   const Member& member_;
   const IndexTrees& index_;
-  unsigned char form_;
+  KeyKind keys_;
   std::size_t frequent_ = 0;  ///< Entries from which on a key is frequent.
   std::size_t frequentLeft_ = kFrequentKeys;
   std::size_t room_ = 0;  ///< Entries of a stretch: a quarter to twice as many.
@@ -143,13 +143,13 @@ Bytes Kept(const Statistics& statistics) {
 /// Reads what was kept; nothing in it is trusted.
 class Reader {
  public:
-  Reader(View bytes, char type, unsigned char form) : rest_(bytes), type_(type), form_(form) {}
+  Reader(View bytes, char type, const KeyKind& keys) : rest_(bytes), type_(type), keys_(keys) {}
 
   std::optional<Statistics> Run() {
     Statistics statistics;
     while (!rest_.empty() && isGood_) {
       Stretch stretch{Key(), Key(), Count()};
-      isGood_ = isGood_ && CompareKeys(type_, stretch.lower, stretch.upper, form_) <= 0;
+      isGood_ = isGood_ && CompareKeys(type_, stretch.lower, stretch.upper, keys_) <= 0;
       statistics.push_back(std::move(stretch));
     }
     if (!isGood_) return {};
@@ -168,8 +168,9 @@ class Reader {
     const View length = Take(1);
     const View key = Take(length.empty() ? 0 : length[0]);
     unsigned long consumed = 0;
-    isGood_ = isGood_ && Types().VerifyStored(type_, key.data(), key.size(),
-                                              KeyFormat(type_, form_), 1, consumed) == 0;
+    isGood_ = isGood_ && (keys_.byteOrder ||
+                          Types().VerifyStored(type_, key.data(), key.size(),
+                                               KeyFormat(type_, keys_.form), 1, consumed) == 0);
     return {key.begin(), key.end()};
   }
   std::uint64_t Count() {
@@ -180,16 +181,16 @@ class Reader {
 
   View rest_;
   char type_;
-  unsigned char form_;
+  KeyKind keys_;
   bool isGood_ = true;
 };
 
 }  // namespace
 
-std::optional<Bytes> NullKeyOf(const Member& member, unsigned char form) {
+std::optional<Bytes> NullKeyOf(const Member& member, const KeyKind& keys) {
   Value null(member);
   if (!null.SetNull(0)) return {};
-  return KeyOf(member, null.Stored(form), form);
+  return KeyOf(member, null.Stored(keys.form), keys);
 }
 
 void Analyze(Store& store,
@@ -201,7 +202,7 @@ void Analyze(Store& store,
     for (const ClassTrees& trees : store.Trees()) {
       for (const IndexTrees& index : trees.indexes) {
         const Statistics measured =
-            Measurer(txn, trees.type->members[index.member], index, store.GetSchema().form).Run();
+            Measurer(txn, trees.type->members[index.member], index, store.Keys()).Run();
         kept[NameOf(trees, index)] = Kept(measured);
         sizes[NameOf(trees, index)] = measured.size();
       }
@@ -217,7 +218,7 @@ std::optional<Statistics> StatisticsOf(const Store& store, lmdb::txn& txn, const
   const auto kept = store.KeptStatistics(txn, NameOf(trees, index));
   if (!kept) return {};
   const char type = trees.type->members[index.member].type;
-  auto statistics = Reader(*kept, type, store.GetSchema().form).Run();
+  auto statistics = Reader(*kept, type, store.Keys()).Run();
   if (isDamaged) *isDamaged = !statistics;
   return statistics;
 }

@@ -32,7 +32,7 @@ std::optional<Statistics> StatisticsOf(const Store& store, lmdb::txn& txn, const
                                        const IndexTrees& index, bool* isDamaged = nullptr);
 
 /// The key of an index's nulls. Nothing where the type has none.
-std::optional<Bytes> NullKeyOf(const Member& member, unsigned char form);
+std::optional<Bytes> NullKeyOf(const Member& member, const KeyKind& keys);
 
 }  // namespace otdb
 

@@ -13,7 +13,6 @@
 #include <utility>
 
 #include "bad_input.h"
-#include "keys.h"
 #include "message.h"
 #include "ot95/identity.h"
 #include "ot95/text.h"
@@ -224,7 +223,7 @@ void Store::OpenTrees(lmdb::txn& txn, unsigned flags) {
       const Member& member = type.members[i];
       if (!member.indexed) continue;
       const std::string name = type.name + "." + member.name;
-      MDB_cmp_func* const order = KeyComparer(member.type, schema_.form);
+      MDB_cmp_func* const order = KeyComparer(member.type, Keys());
       trees.indexes.push_back(
           {i, OpenTree(txn, name, ofIndex, order), OpenTree(txn, name + "~", ofIndex, order)});
     }
@@ -316,18 +315,18 @@ void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees
   keys.reserve(records.size());
   for (const Bytes& bytes : records) {
     const Record record(*trees.type, bytes, schema_.form);
-    keys.push_back(KeyOf(member, record.MemberAt(index.member), schema_.form));
+    keys.push_back(KeyOf(member, record.MemberAt(index.member), Keys()));
   }
   std::vector<std::size_t> order(keys.size());
   std::iota(order.begin(), order.end(), 0U);
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return CompareKeys(member.type, keys[a], keys[b], schema_.form) < 0;
+    return CompareKeys(member.type, keys[a], keys[b], Keys()) < 0;
   });
   // A cursor finds a neighbour of its last entry without a way down the tree.
   auto cursor = lmdb::cursor::open(txn, index.all);
   for (const std::size_t i : order) {
     lmdb::cursor_put(cursor, ValOf(keys[i]), ValOf(ids[i]), 0);
-    if (IsWhole(member.type, keys[i], schema_.form)) continue;
+    if (IsWhole(member.type, keys[i], Keys())) continue;
     lmdb::dbi_put(txn, index.partial, ValOf(keys[i]), ValOf(ids[i]), 0);
   }
 }

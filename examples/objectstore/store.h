@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "bytes.h"
+#include "keys.h"
 #include "schema.h"
 
 namespace otdb {
@@ -46,6 +47,7 @@ class Store {
   explicit Store(const std::string& directory, Access access = Access::kWrite);
 
   const Schema& GetSchema() const { return schema_; }
+  KeyKind Keys() const { return {schema_.form, schema_.sortKeyVersion != 0}; }
   const std::vector<ClassTrees>& Trees() const { return trees_; }
   const ClassTrees& TreesOf(const Class& type) const;
 

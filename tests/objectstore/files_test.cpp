@@ -19,9 +19,11 @@ using OtherWord = std::conditional_t<sizeof(void*) == 8, std::uint32_t, std::uin
 using Pages = otdb::PageFile<Word>;
 using Entries = std::vector<std::pair<otdb::Bytes, otdb::Bytes>>;
 
-const char* const kSchema = R"({"classes": [{"name": "Note", "members": [
-  {"name": "text", "type": "OtString", "codeSet": 1, "indexed": true},
-  {"name": "number", "type": "int", "indexed": true}]}]})";
+std::string SchemaOf(const StoreKind& kind) {
+  return "{" + kind.Json() + R"(, "classes": [{"name": "Note", "members": [
+    {"name": "text", "type": "OtString", "codeSet": 1, "indexed": true},
+    {"name": "number", "type": "int", "indexed": true}]}]})";
+}
 
 void Fill(otdb::Store& store, int from, int count, std::size_t length) {
   const otdb::Class& type = store.GetSchema().ClassNamed("Note");
@@ -36,9 +38,10 @@ void Fill(otdb::Store& store, int from, int count, std::size_t length) {
 }
 
 /// The file of a store of objects with short texts, and some with long ones.
-std::string FileOf(const Scratch& directory, int objects, std::size_t longText) {
+std::string FileOf(const StoreKind& kind, const Scratch& directory, int objects,
+                   std::size_t longText) {
   const std::string path = directory / "store";
-  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  otdb::Store::Create(path, otdb::Schema::FromJson(SchemaOf(kind)));
   otdb::Store store(path);
   Fill(store, 0, objects, 30);
   Fill(store, objects, 3, longText);
@@ -54,9 +57,13 @@ Entries EntriesOf(const Pages& pages, const std::string& tree) {
   return entries;
 }
 
-TEST(StorePages, HoldWhatTheStoreHolds) {
+class StorePages : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, StorePages, testing::Values(kStoreKinds[0], kStoreKinds[2]),
+                         NameOfKind);
+
+TEST_P(StorePages, HoldWhatTheStoreHolds) {
   const Scratch directory;
-  const std::string file = FileOf(directory, 5000, 30000);
+  const std::string file = FileOf(GetParam(), directory, 5000, 30000);
   EXPECT_TRUE(Pages::IsOne(file));
   EXPECT_FALSE(otdb::PageFile<OtherWord>::IsOne(file));
   const otdb::Store store(directory / "store");
@@ -129,9 +136,9 @@ class Hostile {
   std::string bytes_;
 };
 
-TEST(StorePages, EndWhereTheyGoRoundOrAreShared) {
+TEST_P(StorePages, EndWhereTheyGoRoundOrAreShared) {
   const Scratch directory;
-  const Hostile good(ReadWhole(FileOf(directory, 3000, 10)));
+  const Hostile good(ReadWhole(FileOf(GetParam(), directory, 3000, 10)));
   ASSERT_GT(good.PageCount(), 20U);
   Hostile round = good;
   round.PointAllBranchesTo([](std::size_t page) { return page; });
@@ -141,16 +148,16 @@ TEST(StorePages, EndWhereTheyGoRoundOrAreShared) {
   EXPECT_LT(crossed.Walk(directory), good.Size() / 2);
 }
 
-TEST(StorePages, OfAnIndexAreRefused) {
+TEST_P(StorePages, OfAnIndexAreRefused) {
   const Scratch directory;
-  const Pages pages(FileOf(directory, 40, 10));
+  const Pages pages(FileOf(GetParam(), directory, 40, 10));
   const auto visit = [&] { pages.Visit("Note.text", [](otdb::View, otdb::View) {}); };
   EXPECT_NE(RefusalOf(visit), "");
 }
 
-TEST(StorePages, EndInRefusalOrAResultWhateverTheyHold) {
+TEST_P(StorePages, EndInRefusalOrAResultWhateverTheyHold) {
   const Scratch directory;
-  const Hostile good(ReadWhole(FileOf(directory, 40, 5000)));
+  const Hostile good(ReadWhole(FileOf(GetParam(), directory, 40, 5000)));
   ASSERT_EQ(good.Walk(directory), 2U + 43);
   Dice dice(1);
   std::size_t refused = 0;
@@ -201,9 +208,13 @@ std::string NotesFile(const Scratch& directory, int count, std::size_t length) {
 
 // A file that may not grow stands for a disk without room: the storage engine is told so in the
 // same calls.
-TEST(StoreUnderFire, IsWholeWhereThereIsNoRoom) {
+class StoreUnderFire : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, StoreUnderFire, testing::Values(kStoreKinds[0], kStoreKinds[2]),
+                         NameOfKind);
+
+TEST_P(StoreUnderFire, IsWholeWhereThereIsNoRoom) {
   const Scratch directory;
-  const std::string schema = directory.File("schema.json", kSchema);
+  const std::string schema = directory.File("schema.json", SchemaOf(GetParam()));
   const std::string csv = NotesFile(directory, 2000, 100);
   std::size_t created = 0, partly = 0;
   for (int kilobytes = 4; kilobytes < 3000; kilobytes += 4 + kilobytes / 3) {
@@ -233,9 +244,9 @@ TEST(StoreUnderFire, IsWholeWhereThereIsNoRoom) {
   EXPECT_GT(partly, 3U);
 }
 
-TEST(StoreUnderFire, ReadersDontWaitForAWriter) {
+TEST_P(StoreUnderFire, ReadersDontWaitForAWriter) {
   const Scratch directory;
-  FileOf(directory, 20, 10);
+  FileOf(GetParam(), directory, 20, 10);
   auto env = lmdb::env::create();
   env.open((directory / "store").c_str(), 0, 0644);
   auto writing = lmdb::txn::begin(env);
@@ -250,10 +261,10 @@ TEST(StoreUnderFire, ReadersDontWaitForAWriter) {
   }
 }
 
-TEST(StoreUnderFire, IsReadWithoutThePermissionToWrite) {
+TEST_P(StoreUnderFire, IsReadWithoutThePermissionToWrite) {
   const Scratch directory;
   const std::string path = directory / "store";
-  FileOf(directory, 20, 10);
+  FileOf(GetParam(), directory, 20, 10);
   namespace fs = std::filesystem;
   const auto all = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
   const auto enter = all | fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
@@ -281,10 +292,10 @@ TEST(StoreUnderFire, IsReadWithoutThePermissionToWrite) {
   fs::permissions(path, fs::perms::owner_all);
 }
 
-TEST(StoreUnderFire, TwoWritersGoOnWhenTheStoreGrows) {
+TEST_P(StoreUnderFire, TwoWritersGoOnWhenTheStoreGrows) {
   const Scratch directory;
   const std::string path = directory / "store";
-  FileOf(directory, 20, 10);
+  FileOf(GetParam(), directory, 20, 10);
   otdb::Store store(path);
   EXPECT_EQ(
       OutcomeOf(OT95_OTDB " import " + path + " Note " + NotesFile(directory, 700, 30000)).out,
@@ -309,9 +320,13 @@ struct Told {
   const char* out;
 };
 
-TEST(StoreFiles, ErrorsOfReadingAndWritingAreTold) {
+class StoreFiles : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, StoreFiles, testing::Values(kStoreKinds[0], kStoreKinds[2]),
+                         NameOfKind);
+
+TEST_P(StoreFiles, ErrorsOfReadingAndWritingAreTold) {
   const Scratch directory;
-  FileOf(directory, 20, 10);
+  FileOf(GetParam(), directory, 20, 10);
   directory.File("schema.json", "{\"classes\": 5}");
   directory.File("half.csv", "number,text\n1,\"a\n");
   std::filesystem::create_directory(directory / "empty");
@@ -354,20 +369,20 @@ TEST(StoreFiles, ErrorsOfReadingAndWritingAreTold) {
             0U);
 }
 
-TEST(StoreFiles, ColumnsOfAQueryHoldNoControls) {
+TEST_P(StoreFiles, ColumnsOfAQueryHoldNoControls) {
   const Scratch directory;
   const std::string path = directory / "store";
-  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  otdb::Store::Create(path, otdb::Schema::FromJson(SchemaOf(GetParam())));
   const std::string csv = directory.File("in.csv", "number,text\n1,\"a\tb\nc\x1b[1m\"\n");
   OutputOf(OT95_OTDB " import " + path + " Note " + csv);
   EXPECT_EQ(OutcomeOf(OT95_OTDB " query " + path + " 'from Note'").out,
             "id\ttext\tnumber\n1\ta\\tb\\nc\\x1b[1m\t1\n");
 }
 
-TEST(StoreUnderFire, IsWholeAfterEveryKill) {
+TEST_P(StoreUnderFire, IsWholeAfterEveryKill) {
   const Scratch directory;
   const std::string path = directory / "store";
-  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  otdb::Store::Create(path, otdb::Schema::FromJson(SchemaOf(GetParam())));
   std::string lines = "number,text\n";
   for (int i = 0; i < 1000; ++i) {
     lines += std::to_string(i * 7919 % 1000) + "," +

@@ -32,10 +32,10 @@ const EvenCase kEvenCases[] = {
     {"OtNull_double", "", Number, "1500"},     {"OtNull_float", "", Number, "1500"},
     {"OtNull_ushort", "", Number, "1500"},     {"OtNull_OtInt64", "", Number, "1500"}};
 
-otdb::Schema SchemaOf(const EvenCase& even) {
+otdb::Schema SchemaOf(const EvenCase& even, const StoreKind& kind) {
   return otdb::Schema::FromJson(
-      R"({"classes": [{"name": "C", "members": [{"name": "a", "type": ")" + std::string(even.type) +
-      R"(", "format": ")" + even.format + R"(", "indexed": true}]}]})");
+      "{" + kind.Json() + R"(, "classes": [{"name": "C", "members": [{"name": "a", "type": ")" +
+      even.type + R"(", "format": ")" + even.format + R"(", "indexed": true}]}]})");
 }
 
 /// A hundred values, and as many nulls as values.
@@ -50,10 +50,13 @@ void Fill(otdb::Store& store, const EvenCase& even) {
   store.Add(type, records);
 }
 
-TEST(Plans, MeasureValuesWithoutTheNullsInFrontOfThem) {
+class Plans : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, Plans, testing::ValuesIn(kStoreKinds), NameOfKind);
+
+TEST_P(Plans, MeasureValuesWithoutTheNullsInFrontOfThem) {
   for (const EvenCase& even : kEvenCases) {
     const Scratch directory;
-    otdb::Store::Create(directory / "store", SchemaOf(even));
+    otdb::Store::Create(directory / "store", SchemaOf(even, GetParam()));
     otdb::Store store(directory / "store");
     Fill(store, even);
     auto txn = store.Read();
@@ -88,7 +91,7 @@ std::vector<Row> SkewedRows() {
   return rows;
 }
 
-const char* const kSkewed = R"({"classes": [{"name": "C", "members": [
+const char* const kSkewed = R"(, "classes": [{"name": "C", "members": [
   {"name": "name", "type": "OtString", "indexed": true},
   {"name": "number", "type": "long", "indexed": true},
   {"name": "big", "type": "OtNull_OtInt64", "indexed": true},
@@ -106,7 +109,7 @@ void Fill(otdb::Store& store, const std::vector<Row>& rows) {
   store.Add(type, records);
 }
 
-TEST(Plans, KnowHowAnIndexIsFilled) {
+TEST_P(Plans, KnowHowAnIndexIsFilled) {
   const std::vector<Row> rows = SkewedRows();
   const auto number = [](const Row& row) { return std::stol(row.number); };
   const std::pair<const char*, std::function<bool(const Row&)>> conditions[] = {
@@ -132,7 +135,8 @@ TEST(Plans, KnowHowAnIndexIsFilled) {
       {"flag = TRUE", [](const Row& row) { return row.flag == "TRUE"; }},
   };
   const Scratch directory;
-  otdb::Store::Create(directory / "store", otdb::Schema::FromJson(kSkewed));
+  otdb::Store::Create(directory / "store",
+                      otdb::Schema::FromJson("{" + GetParam().Json() + kSkewed));
   otdb::Store store(directory / "store");
   Fill(store, rows);
   otdb::Analyze(store, {});
@@ -147,9 +151,10 @@ TEST(Plans, KnowHowAnIndexIsFilled) {
   }
 }
 
-TEST(Plans, DoWithoutStatisticsThatAreDamaged) {
+TEST_P(Plans, DoWithoutStatisticsThatAreDamaged) {
   const Scratch directory;
-  otdb::Store::Create(directory / "store", otdb::Schema::FromJson(kSkewed));
+  otdb::Store::Create(directory / "store",
+                      otdb::Schema::FromJson("{" + GetParam().Json() + kSkewed));
   otdb::Store store(directory / "store");
   Fill(store, SkewedRows());
   otdb::Analyze(store, {});

@@ -113,9 +113,9 @@ Text HardText(Dice& dice) {
 /// A store of names and of numbers, every kind of member indexed, and one without an index.
 class Names {
  public:
-  Names(const std::string& form, unsigned seed, std::size_t real, std::size_t hard) : dice_(seed) {
-    otdb::Store::Create(directory_ / "store", otdb::Schema::FromJson(R"({"form": ")" + form +
-                                                                     R"(", "classes": [{
+  Names(const StoreKind& kind, unsigned seed, std::size_t real, std::size_t hard) : dice_(seed) {
+    otdb::Store::Create(directory_ / "store", otdb::Schema::FromJson("{" + kind.Json() +
+                                                                     R"(, "classes": [{
       "name": "Place", "members": [
         {"name": "name", "type": "OtString", "indexed": true},
         {"name": "latin", "type": "OtString", "codeSet": 1, "language": "de", "indexed": true},
@@ -263,7 +263,7 @@ std::string Beyond(const std::vector<std::string>& ids, const std::vector<std::s
   return told;
 }
 
-class Queries : public testing::TestWithParam<const char*> {
+class Queries : public testing::TestWithParam<StoreKind> {
  protected:
   /// Other queries come with --gtest_shuffle --gtest_random_seed=N.
   static unsigned Seed() {
@@ -305,9 +305,6 @@ TEST_P(Queries, OverHardTexts) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, Queries, testing::Values("big-endian", "native"),
-                         [](const auto& form) {
-                           return std::string(form.param[0] == 'n' ? "Native" : "BigEndian");
-                         });
+INSTANTIATE_TEST_SUITE_P(Kinds, Queries, testing::ValuesIn(kStoreKinds), NameOfKind);
 
 }  // namespace

@@ -21,7 +21,7 @@ const char* const kDay = "%Y-%m-%d";
 const char* const kClock = "%H:%M:%S";
 const char* const kMoment = "%Y-%m-%d %H:%M:%S";
 
-const Kind kKinds[] = {
+const Kind kind_s[] = {
     {"char", "", true, {"a", "~"}},
     {"short", "", true, {"-32768", "32767"}},
     {"long", "", true, {"-2147483648", "2147483647"}},
@@ -68,27 +68,28 @@ std::string OneMember(const std::string& member) {
   return R"({"classes": [{"name": "C", "members": [)" + member + "]}]}";
 }
 
-std::string SchemaOfKinds(const std::string& form) {
+std::string SchemaOfKinds(const StoreKind& kindOfStore) {
   std::string members;
-  for (const Kind& kind : kKinds) {
+  for (const Kind& kind : kind_s) {
     members += std::string(members.empty() ? "" : ",") + R"({"name": "m_)" + kind.name +
                R"(", "type": ")" + kind.name + R"(", "format": ")" + kind.format +
                R"(", "indexed": )" + (kind.indexed ? "true}" : "false}");
   }
-  return R"({"form": ")" + form + R"(", "classes": [{"name": "All", "members": [)" + members +
+  return std::string(R"({"form": ")") + kindOfStore.form +
+         R"(", "classes": [{"name": "All", "members": [)" + members +
          R"(, {"name": "several", "type": "short", "count": 2}]}]})";
 }
 
-class StoreOfAllTypes : public testing::TestWithParam<const char*> {};
+class StoreOfAllTypes : public testing::TestWithParam<StoreKind> {};
 
 TEST_P(StoreOfAllTypes, GivesBackWhatItTook) {
   const Scratch directory;
   const std::string schema = directory.File("schema.json", SchemaOfKinds(GetParam()));
   std::string lines;
-  for (const Kind& kind : kKinds) lines += std::string(lines.empty() ? "m_" : ",m_") + kind.name;
+  for (const Kind& kind : kind_s) lines += std::string(lines.empty() ? "m_" : ",m_") + kind.name;
   lines += ",several[0],several[1]\n";
   for (std::size_t row = 0; row < 3; ++row) {
-    for (const Kind& kind : kKinds) {
+    for (const Kind& kind : kind_s) {
       std::string text = kind.texts[row % kind.texts.size()];
       for (std::size_t at = 0; (at = text.find('"', at)) != std::string::npos; at += 2) {
         text.insert(at, 1, '"');
@@ -101,7 +102,9 @@ TEST_P(StoreOfAllTypes, GivesBackWhatItTook) {
     return OutputOf(OT95_OTDB " " + arguments + " 2>&1");
   };
   const std::string first = directory / "first", second = directory / "second";
-  EXPECT_EQ(otdb("create " + first + " " + schema) + otdb("create " + second + " " + schema), "");
+  EXPECT_EQ(otdb("create " + first + " " + schema + GetParam().Option()) +
+                otdb("create " + second + " " + schema + GetParam().Option()),
+            "");
   EXPECT_EQ(otdb("import " + first + " All " + directory.File("in.csv", lines)),
             "3 objects added\n");
   const std::string csv = otdb("dump " + first + " All --csv");
@@ -113,15 +116,12 @@ TEST_P(StoreOfAllTypes, GivesBackWhatItTook) {
   EXPECT_EQ(FaultsOf(otdb::Store(second)), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, StoreOfAllTypes, testing::Values("big-endian", "native"),
-                         [](const auto& form) {
-                           return std::string(form.param[0] == 'n' ? "Native" : "BigEndian");
-                         });
+INSTANTIATE_TEST_SUITE_P(Kinds, StoreOfAllTypes, testing::ValuesIn(kStoreKinds), NameOfKind);
 
-TEST(StoreOfAllTypes, IndexesEveryTypeThatMakesLimits) {
-  ASSERT_EQ(std::size(kKinds), 40U);
+TEST(Indexes, AreMadeOfEveryTypeThatMakesLimits) {
+  ASSERT_EQ(std::size(kind_s), 40U);
   for (char type = 0; type < 40; ++type) {
-    const Kind& kind = kKinds[static_cast<int>(type)];
+    const Kind& kind = kind_s[static_cast<int>(type)];
     EXPECT_STREQ(otdb::Types().NameGet(type, nullptr), kind.name);
     otdb::Member member;
     member.type = type;
@@ -130,20 +130,22 @@ TEST(StoreOfAllTypes, IndexesEveryTypeThatMakesLimits) {
 }
 
 /// A store of three objects whose trees are changed behind its back.
-class Damage : public testing::Test {
+class Damage : public testing::TestWithParam<StoreKind> {
  protected:
   Damage() {
-    otdb::Store::Create(path_, otdb::Schema::FromJson(
-                                   OneMember(R"({"name": "text", "type": "OtString", "codeSet": 1,
-                                                 "indexed": true})")));
+    otdb::Schema schema = otdb::Schema::FromJson(
+        OneMember(R"({"name": "text", "type": "OtString", "codeSet": 1, "indexed": true})"));
+    schema.form = kind_.form;
+    schema.sortKeyVersion = kind_.byteOrder ? OtTypeMgr::SortKeyVersion() : 0;
+    otdb::Store::Create(path_, schema);
     otdb::Store store(path_);
     type_ = store.GetSchema().classes.front();
     for (const std::string& text : {std::string("abc"), std::string(200, 'l'), std::string("x")}) {
-      otdb::Object object(type_, kForm);
+      otdb::Object object(type_, form_);
       object.MemberAt(0).Scan(0, text);
       records_.push_back(object.Stored());
-      keys_.push_back(otdb::KeyOf(type_.members[0], records_.back(), kForm));
-      ids_.push_back(otdb::IdFromText(std::to_string(ids_.size() + 1), kForm));
+      keys_.push_back(otdb::KeyOf(type_.members[0], records_.back(), kind_));
+      ids_.push_back(otdb::IdFromText(std::to_string(ids_.size() + 1), form_));
     }
     store.Add(store.GetSchema().classes.front(), records_);
   }
@@ -173,7 +175,8 @@ class Damage : public testing::Test {
       Trees trees{txn, lmdb::dbi::open(txn, "C"), lmdb::dbi::open(txn, "C.text"),
                   lmdb::dbi::open(txn, "C.text~")};
       for (lmdb::dbi* tree : {&trees.all, &trees.partial}) {
-        tree->set_compare(txn, otdb::KeyComparer(type_.members[0].type, kForm));
+        MDB_cmp_func* const order = otdb::KeyComparer(type_.members[0].type, kind_);
+        if (order != nullptr) tree->set_compare(txn, order);
       }
       action(trees);
       txn.commit();
@@ -181,30 +184,31 @@ class Damage : public testing::Test {
     return FaultsOf(otdb::Store(path_));
   }
 
-  static constexpr unsigned char kForm = OT_FORMAT_BIG_ENDIAN;
+  const unsigned char form_ = GetParam().form[0] == 'n' ? OT_FORMAT_NATIVE : OT_FORMAT_BIG_ENDIAN;
+  const otdb::KeyKind kind_{form_, GetParam().byteOrder};
   Scratch directory_;
   std::string path_ = directory_ / "store";
   otdb::Class type_;
   std::vector<otdb::Bytes> records_, keys_, ids_;
 };
 
-TEST_F(Damage, NoneIsToldOfAGoodStore) {
+TEST_P(Damage, NoneIsToldOfAGoodStore) {
   EXPECT_EQ(After([](Trees&) {}), "");
 }
 
-TEST_F(Damage, MissingEntry) {
+TEST_P(Damage, MissingEntry) {
   EXPECT_EQ(After([&](Trees& trees) { trees.Remove(trees.all, keys_[0], ids_[0]); }),
             "index C.text: another number of entries than of objects\n");
 }
 
-TEST_F(Damage, StrayEntry) {
-  const otdb::Bytes nobody = otdb::IdFromText("99", kForm);
+TEST_P(Damage, StrayEntry) {
+  const otdb::Bytes nobody = otdb::IdFromText("99", form_);
   EXPECT_EQ(After([&](Trees& trees) { trees.Put(trees.all, keys_[0], nobody); }),
             "index C.text: another number of entries than of objects\n"
             "index C.text: an entry without its object, C 99\n");
 }
 
-TEST_F(Damage, EntryUnderAnotherKey) {
+TEST_P(Damage, EntryUnderAnotherKey) {
   EXPECT_EQ(After([&](Trees& trees) {
               trees.Remove(trees.all, keys_[0], ids_[0]);
               trees.Put(trees.all, keys_[2], ids_[0]);
@@ -212,7 +216,7 @@ TEST_F(Damage, EntryUnderAnotherKey) {
             "index C.text: another key than that of C 1\n");
 }
 
-TEST_F(Damage, RecordCutByAByteOrLongerByOne) {
+TEST_P(Damage, RecordCutByAByteOrLongerByOne) {
   otdb::Bytes cut = records_[0], longer = records_[2];
   cut.pop_back();
   longer.push_back(0);
@@ -223,7 +227,8 @@ TEST_F(Damage, RecordCutByAByteOrLongerByOne) {
             "C 1: a damaged record\nC 3: a damaged record\n");
 }
 
-TEST_F(Damage, MissingAndStrayPartialEntries) {
+TEST_P(Damage, MissingAndStrayPartialEntries) {
+  if (kind_.byteOrder) return;  // There the range of a comparison allows for keys that were cut.
   EXPECT_EQ(After([&](Trees& trees) { trees.Remove(trees.partial, keys_[1], ids_[1]); }),
             "index C.text: C 2 isn't among the partial keys\n"
             "index C.text: another number of partial entries than of partial keys\n");
@@ -234,13 +239,15 @@ TEST_F(Damage, MissingAndStrayPartialEntries) {
             "index C.text: another number of partial entries than of partial keys\n");
 }
 
-TEST_F(Damage, ObjectUnderWhatIsNoIdentifier) {
+TEST_P(Damage, ObjectUnderWhatIsNoIdentifier) {
   EXPECT_EQ(After([&](Trees& trees) {
               trees.Put(trees.objects, {1, 2, 3}, records_[0]);
             }),
             "C with a damaged identifier\n"
             "index C.text: another number of entries than of objects\n");
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Damage, testing::ValuesIn(kStoreKinds), NameOfKind);
 
 struct BadCsv {
   const char* name;

@@ -1,6 +1,7 @@
 #ifndef OT95_TESTS_OBJECTSTORE_STORETESTING_H
 #define OT95_TESTS_OBJECTSTORE_STORETESTING_H
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -89,6 +90,29 @@ std::string RefusalOf(const Action& action) {
     return error.what();
   }
   return "";
+}
+
+/// The forms in which a store can keep its values, and both kinds of its indexes.
+struct StoreKind {
+  const char* name;
+  const char* form;
+  bool byteOrder;
+
+  /// What a schema says of it.
+  std::string Json() const {
+    return std::string(R"("form": ")") + form + R"(", "sortKeyVersion": )" +
+           std::to_string(byteOrder ? OtTypeMgr::SortKeyVersion() : 0);
+  }
+  /// The same on the command line, but for the form.
+  std::string Option() const { return byteOrder ? " --byte-order" : ""; }
+};
+inline constexpr StoreKind kStoreKinds[] = {{"BigEndian", "big-endian", false},
+                                            {"Native", "native", false},
+                                            {"BigEndianByteOrder", "big-endian", true},
+                                            {"NativeByteOrder", "native", true}};
+/// The name of a test over one of them.
+inline std::string NameOfKind(const testing::TestParamInfo<StoreKind>& kind) {
+  return kind.param.name;
 }
 
 /// Random choices, the same in every run of a seed.
