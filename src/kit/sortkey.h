@@ -85,6 +85,11 @@ class SortKeyWriter {
     PutNumber(static_cast<Word>(static_cast<Word>(number) ^ Word{1} << (8 * sizeof number - 1)));
   }
 
+  // For who writes bytes by itself, as far as there is room.
+  unsigned char* Place() const { return place_; }
+  std::size_t Room() const { return static_cast<std::size_t>(end_ - place_); }
+  void SetPlace(unsigned char* place) { place_ = place; }
+
   /// Bytes so far, also those for which there was no room.
   std::uint64_t Size() const { return before_ + static_cast<std::uint64_t>(place_ - begin_); }
   /// The hash of all bytes, of a writer that was made for one.

@@ -33,9 +33,7 @@ bool IsLetterKey(std::uint32_t key) {
 
 /// Hands on the keys of a text until `take` declines, which it may have to do twice for one key.
 template <class Take>
-void EachKey(const TextSpan& text, Take&& take) {
-  const PlainStretch stretch = RunFromStart(text, take);
-  if (stretch.all) return;
+void EachKeyBehind(const PlainStretch& stretch, const TextSpan& text, Take&& take) {
   OrderWalk walk(text);
   walk.GoOnBehind(stretch);
   for (;;) {
@@ -43,6 +41,11 @@ void EachKey(const TextSpan& text, Take&& take) {
     const std::uint32_t key = walk.NextKey(true);
     if (key == 0 || !take(key)) return;
   }
+}
+template <class Take>
+void EachKey(const TextSpan& text, Take&& take) {
+  const PlainStretch stretch = RunFromStart(text, take);
+  if (!stretch.all) EachKeyBehind(stretch, text, take);
 }
 
 bool IsWildcard(std::uint32_t key) {
@@ -66,6 +69,14 @@ class ScriptedWords {
       PutOther(word);
     }
   }
+
+  /// What the keys of letters begin with that are a byte in the script of the last one, and that
+  /// byte for the first of them. Such keys may be put without asking.
+  static constexpr std::uint32_t kLetterHead = 0xffff8000;
+  std::uint32_t LetterHead() const {
+    return letters_ == kLetterCodes ? script_ << 24 | kLetterKey : kLetterHead;
+  }
+  static constexpr unsigned kFirstLetterByte = kFirstCode + 21;
 
   /// All of a key, symbols too.
   void PutWhole(std::uint32_t key) {
@@ -135,7 +146,7 @@ class ScriptedWords {
 
   static constexpr unsigned kDigits = kFirstCode;
   // Of an alphabet.
-  static constexpr unsigned kLetters = kDigits + 21;
+  static constexpr unsigned kLetters = kFirstLetterByte;
   static constexpr unsigned kStray = kLetters + kLetterCodes;
   // Of the script of ideographs.
   static constexpr unsigned kKana = kDigits + 1;
@@ -150,34 +161,35 @@ class ScriptedWords {
 
 /// A level in which most places hold the least value, 0: only the others are written, each with the
 /// places passed over before it. Passing over more ranks lower.
+///
+/// @tparam values there are besides 0.
+template <unsigned values>
 class SparseLevel {
  public:
-  /// @param values there are besides 0.
-  SparseLevel(SortKeyWriter& out, unsigned values)
-      : out_(out), values_(values), longest_((256 - kDirect) / values - 1) {}
+  explicit SparseLevel(SortKeyWriter& out) : out_(out) {}
 
   void Put(std::uint64_t passedOver, unsigned value) {
-    if (passedOver > longest_) passedOver = PutSteps(passedOver);
-    out_.Put(kDirect + static_cast<unsigned>(longest_ - passedOver) * values_ + value - 1);
+    if (passedOver >= kStep) [[unlikely]]
+      passedOver = PutSteps(passedOver);
+    out_.Put(kDirect + (kStep - 1 - static_cast<unsigned>(passedOver)) * values + value - 1);
   }
 
  private:
-  /// Steps of as many places as a value can't tell: so many at once, or a number of them.
-  std::uint64_t PutSteps(std::uint64_t passedOver) {
-    const std::uint64_t step = longest_ + 1;
-    for (; passedOver >= kMostSteps * step; passedOver -= kMostSteps * step) out_.Put(kManySteps);
-    const auto steps = static_cast<unsigned>(passedOver / step);
-    if (steps > 0) out_.Put(kDirect - steps);
-    return passedOver % step;
-  }
-
   static constexpr unsigned kMostSteps = 8;
   static constexpr unsigned kManySteps = 3;
   static constexpr unsigned kDirect = kManySteps + kMostSteps;
+  static constexpr unsigned kStep = (256 - kDirect) / values;
+
+  /// Steps of as many places as a value can't tell: so many at once, or a number of them.
+  [[gnu::noinline]] std::uint64_t PutSteps(std::uint64_t passedOver) {
+    constexpr std::uint64_t most = kMostSteps * kStep;
+    for (; passedOver >= most; passedOver -= most) out_.Put(kManySteps);
+    const auto steps = static_cast<unsigned>(passedOver / kStep);
+    if (steps > 0) out_.Put(kDirect - steps);
+    return passedOver % kStep;
+  }
 
   SortKeyWriter& out_;
-  unsigned values_;
-  std::uint64_t longest_;
 };
 
 /// What a walk meets of one kind, of which only a window is kept. The events of an ordinary text
@@ -211,25 +223,17 @@ struct SymbolEvent {
 /// Writes the levels of one text.
 class TextKey {
  public:
-  /// @param levels of the key.
-  TextKey(const TextSpan& text, const Levels& levels, SortKeyWriter& out)
-      : text_(text), levels_(levels), out_(out) {}
+  /// @param keyOp what the levels of the key leave out.
+  TextKey(const TextSpan& text, unsigned short keyOp, SortKeyWriter& out)
+      : text_(text), keyOp_(keyOp), out_(out), words_(out) {}
 
   /// The first level. @param wildcards whether they end it. @return whether it is all of the text.
   bool PutLetters(bool wildcards) {
-    ScriptedWords words(out_);
-    bool whole = true;
-    EachKey(text_, [&](std::uint32_t key) {
-      if (IsReal(key) && (!wildcards || !IsWildcard(key))) [[likely]] {
-        words.Put(key);
-        NoteReal(key);
-        return true;
-      }
-      if (wildcards && IsWildcard(key)) return whole = false;
-      NoteSymbol(key);
-      return true;
-    });
-    return whole;
+    PlainStretch stretch{text_.text};
+    const OtLanguage* language = LanguageOf(text_);
+    const bool isPlain = text_.codeSet == OT_CS_UNICODE && !text_.reversed && language != nullptr;
+    if (isPlain && !wildcards && PutPlainLetters(*language, stretch)) return true;
+    return PutLettersBehind(stretch, wildcards);
   }
   bool HasLetters() const { return reals_ != 0; }
 
@@ -249,18 +253,85 @@ class TextKey {
   }
 
  private:
+  /// The letters of Unicode text for as long as no key takes the long way. @return whether all do.
+  bool PutPlainLetters(const OtLanguage& language, PlainStretch& stretch) {
+    const PlainKeys<std::uint16_t> keys(nullptr, &language, language.script);
+    for (;;) {
+      const char* const place = PutUsual(stretch.end, language);
+      if (place != stretch.end) stretch = {place, words_.LetterHead()};
+      const std::uint32_t key = keys.KeyAt(place, text_.end);
+      if (key == 0) return keys.ValueAt(place, text_.end) == 0;
+      TakeKey(key);
+      stretch = {place + sizeof(std::uint16_t), key};
+    }
+  }
+
+  /// What most of a text consists of, with all that takes at hand: letters of the script of the one
+  /// before that are the same in every language. @return behind them.
+  [[gnu::always_inline]] inline const char* PutUsual(const char* from, const OtLanguage& language) {
+    const std::uint32_t usual = words_.LetterHead() | kPlainMarks;
+    const std::uint32_t counts =
+        ScriptedWords::kLetterHead | kMarkBits | (language.tailorsOrder != 0 ? kTailoredKey : 0);
+    const std::size_t units =
+        text_.end == kUnbounded
+            ? SIZE_MAX
+            : (text_.end - reinterpret_cast<std::uintptr_t>(from)) / sizeof(std::uint16_t);
+    const std::size_t most = std::min(out_.Room(), units);
+    unsigned value = most != 0 ? LoadWide(from) : kPlainKeys;
+    if (value >= kPlainKeys) return from;
+    const std::uint32_t* const keys = kOrderTables.plainKeys;
+    unsigned char* const start = out_.Place();
+    std::size_t taken = 0;
+    while (taken < most) {
+      const std::uint32_t key = keys[value];
+      const std::uint32_t unusual = (key ^ usual) & counts;
+      value = taken + 1 < units ? LoadWide(from + 2 * taken + 2) : 0;
+      if (value >= OT_FIRST_MARK) break;
+      if (unusual != 0) [[unlikely]] {
+        if ((unusual & ~kMarkBits) != 0) break;
+        NoteMarks(letters_ + taken, key & kMarkBits);
+      }
+      start[taken++] = static_cast<unsigned char>(ScriptedWords::kFirstLetterByte + (key >> 8));
+    }
+    reals_ += taken;
+    letters_ += taken;
+    out_.SetPlace(start + taken);
+    return from + 2 * taken;
+  }
+
+  /// The letters behind a stretch that was taken.
+  [[gnu::noinline]] bool PutLettersBehind(const PlainStretch& stretch, bool wildcards) {
+    bool whole = true;
+    EachKeyBehind(stretch, text_, [&](std::uint32_t key) {
+      if (wildcards && IsWildcard(key)) return whole = false;
+      TakeKey(key);
+      return true;
+    });
+    return whole;
+  }
+
+  void TakeKey(std::uint32_t key) {
+    if (IsReal(key)) {
+      words_.Put(key);
+      NoteReal(key);
+    } else {
+      NoteSymbol(key);
+    }
+  }
+
   void NoteReal(std::uint32_t key) {
     ++reals_;
     if (!IsLetterKey(key)) return;
-    const std::uint64_t place = letters_++;
     const std::uint32_t marks = key & kMarkBits;
-    if (marks == kPlainMarks) [[likely]]
-      return;
+    if (marks != kPlainMarks) NoteMarks(letters_, marks);
+    ++letters_;
+  }
+  [[gnu::noinline]] void NoteMarks(std::uint64_t place, std::uint32_t marks) {
     if ((marks & kAccentBits) != 0) accents_.Add(place << 8 | (marks & kAccentBits));
     if (marks < kPlainMarks) cases_.Add(place << 8 | (3 - marks / 32));
   }
   void NoteSymbol(std::uint32_t key) {
-    if (levels_.Ignores(key)) return;
+    if (Levels(keyOp_).Ignores(key)) return;
     if (run_ != reals_) {
       run_ = reals_;
       symbolsInRun_ = 0;
@@ -293,9 +364,9 @@ class TextKey {
 
   void PutAccents() {
     ++unopened_;
-    if (levels_.ignoreAccent || accents_.total == 0) return;
+    if ((keyOp_ & OT_CMP_IGNORE_ACCENT) != 0 || accents_.total == 0) return;
     OpenLevel();
-    SparseLevel level(out_, kAccentBits);
+    SparseLevel<kAccentBits> level(out_);
     std::uint64_t end = letters_;
     for (std::size_t i = accents_.total; i-- > 0;) {
       const std::uint64_t event = At(accents_, i, true);
@@ -306,9 +377,9 @@ class TextKey {
 
   void PutCases() {
     ++unopened_;
-    if (levels_.ignoreCase || cases_.total == 0) return;
+    if ((keyOp_ & OT_CMP_IGNORE_CASE) != 0 || cases_.total == 0) return;
     OpenLevel();
-    SparseLevel level(out_, 3);
+    SparseLevel<3> level(out_);
     std::uint64_t start = 0;
     for (std::size_t i = 0; i < cases_.total; ++i) {
       const std::uint64_t event = At(cases_, i, false);
@@ -323,7 +394,7 @@ class TextKey {
     ++unopened_;
     if (symbols_.total == 0) return;
     OpenLevel();
-    SparseLevel level(out_, kRunKinds);
+    SparseLevel<kRunKinds> level(out_);
     std::uint64_t end = reals_ + 1;
     for (std::size_t i = symbols_.total; i-- > 0;) {
       const SymbolEvent event = SymbolEvent::Unpacked(At(symbols_, i, true));
@@ -372,8 +443,9 @@ class TextKey {
   static constexpr std::uint64_t kNoRun = ~std::uint64_t{0};
 
   const TextSpan& text_;
-  const Levels& levels_;
+  unsigned short keyOp_;
   SortKeyWriter& out_;
+  ScriptedWords words_;
   std::uint64_t reals_ = 0;    // digits, letters, ideographs
   std::uint64_t letters_ = 0;  // those of them that have accents and case
   std::uint64_t run_ = kNoRun;
@@ -403,6 +475,9 @@ void PutWholeKeys(const TextSpan& text, SortKeyWriter& out) {
   out.Put(kEndOfKey);
 }
 
+bool AllowsWildcards(unsigned short cmpOp) {
+  return (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0;
+}
 bool IsOrderOnly(unsigned short cmpOp) {
   return (cmpOp & OT_CMP_ORDER_ONLY) != 0;
 }
@@ -410,13 +485,13 @@ bool IsOrderOnly(unsigned short cmpOp) {
 }  // namespace
 
 int PutTextKey(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
-  const Levels levels(cmpOp);
+  const bool wildcards = AllowsWildcards(cmpOp);
   if (text.IsNullValue()) {
     out.Put(kNullKey);
-    return levels.wildcards ? OT_ERR_NOT_SUPPORTED : 0;  // To patterns it is like an empty text.
+    return wildcards ? OT_ERR_NOT_SUPPORTED : 0;  // To patterns it is like an empty text.
   }
   if (text.codeSet == 0) {
-    if (!PutRawText(text, levels.wildcards, out)) return OT_ERR_NOT_SUPPORTED;
+    if (!PutRawText(text, wildcards, out)) return OT_ERR_NOT_SUPPORTED;
     out.Put(kEndOfText);
     return 0;
   }
@@ -424,8 +499,8 @@ int PutTextKey(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
     PutWholeKeys(text, out);
     return 0;
   }
-  TextKey key(text, levels, out);
-  if (!key.PutLetters(levels.wildcards)) return OT_ERR_NOT_SUPPORTED;
+  TextKey key(text, cmpOp, out);
+  if (!key.PutLetters(wildcards)) return OT_ERR_NOT_SUPPORTED;
   key.PutMarks(kMarkLevels);
   key.End();
   return 0;
@@ -459,23 +534,22 @@ TextRange::Kind PutRawRange(const TextSpan& operand, bool wildcards, bool upper,
 
 // Where wildcards count, a null is like an empty text, but stands below it.
 TextRange::Kind TextRange::Put(bool upper, SortKeyWriter& out) const {
-  const Levels query(cmpOp);
+  const bool wildcards = AllowsWildcards(cmpOp);
   if (operand.IsNullValue()) {
     out.Put(kNullKey);
     return kWhole;
   }
-  if (operand.codeSet == 0) return PutRawRange(operand, query.wildcards, upper, out);
+  if (operand.codeSet == 0) return PutRawRange(operand, wildcards, upper, out);
   if (IsOrderOnly(cmpOp) || IsOrderOnly(keyOp)) {
     if (!IsOrderOnly(cmpOp & keyOp)) return kNothing;
     PutWholeKeys(operand, out);
     return kWhole;
   }
-  const Levels keys(keyOp);
-  TextKey key(operand, keys, out);
-  const bool whole = key.PutLetters(query.wildcards);
-  if (!key.HasLetters() && query.wildcards && !(whole && upper)) return kNothing;
+  TextKey key(operand, keyOp, out);
+  const bool whole = key.PutLetters(wildcards);
+  if (!key.HasLetters() && wildcards && !(whole && upper)) return kNothing;
   if (!whole) return kPrefix;
-  const unsigned shared = SharedLevels(query, keys, equal);
+  const unsigned shared = SharedLevels(Levels(cmpOp), Levels(keyOp), equal);
   key.PutMarks(shared);
   if (shared < kMarkLevels && upper) {
     key.EndAbove();

@@ -17,6 +17,11 @@ bool TakeWhole(StringCursor& cursor, StoredText& text) {
 
 template <bool legacy>
 int SortKeyOfStrings(const SortInput& input, SortKeyWriter& out) {
+  if (input.count == 1 && FormOf(input.format) == OT_FORMAT_MEMORY && input.value != nullptr) {
+    const OtString& string = *reinterpret_cast<const OtString*>(input.value);
+    const TextSpan text = TextSpan::Of(string);
+    if (text.codeSet != OT_CS_ORDER) return PutTextKey(text, input.cmpOp, out);
+  }
   StringCursor cursor(input.value, input.length, input.format, legacy);
   for (unsigned long i = 0; i < input.count; ++i) {
     StoredText text;
