@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run test bench check-orders format check-format clean release dev ilp32 uchar
-.PHONY: setup-run setup-test setup-bench
+.PHONY: all run examples test bench check-orders format check-format clean release dev ilp32 uchar
+.PHONY: setup-run setup-examples setup-test setup-bench
 
 all: setup-bench release
 
@@ -11,6 +11,11 @@ run: setup-run
 	@echo 'Building the libraries and both programs, about a minute on two cores; then the tour begins.'
 	@scripts/build release $(JOBS) ottm otdb
 	@scripts/tour
+
+examples: setup-examples
+	@scripts/build release $(JOBS) places_rocksdb places_redis
+	@examples/rocksdb/run build/bin/places_rocksdb
+	@examples/redis/run build/bin/places_redis
 
 test: setup-test check-format
 	@scripts/test
@@ -22,7 +27,7 @@ bench: setup-bench
 check-orders: setup-test
 	@scripts/check-orders
 
-setup-run setup-test setup-bench:
+setup-run setup-examples setup-test setup-bench:
 	@scripts/setup $(@:setup-%=%)
 
 release dev ilp32 uchar:
