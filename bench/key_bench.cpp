@@ -7,6 +7,8 @@
 
 namespace bench {
 
+constexpr char kText = 11;
+
 void RegisterKeys() {
   const Names& names = NamesOf("latin");
   const Collator tertiary = OpenCollator("");
@@ -19,6 +21,20 @@ void RegisterKeys() {
         OtString* text = const_cast<OtString*>(&cycle.Next().wide);
         benchmark::DoNotOptimize(CurrentFactory[11]->Translate(
             key, 0x80 | OT_FORMAT_BIG_ENDIAN, sizeof key, text, OT_FORMAT_MEMORY, sizeof *text, 1));
+      },
+      [tertiary, cycle = Cycle(names)]() mutable {
+        unsigned char key[1024];
+        const Name& name = cycle.Next();
+        benchmark::DoNotOptimize(
+            ucol_getSortKey(tertiary.get(), Units(name), Length(name), key, sizeof key));
+      });
+  Workload(
+      "byte-ordered key of a name", 7,
+      [cycle = Cycle(names), types = OtTypeMgr()]() mutable {
+        unsigned char key[OtINDEX_MAX_KEYLEN];
+        int status = 0;
+        benchmark::DoNotOptimize(types.SortKey(kText, key, sizeof key, &cycle.Next().wide, 0,
+                                               OT_CMP_NO_WILDCARDS, 1, OT_FORMAT_MEMORY, status));
       },
       [tertiary, cycle = Cycle(names)]() mutable {
         unsigned char key[1024];

@@ -1,7 +1,8 @@
-// A text index of 200,000 names in LMDB: ordered by the row's Compare over its keys, and by the
-// peer's comparison over UTF-16.
+// A text index of 200,000 names in LMDB: ordered by the row's Compare over its keys, by the bytes
+// of sort keys, and by the peer's comparison over UTF-16.
 #include <lmdb++.h>
 
+#include <cstring>
 #include <memory>
 #include <random>
 
@@ -36,12 +37,28 @@ Key OurKey(const Name& name) {
   return key;
 }
 
+Key ByteKey(const Name& name) {
+  Key key(OtINDEX_MAX_KEYLEN);
+  int status = 0;
+  const unsigned long size =
+      otdb::Types().SortKey(kText, key.data(), OtINDEX_MAX_KEYLEN, &name.wide, 0,
+                            OT_CMP_NO_WILDCARDS, 1, OT_FORMAT_MEMORY, status);
+  key.resize(std::min<std::size_t>(size, key.size()));
+  return key;
+}
+
 Key PeerKey(const Name& name) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(name.units.data());
   return Key(bytes, bytes + name.units.size() * sizeof(UChar));
 }
 
-/// One tree with names as keys, made by `makeKey` and ordered by `compare`.
+int CompareBytes(const MDB_val* a, const MDB_val* b) {
+  const int sign = std::memcmp(a->mv_data, b->mv_data, std::min(a->mv_size, b->mv_size));
+  return sign != 0 ? sign : (a->mv_size > b->mv_size) - (a->mv_size < b->mv_size);
+}
+
+/// One tree with names as keys, made by `makeKey` and ordered by `compare`, which the store isn't
+/// told of where it is its own.
 class Tree {
  public:
   using MakeKey = Key (*)(const Name&);
@@ -88,7 +105,7 @@ class Tree {
  private:
   MDB_dbi Open(lmdb::txn& txn, const char* name) const {
     auto tree = lmdb::dbi::open(txn, name, MDB_CREATE);
-    tree.set_compare(txn, compare_);
+    if (compare_ != CompareBytes) tree.set_compare(txn, compare_);
     return tree.handle();
   }
   void Put(lmdb::txn& txn, MDB_dbi tree, const Name& name) {
@@ -110,12 +127,13 @@ class Tree {
   Key last_;
 };
 
-/// Both trees, made when the first workload runs.
+/// The trees, made when the first workload runs.
 struct Trees {
-  std::unique_ptr<Tree> ours, peer;
+  std::unique_ptr<Tree> ours, bytes, peer;
   Collator collator;
 
   Tree& Ours() { return Made(), *ours; }
+  Tree& Bytes() { return Made(), *bytes; }
   Tree& Peer() { return Made(), *peer; }
 
  private:
@@ -126,6 +144,7 @@ struct Trees {
     collator = OpenCollator("");
     peerCollator = collator.get();
     ours = std::make_unique<Tree>(names, OurKey, otdb::KeyComparer(kText, kForm));
+    bytes = std::make_unique<Tree>(names, ByteKey, CompareBytes);
     peer = std::make_unique<Tree>(names, PeerKey, ComparePeer);
   }
 };
@@ -142,6 +161,9 @@ void RegisterTrees() {
   add("LMDB text index: look-up", &Tree::LookUp);
   add("LMDB text index: scan of 100 entries", &Tree::Scan);
   add("LMDB text index: insert of 1000", &Tree::Insert);
+  Workload(
+      "LMDB text index in byte order: look-up", 3, [trees] { trees->Bytes().LookUp(); },
+      [trees] { trees->Peer().LookUp(); });
 }
 
 }  // namespace bench
