@@ -1,30 +1,14 @@
 #include "text/collation/sortkey.h"
 
-#include <bit>
-
 #include "text/collation/plainkeys.h"
+#include "text/collation/sortlevels.h"
 
 namespace ot95 {
 
 namespace {
 
-// First bytes of what may stand in a level: docs/sort-keys.md draws them all.
-constexpr unsigned kEndOfKey = kEndOfText;  // The levels behind this one are empty.
-constexpr unsigned kNextLevel = 2;
-constexpr unsigned kMarkLevels = 3;    // Accents, case, symbols.
-constexpr unsigned kBehindLevels = 3;  // As an end of a range: above both of them.
-constexpr unsigned kLowerScript = 3;  // Among letters: of a script that ranks below, which follows.
-constexpr unsigned kFirstCode = 4;
-constexpr unsigned kHigherScript = 0xff;
-
-constexpr unsigned kIdeographs = 0x13;  // The script of ideographs, syllables and kana.
 constexpr unsigned kLetterCodes = 0x80;
 constexpr unsigned kKanaCodes = 104;  // Those of the letters among the ideographs that have a byte.
-constexpr std::uint32_t kLatin = 1;   // The script of what begins without naming one.
-
-constexpr std::uint32_t kAccentBits = 0x1f;
-constexpr std::uint32_t kMarkBits = 0x7f;    // Accent and case.
-constexpr std::uint32_t kPlainMarks = 0x60;  // No accent, lower case.
 
 /// Whether the low bits of a key are accent and case.
 bool IsLetterKey(std::uint32_t key) {
@@ -69,14 +53,6 @@ class ScriptedWords {
       PutOther(word);
     }
   }
-
-  /// What the keys of letters begin with that are a byte in the script of the last one, and that
-  /// byte for the first of them. Such keys may be put without asking.
-  static constexpr std::uint32_t kLetterHead = 0xffff8000;
-  std::uint32_t LetterHead() const {
-    return letters_ == kLetterCodes ? script_ << 24 | kLetterKey : kLetterHead;
-  }
-  static constexpr unsigned kFirstLetterByte = kFirstCode + 21;
 
   /// All of a key, symbols too.
   void PutWhole(std::uint32_t key) {
@@ -159,39 +135,6 @@ class ScriptedWords {
   unsigned firstLetter_ = kLetters;
 };
 
-/// A level in which most places hold the least value, 0: only the others are written, each with the
-/// places passed over before it. Passing over more ranks lower.
-///
-/// @tparam values there are besides 0.
-template <unsigned values>
-class SparseLevel {
- public:
-  explicit SparseLevel(SortKeyWriter& out) : out_(out) {}
-
-  void Put(std::uint64_t passedOver, unsigned value) {
-    if (passedOver >= kStep) [[unlikely]]
-      passedOver = PutSteps(passedOver);
-    out_.Put(kDirect + (kStep - 1 - static_cast<unsigned>(passedOver)) * values + value - 1);
-  }
-
- private:
-  static constexpr unsigned kMostSteps = 8;
-  static constexpr unsigned kManySteps = 3;
-  static constexpr unsigned kDirect = kManySteps + kMostSteps;
-  static constexpr unsigned kStep = (256 - kDirect) / values;
-
-  /// Steps of as many places as a value can't tell: so many at once, or a number of them.
-  [[gnu::noinline]] std::uint64_t PutSteps(std::uint64_t passedOver) {
-    constexpr std::uint64_t most = kMostSteps * kStep;
-    for (; passedOver >= most; passedOver -= most) out_.Put(kManySteps);
-    const auto steps = static_cast<unsigned>(passedOver / kStep);
-    if (steps > 0) out_.Put(kDirect - steps);
-    return passedOver % kStep;
-  }
-
-  SortKeyWriter& out_;
-};
-
 /// What a walk meets of one kind, of which only a window is kept. The events of an ordinary text
 /// all are in the first one.
 struct EventLog {
@@ -225,15 +168,17 @@ class TextKey {
  public:
   /// @param keyOp what the levels of the key leave out.
   TextKey(const TextSpan& text, unsigned short keyOp, SortKeyWriter& out)
-      : text_(text), keyOp_(keyOp), out_(out), words_(out) {}
+      : text_(text), keyOp_(keyOp), out_(out), words_(out), separators_(out) {}
 
   /// The first level. @param wildcards whether they end it. @return whether it is all of the text.
   bool PutLetters(bool wildcards) {
-    PlainStretch stretch{text_.text};
-    const OtLanguage* language = LanguageOf(text_);
-    const bool isPlain = text_.codeSet == OT_CS_UNICODE && !text_.reversed && language != nullptr;
-    if (isPlain && !wildcards && PutPlainLetters(*language, stretch)) return true;
-    return PutLettersBehind(stretch, wildcards);
+    bool whole = true;
+    EachKey(text_, [&](std::uint32_t key) {
+      if (wildcards && IsWildcard(key)) return whole = false;
+      TakeKey(key);
+      return true;
+    });
+    return whole;
   }
   bool HasLetters() const { return reals_ != 0; }
 
@@ -248,68 +193,11 @@ class TextKey {
   void End() { out_.Put(kEndOfKey); }
   /// ... but for the end of a range, above all keys that begin so.
   void EndAbove() {
-    OpenLevel();
+    separators_.Open();
     out_.Put(kBehindLevels);
   }
 
  private:
-  /// The letters of Unicode text for as long as no key takes the long way. @return whether all do.
-  bool PutPlainLetters(const OtLanguage& language, PlainStretch& stretch) {
-    const PlainKeys<std::uint16_t> keys(nullptr, &language, language.script);
-    for (;;) {
-      const char* const place = PutUsual(stretch.end, language);
-      if (place != stretch.end) stretch = {place, words_.LetterHead()};
-      const std::uint32_t key = keys.KeyAt(place, text_.end);
-      if (key == 0) return keys.ValueAt(place, text_.end) == 0;
-      TakeKey(key);
-      stretch = {place + sizeof(std::uint16_t), key};
-    }
-  }
-
-  /// What most of a text consists of, with all that takes at hand: letters of the script of the one
-  /// before that are the same in every language. @return behind them.
-  [[gnu::always_inline]] inline const char* PutUsual(const char* from, const OtLanguage& language) {
-    const std::uint32_t usual = words_.LetterHead() | kPlainMarks;
-    const std::uint32_t counts =
-        ScriptedWords::kLetterHead | kMarkBits | (language.tailorsOrder != 0 ? kTailoredKey : 0);
-    const std::size_t units =
-        text_.end == kUnbounded
-            ? SIZE_MAX
-            : (text_.end - reinterpret_cast<std::uintptr_t>(from)) / sizeof(std::uint16_t);
-    const std::size_t most = std::min(out_.Room(), units);
-    unsigned value = most != 0 ? LoadWide(from) : kPlainKeys;
-    if (value >= kPlainKeys) return from;
-    const std::uint32_t* const keys = kOrderTables.plainKeys;
-    unsigned char* const start = out_.Place();
-    std::size_t taken = 0;
-    while (taken < most) {
-      const std::uint32_t key = keys[value];
-      const std::uint32_t unusual = (key ^ usual) & counts;
-      value = taken + 1 < units ? LoadWide(from + 2 * taken + 2) : 0;
-      if (value >= OT_FIRST_MARK) break;
-      if (unusual != 0) [[unlikely]] {
-        if ((unusual & ~kMarkBits) != 0) break;
-        NoteMarks(letters_ + taken, key & kMarkBits);
-      }
-      start[taken++] = static_cast<unsigned char>(ScriptedWords::kFirstLetterByte + (key >> 8));
-    }
-    reals_ += taken;
-    letters_ += taken;
-    out_.SetPlace(start + taken);
-    return from + 2 * taken;
-  }
-
-  /// The letters behind a stretch that was taken.
-  [[gnu::noinline]] bool PutLettersBehind(const PlainStretch& stretch, bool wildcards) {
-    bool whole = true;
-    EachKeyBehind(stretch, text_, [&](std::uint32_t key) {
-      if (wildcards && IsWildcard(key)) return whole = false;
-      TakeKey(key);
-      return true;
-    });
-    return whole;
-  }
-
   void TakeKey(std::uint32_t key) {
     if (IsReal(key)) {
       words_.Put(key);
@@ -328,7 +216,7 @@ class TextKey {
   }
   [[gnu::noinline]] void NoteMarks(std::uint64_t place, std::uint32_t marks) {
     if ((marks & kAccentBits) != 0) accents_.Add(place << 8 | (marks & kAccentBits));
-    if (marks < kPlainMarks) cases_.Add(place << 8 | (3 - marks / 32));
+    if (marks < kPlainMarks) cases_.Add(place << 8 | CaseRank(marks));
   }
   void NoteSymbol(std::uint32_t key) {
     if (Levels(keyOp_).Ignores(key)) return;
@@ -358,15 +246,11 @@ class TextKey {
     });
   }
 
-  void OpenLevel() {
-    for (; unopened_ > 0; --unopened_) out_.Put(kNextLevel);
-  }
-
   void PutAccents() {
-    ++unopened_;
+    separators_.Next();
     if ((keyOp_ & OT_CMP_IGNORE_ACCENT) != 0 || accents_.total == 0) return;
-    OpenLevel();
-    SparseLevel<kAccentBits> level(out_);
+    separators_.Open();
+    SparseLevel<kAccentBits, SortKeyWriter> level(out_);
     std::uint64_t end = letters_;
     for (std::size_t i = accents_.total; i-- > 0;) {
       const std::uint64_t event = At(accents_, i, true);
@@ -376,10 +260,10 @@ class TextKey {
   }
 
   void PutCases() {
-    ++unopened_;
+    separators_.Next();
     if ((keyOp_ & OT_CMP_IGNORE_CASE) != 0 || cases_.total == 0) return;
-    OpenLevel();
-    SparseLevel<3> level(out_);
+    separators_.Open();
+    SparseLevel<3, SortKeyWriter> level(out_);
     std::uint64_t start = 0;
     for (std::size_t i = 0; i < cases_.total; ++i) {
       const std::uint64_t event = At(cases_, i, false);
@@ -391,52 +275,13 @@ class TextKey {
   // Runs of symbols, from the last; of two the longer one ranks higher, and of those that are alike
   // in that the last difference decides.
   void PutSymbols() {
-    ++unopened_;
+    separators_.Next();
     if (symbols_.total == 0) return;
-    OpenLevel();
-    SparseLevel<kRunKinds> level(out_);
-    std::uint64_t end = reals_ + 1;
+    separators_.Open();
+    SymbolLevel level(out_, reals_);
     for (std::size_t i = symbols_.total; i-- > 0;) {
       const SymbolEvent event = SymbolEvent::Unpacked(At(symbols_, i, true));
-      const bool beginsRun = event.run != end;
-      if (beginsRun) {
-        const unsigned kind = KindOfRun(event);
-        level.Put(end - 1 - event.run, kind);
-        end = event.run;
-        if (kind == kRunKinds) PutLength(event.index + 1 - kLongRun);
-        if (kind == kSpaceAlone || kind == kHyphenAlone) continue;
-      }
-      PutSymbol(event.word);
-    }
-  }
-
-  // Kinds of runs, rising: a single symbol below, at, and above the two that names have; two; more.
-  static constexpr unsigned kSpaceAlone = 2, kHyphenAlone = 4, kPair = 6, kRunKinds = 7;
-  static constexpr unsigned kSpace = 6, kHyphen = 0x74;  // as order words
-  static constexpr std::uint64_t kLongRun = 3;
-  static unsigned KindOfRun(const SymbolEvent& last) {
-    if (last.index > 0) return last.index == 1 ? kPair : kRunKinds;
-    if (last.word <= kSpace) return last.word < kSpace ? kSpaceAlone - 1 : kSpaceAlone;
-    return last.word < kHyphen ? kHyphenAlone - 1 : last.word == kHyphen ? kHyphenAlone : kPair - 1;
-  }
-
-  // Words have 14 bits; those of ASCII are among the first.
-  void PutSymbol(unsigned word) {
-    constexpr unsigned shortWords = 0xc0;
-    if (word < shortWords) {
-      out_.Put(word);
-    } else {
-      out_.Put(shortWords + (word - shortWords) / 256);
-      out_.Put((word - shortWords) & 0xff);
-    }
-  }
-
-  void PutLength(std::uint64_t length) {
-    if (length < 0xff) {
-      out_.Put(static_cast<unsigned>(length));
-    } else {
-      out_.Put(0xff);
-      out_.PutNumber(static_cast<std::uint32_t>(length));
+      level.Put(event.run, event.index, event.word);
     }
   }
 
@@ -450,7 +295,7 @@ class TextKey {
   std::uint64_t letters_ = 0;  // those of them that have accents and case
   std::uint64_t run_ = kNoRun;
   std::uint64_t symbolsInRun_ = 0;
-  unsigned unopened_ = 0;  // levels that were passed by and hold nothing so far
+  Separators<SortKeyWriter> separators_;
   EventLog accents_;
   EventLog cases_;
   EventLog symbols_;
@@ -499,6 +344,8 @@ int PutTextKey(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
     PutWholeKeys(text, out);
     return 0;
   }
+  const OtLanguage* language = LanguageOf(text);
+  if (language != nullptr && !wildcards && PutShortKey(text, *language, cmpOp, out)) return 0;
   TextKey key(text, cmpOp, out);
   if (!key.PutLetters(wildcards)) return OT_ERR_NOT_SUPPORTED;
   key.PutMarks(kMarkLevels);

@@ -52,6 +52,19 @@ class Texts {
     if (Number(3) == 0) units += Units();
     return Make(units, Number(5) == 0 ? OneOf(languages_) : other.GetLanguageCode());
   }
+  /// Letters of one alphabet in either case, with symbols here and there.
+  OtString Name() {
+    static const std::u16string alphabets[] = {u"aeinrstBGMS\u00e9\u00c9\u00f6\u00e7\u0161",
+                                               u"\u0430\u0435\u0438\u043d\u0420\u0421\u0451",
+                                               u"\u03b1\u03b5\u03b9\u03bd\u0391\u03a1\u03ac"};
+    const std::u16string& alphabet = alphabets[Number(std::size(alphabets))];
+    std::u16string units;
+    for (unsigned n = Number(Number(10) == 0 ? 90 : 20); n != 0; --n) {
+      units += Number(6) == 0 ? u"  -,.'1"[Number(7)] : OneOf(alphabet);
+    }
+    codeSet_ = OT_CS_UNICODE;
+    return Make(units, language_);
+  }
   OtString Pattern(const OtString& other) {
     return Make(mixed_.Pattern(UnitsOf(other)), other.GetLanguageCode());
   }
@@ -178,6 +191,22 @@ TEST(TextSortKey, OrdersAsComparisonDoes) {
     ASSERT_TRUE(cut1.Against(cut2) == 0 || cut1.Against(cut2) == key1.Against(key2));
   }
   EXPECT_GT(equal, 100);
+}
+
+// Whatever way a form takes through the text.
+TEST(TextSortKey, FormsHaveTheSameKey) {
+  OtTypeMgr types;
+  Texts texts(20240304);
+  for (long i = CasesOf(30000); i > 0; --i) {
+    texts.Choose();
+    OtString text = texts.Number(2) == 0 ? texts.Name() : texts.Random();
+    const auto cmpOp = static_cast<unsigned short>(kPlain | texts.OneOf(kOptions));
+    const Key key = KeyOf(types, Form(types, text, OT_FORMAT_MEMORY).value, cmpOp);
+    for (const unsigned char format : {kForms[1], kForms[2]}) {
+      ASSERT_EQ(key.Hex(), KeyOf(types, Form(types, text, format).value, cmpOp).Hex())
+          << "op " << cmpOp << " form " << int{format} << ", " << Shown(text);
+    }
+  }
 }
 
 TEST(TextSortKey, EveryMatchLiesInItsRange) {
