@@ -1,3 +1,5 @@
+// The places of the world as rows with keys that compare as bytes: reading, filing, finding.
+
 #include "places.h"
 
 #include <algorithm>
@@ -244,12 +246,15 @@ Query QueryFrom(int argc, char** argv) {
 
 /// Holds what ranges find against what a look at every record finds.
 int Check(Places& places) {
-  const Query queries[] = {
-      {"name", "=", "san*", true, true},           {"name", "=", "S?o*", false, true},
-      {"name", "=", "*burg", true, false},         {"name", "<", "Aar", false, false},
-      {"name", ">=", "Zu", true, false},           {"name", "=", "Санкт*", false, false},
-      {"country", "<=", "40", false, false},       {"country", "=", "276", false, false},
-      {"revised", ">=", "2022-01-01", false, false}};
+  const Query queries[] = {{"name", "=", "san*", true, true},
+                           {"name", "=", "S?o*", false, true},
+                           {"name", "=", "*burg", true, false},
+                           {"name", "<", "Aar", false, false},
+                           {"name", ">=", "Zu", true, false},
+                           {"name", "=", "Санкт*", false, false},
+                           {"country", "<=", "40", false, false},
+                           {"country", "=", "276", false, false},
+                           {"revised", ">=", "2022-01-01", false, false}};
   int faults = 0;
   for (const Query& query : queries) {
     auto found = places.Find(query);

@@ -1,3 +1,5 @@
+// Answers a query along its plan.
+
 #include "execute.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Tells what the planner knew, and what came.
+
 #include "explain.h"
 
 #include <algorithm>

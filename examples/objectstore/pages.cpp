@@ -1,3 +1,5 @@
+// Reads the pages of a store's file without trusting one of them.
+
 #include "pages.h"
 
 #include <fcntl.h>

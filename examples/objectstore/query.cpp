@@ -1,3 +1,5 @@
+// Queries in their parts: what is true of an object, and what a negation turns around.
+
 #include "query.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Records: the stored forms of an object's members one behind another.
+
 #include "record.h"
 
 #include "bad_input.h"

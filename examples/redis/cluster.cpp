@@ -1,3 +1,5 @@
+// Talks to a cluster of nodes that each keep a share of the slots.
+
 #include "cluster.h"
 
 #include <stdexcept>

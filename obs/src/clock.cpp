@@ -1,3 +1,5 @@
+// The clock: dates, times and zones from the system, or from a replacement that a host has set.
+
 #include "ot95/clock.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Configuration: sections of keys with values, from text or set by a host.
+
 #include "ot95/config.h"
 
 #include <atomic>

@@ -1,3 +1,5 @@
+// What happens in impossible states and when memory is short: a host's handlers, or the default.
+
 #include "ot95/fault.h"
 
 #include <atomic>

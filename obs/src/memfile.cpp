@@ -1,3 +1,5 @@
+// Files in memory: a buffer that grows, with a place to read and to write.
+
 #include "ot95/memfile.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// Reversal of the bytes of many words, as wide as the processor allows.
+
 #include "reverse.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// Stored forms of scalars: moves between memory and disk, and sizes.
+
 #include "ot95/store.h"
 
 #include <cstring>

@@ -1,3 +1,5 @@
+// Whether the libraries that were loaded belong together.
+
 #include "ot95/version.h"
 
 int CheckOtVersionNumber(unsigned long major, unsigned long minor, unsigned long revision,

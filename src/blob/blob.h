@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_BLOB_BLOB_H
 #define OT95_SRC_BLOB_BLOB_H
 
+// What the row of blobs needs to know of their records.
+
 #include <algorithm>
 #include <cstdint>
 

@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_BLOB_SORTKEY_H
 #define OT95_SRC_BLOB_SORTKEY_H
 
+// Sort keys of blobs.
+
 #include "kit/sortkey.h"
 
 namespace ot95 {

@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_KIT_BYTESEARCH_H
 #define OT95_SRC_KIT_BYTESEARCH_H
 
+// Search for bytes in bytes, linear for every pattern.
+
 #include <cstddef>
 
 namespace ot95 {

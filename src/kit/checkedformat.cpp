@@ -1,3 +1,6 @@
+// Formats of callers: one conversion at a time is read and checked, so that none reaches a printf
+// that its argument doesn't fit.
+
 #include "kit/checkedformat.h"
 
 #include <algorithm>

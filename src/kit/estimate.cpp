@@ -1,3 +1,5 @@
+// Shares and scan limits of all types that a number stands for: the frames of EvalAndBound.
+
 #include "kit/estimate.h"
 
 #include <cmath>

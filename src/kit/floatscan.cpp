@@ -1,3 +1,5 @@
+// Comparison of arrays of floating-point numbers up to their first difference.
+
 #include "kit/floatscan.h"
 
 #include <cstring>

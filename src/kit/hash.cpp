@@ -1,3 +1,5 @@
+// Hashes of scalars: elements folded by exclusive or, multiplied once at the end.
+
 #include "kit/hash.h"
 
 #include "kit/wide.h"

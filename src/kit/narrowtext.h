@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_KIT_NARROWTEXT_H
 #define OT95_SRC_KIT_NARROWTEXT_H
 
+// A text as one-byte characters, whatever it was: what every scan reads.
+
 #include <cstddef>
 #include <cstring>
 #include <optional>

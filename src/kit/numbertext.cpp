@@ -1,3 +1,5 @@
+// Numbers as text by a caller's format, and back, as the C library does it in its "C" locale.
+
 #include "kit/numbertext.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Floating-point numbers as digits, for every conversion of a format.
+
 #include "kit/realtext.h"
 
 #include <algorithm>

@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_KIT_REALTEXT_H
 #define OT95_SRC_KIT_REALTEXT_H
 
+// Floating-point numbers as digits.
+
 #include <string_view>
 
 #include "kit/checkedformat.h"

@@ -1,3 +1,5 @@
+// Scalars as text: the format of each row, and what a text makes of a value.
+
 #include "kit/scalartext.h"
 
 #include <type_traits>

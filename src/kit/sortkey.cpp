@@ -1,3 +1,5 @@
+// The frame of sort keys: room, cut, and the 64-bit hash over a key (SipHash, seeded).
+
 #include "kit/sortkey.h"
 
 #include <bit>

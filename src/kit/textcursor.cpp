@@ -1,3 +1,5 @@
+// A place in a text of one-byte characters that moves over white space and numbers.
+
 #include "kit/textcursor.h"
 
 #include <algorithm>

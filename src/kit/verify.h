@@ -1,6 +1,8 @@
 #ifndef OT95_SRC_KIT_VERIFY_H
 #define OT95_SRC_KIT_VERIFY_H
 
+// What VerifyStored asks of a family whose size depends on the value.
+
 #include <cstddef>
 
 #include "ot95/base.h"

@@ -1,3 +1,5 @@
+// Boolean values with a null, and their row.
+
 #include "ot95/boolean.h"
 
 #include <string_view>

@@ -1,3 +1,5 @@
+// 64-bit integers of two words: arithmetic, text, and their row.
+
 #include "ot95/int64.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Conversion from one type to another, by way of texts: the carrier and the facade's operations.
+
 #include <cstdint>
 #include <new>
 

@@ -1,3 +1,5 @@
+// Calendar dates as values: day numbers, arithmetic, weekdays.
+
 #include <cstdlib>
 
 #include "ot95/clock.h"

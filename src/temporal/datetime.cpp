@@ -1,3 +1,5 @@
+// Dates with a time of day as values, and the system's clock in milliseconds.
+
 #include "ot95/clock.h"
 #include "ot95/int64.h"
 #include "ot95/temporal.h"

@@ -1,3 +1,5 @@
+// Printing of all temporal types: the directives of a format, and the names of months and days.
+
 #include <cstdint>
 #include <cstring>
 #include <optional>

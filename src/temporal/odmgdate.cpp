@@ -1,3 +1,5 @@
+// d_Date as a value.
+
 #include <cmath>
 
 #include "ot95/clock.h"

@@ -1,3 +1,5 @@
+// d_Interval as a value: a float of seconds.
+
 #include <cstdlib>
 
 #include "temporal/odmgseconds.h"

@@ -1,3 +1,5 @@
+// d_Time as a value, with its zone and the default one.
+
 #include <array>
 
 #include "ot95/clock.h"

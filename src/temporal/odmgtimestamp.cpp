@@ -1,3 +1,5 @@
+// d_Timestamp as a value.
+
 #include "temporal/odmgseconds.h"
 
 namespace {

@@ -1,3 +1,5 @@
+// Scanning of all temporal types: numbers and names by the directives of a format.
+
 #include "kit/narrowtext.h"
 #include "kit/nulltext.h"
 #include "temporal/text.h"

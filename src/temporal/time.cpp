@@ -1,3 +1,5 @@
+// Times of day as values: arithmetic on a 24-hour clock.
+
 #include "ot95/clock.h"
 #include "ot95/temporal.h"
 #include "temporal/cut.h"

@@ -1,3 +1,5 @@
+// Blobs: values, stored forms, conversion, and damaged records.
+
 #include "ot95/blob.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// Identifiers and references: values, stored forms, text.
+
 #include "ot95/identity.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// The seal: values, stored form, text.
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>

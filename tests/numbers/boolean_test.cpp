@@ -1,3 +1,5 @@
+// The boolean with its null.
+
 #include "ot95/boolean.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// The 64-bit integer against the machine's own.
+
 #include "ot95/int64.h"
 
 #include <gtest/gtest.h>

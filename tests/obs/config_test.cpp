@@ -1,3 +1,5 @@
+// Configuration as hosts write it.
+
 #include "ot95/config.h"
 
 #include <gtest/gtest.h>

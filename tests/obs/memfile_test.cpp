@@ -1,3 +1,5 @@
+// Files in memory, at and beyond their ends.
+
 #include "ot95/memfile.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// Clock, faults and versions of the base services.
+
 #include <gtest/gtest.h>
 
 #include <cstdio>

@@ -1,3 +1,5 @@
+// Stored forms of scalars, byte by byte.
+
 #include "ot95/store.h"
 
 #include <gtest/gtest.h>

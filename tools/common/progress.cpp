@@ -1,3 +1,5 @@
+// Progress on a terminal.
+
 #include "progress.h"
 
 #include <cstdio>

@@ -1,3 +1,5 @@
+// Layouts of records as people write them: TYPE[:NAME][xCOUNT],...
+
 #include "layout.h"
 
 #include <algorithm>

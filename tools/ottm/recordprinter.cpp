@@ -1,3 +1,5 @@
+// Records as a table, as JSON and as CSV.
+
 #include "recordprinter.h"
 
 #ifdef OT95_CSV

@@ -1,3 +1,5 @@
+// The old 8-bit strings: values, order, stored form.
+
 #include "ot95/istring.h"
 
 #include <gtest/gtest.h>
