@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test bench check-orders format check-format clean release dev ilp32 uchar
+.PHONY: all run examples test bench bench-check check-orders format check-format clean release dev ilp32 uchar
 .PHONY: setup-run setup-examples setup-test setup-bench
 
 all: setup-bench release
@@ -26,6 +26,12 @@ bench: setup-bench
 
 check-orders: setup-test
 	@scripts/check-orders
+
+# The instructions of the most important loops against the committed ones.
+bench-check: setup-bench
+	@scripts/build release $(JOBS) ot95_bench
+	@scripts/corpora build/corpora
+	@LOCPATH=build/locale scripts/bench-check build/corpora
 
 setup-run setup-examples setup-test setup-bench:
 	@scripts/setup $(@:setup-%=%)

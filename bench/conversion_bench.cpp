@@ -1,5 +1,7 @@
 // Capitals, UTF-8, and 8-bit code sets.
+#include <unicode/locid.h>
 #include <unicode/ucnv.h>
+#include <unicode/unistr.h>
 #include <unicode/ustring.h>
 
 #include <memory>
@@ -10,31 +12,58 @@
 namespace bench {
 namespace {
 
+/// Each side changes texts of its own in place: to capitals, and back in the next round.
+template <class Text, class Upper, class Lower>
+auto ChangeInPlace(std::vector<Text> texts, Upper upper, Lower lower) {
+  const auto shared = std::make_shared<std::vector<Text>>(std::move(texts));
+  return [shared, upper, lower, next = std::size_t{0}]() mutable {
+    Text& text = (*shared)[next % shared->size()];
+    if (next++ / shared->size() % 2 == 0) {
+      upper(text);
+    } else {
+      lower(text);
+    }
+    benchmark::DoNotOptimize(text);
+  };
+}
+
 void Capitals() {
   const Names& names = NamesOf("latin");
-  Workload(
-      "upper case", 5,
+  const icu::Locale& root = icu::Locale::getRoot();
+  std::vector<OtString> strings;
+  std::vector<icu::UnicodeString> units;
+  for (const Name& name : names) {
+    strings.push_back(name.wide);
+    units.emplace_back(name.units.data(), static_cast<int>(name.units.size()));
+  }
+  Add("upper and lower case in place", {3, 220},
+      ChangeInPlace(
+          strings, [](OtString& text) { text.ToUpper(); }, [](OtString& text) { text.ToLower(); }),
+      ChangeInPlace(
+          units, [&root](icu::UnicodeString& text) { text.toUpper(root); },
+          [&root](icu::UnicodeString& text) { text.toLower(root); }));
+  Add(
+      "upper case of a copy", {1.5, 400},
       [cycle = Cycle(names)]() mutable {
         OtString text(cycle.Next().wide);
         benchmark::DoNotOptimize(text.ToUpper().StrGet());
       },
-      [cycle = Cycle(names)]() mutable {
-        UChar upper[512];
-        UErrorCode error = U_ZERO_ERROR;
-        const std::u16string& units = cycle.Next().units;
-        benchmark::DoNotOptimize(
-            u_strToUpper(upper, 512, units.data(), static_cast<int>(units.size()), "", &error));
+      [cycle = Cycle(names), &root]() mutable {
+        const std::u16string& source = cycle.Next().units;
+        icu::UnicodeString text(source.data(), static_cast<int>(source.size()));
+        benchmark::DoNotOptimize(text.toUpper(root).getBuffer());
       });
 }
 
-void FromUtf8(const std::string& name, double target, std::vector<std::string> texts) {
+void Utf8ToBuffer(const std::string& name, Goal goal, std::vector<std::string> texts) {
   const auto shared = std::make_shared<std::vector<std::string>>(std::move(texts));
-  Workload(
-      name, target,
-      [shared, cycle = Cycle(*shared), target = OtString()]() mutable {
+  Add(
+      name, goal,
+      [shared, cycle = Cycle(*shared)]() mutable {
+        static unsigned short units[65536];
         const std::string& text = cycle.Next();
-        benchmark::DoNotOptimize(
-            OtMBS2OtString(text.c_str(), target, static_cast<long>(text.size())));
+        benchmark::DoNotOptimize(OtMultiByteStr2WCharStr(
+            units, 65536, const_cast<char*>(text.c_str()), static_cast<int>(text.size())));
       },
       [shared, cycle = Cycle(*shared)]() mutable {
         static UChar units[65536];
@@ -43,6 +72,23 @@ void FromUtf8(const std::string& name, double target, std::vector<std::string> t
         int length = 0;
         benchmark::DoNotOptimize(u_strFromUTF8(units, 65536, &length, text.c_str(),
                                                static_cast<int>(text.size()), &error));
+      });
+}
+
+void Utf8ToString(const std::string& name, Goal goal, std::vector<std::string> texts) {
+  const auto shared = std::make_shared<std::vector<std::string>>(std::move(texts));
+  Add(
+      name, goal,
+      [shared, cycle = Cycle(*shared)]() mutable {
+        const std::string& text = cycle.Next();
+        OtString target(OT_CS_UNICODE, OT_LANG_NEUTRAL);
+        benchmark::DoNotOptimize(
+            OtMBS2OtString(text.c_str(), target, static_cast<long>(text.size())));
+      },
+      [shared, cycle = Cycle(*shared)]() mutable {
+        const std::string& text = cycle.Next();
+        const auto target = icu::UnicodeString::fromUTF8(text);
+        benchmark::DoNotOptimize(target.getBuffer());
       });
 }
 
@@ -60,10 +106,12 @@ void Utf8() {
     (name.utf8.size() == name.units.size() ? ascii : latin).push_back(name.utf8);
   }
   for (const Name& name : NamesOf("cyrillic")) cyrillic.push_back(name.utf8);
-  FromUtf8("UTF-8 to 16 bits, a Latin name", 2, latin);
-  FromUtf8("UTF-8 to 16 bits, an ASCII name", 5, ascii);
-  FromUtf8("UTF-8 to 16 bits, 30 KB of ASCII", 6, {Bulk(ascii, 30000)});
-  FromUtf8("UTF-8 to 16 bits, 30 KB of Cyrillic", 1.5, {Bulk(cyrillic, 30000)});
+  Utf8ToBuffer("UTF-8 to a buffer, Latin name", {2, 140}, latin);
+  Utf8ToBuffer("UTF-8 to a buffer, ASCII name", {2.5, 105}, ascii);
+  Utf8ToBuffer("UTF-8 to a buffer, 30 KB of ASCII", 10, {Bulk(ascii, 30000)});
+  Utf8ToBuffer("UTF-8 to a buffer, 30 KB of Cyrillic", 1.5, {Bulk(cyrillic, 30000)});
+  Utf8ToString("UTF-8 to a string, Latin name", {1.2, 290}, latin);
+  Utf8ToString("UTF-8 to a string, ASCII name", {1.2, 270}, ascii);
 }
 
 struct CloseConverter {
@@ -81,8 +129,8 @@ void CodeSets() {
   const auto wide = std::make_shared<std::u16string>(narrow->begin(), narrow->end());
   const auto ourNarrow = std::make_shared<OtString>(narrow->c_str());
   const auto ourWide = std::make_shared<OtString>(ToWide(*wide));
-  Workload(
-      "8-bit code set to 16 bits, 30 KB", 1.7,
+  Add(
+      "8-bit code set to 16 bits, 30 KB", 5,
       [ourNarrow, text = OtString()]() mutable {
         benchmark::DoNotOptimize(text.CopyMapped(*ourNarrow, OT_CS_UNICODE));
       },
@@ -92,7 +140,7 @@ void CodeSets() {
         benchmark::DoNotOptimize(ucnv_toUChars(peer.get(), units, 65536, narrow->data(),
                                                static_cast<int>(narrow->size()), &status));
       });
-  Workload(
+  Add(
       "16 bits to 8-bit code set, 30 KB", 4,
       [ourWide, text = OtString()]() mutable {
         benchmark::DoNotOptimize(text.CopyMapped(*ourWide, OT_CS_BASE8));

@@ -1,13 +1,14 @@
 #include "corpus.h"
 
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <deque>
 #include <fstream>
 #include <map>
+#include <numeric>
 #include <random>
 #include <set>
 
@@ -30,9 +31,10 @@ Names Read(const std::string& script) {
     std::fprintf(stderr, "no corpus %s/%s\n", corpusFolder.c_str(), script.c_str());
     std::exit(2);
   }
+  std::vector<std::string> shuffled(lines.begin(), lines.end());
+  std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(1));
   Names names;
-  for (const std::string& line : lines) names.push_back(MakeName(line));
-  std::shuffle(names.begin(), names.end(), std::mt19937(1));
+  for (const std::string& line : shuffled) names.push_back(MakeName(line));
   return names;
 }
 
@@ -76,7 +78,7 @@ Pairs RandomPairs(const Names& names) {
   std::mt19937 random(2);
   std::uniform_int_distribution<std::size_t> any(0, names.size() - 1);
   Pairs pairs;
-  for (int i = 0; i < 4096; ++i) pairs.emplace_back(&names[any(random)], &names[any(random)]);
+  for (int i = 0; i < 4096; ++i) pairs.emplace_back(names[any(random)], names[any(random)]);
   return pairs;
 }
 
@@ -86,24 +88,41 @@ Pairs AdjacentPairs(const Names& names) {
   std::sort(sorted.begin(), sorted.end(), [](const Name* a, const Name* b) {
     return a->wide.Compare(b->wide, OT_CMP_NO_WILDCARDS) < 0;
   });
+  std::vector<std::size_t> order(sorted.size() - 1);
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::shuffle(order.begin(), order.end(), std::mt19937(3));
   Pairs pairs;
-  for (std::size_t i = 1; i < sorted.size(); ++i) pairs.emplace_back(sorted[i - 1], sorted[i]);
-  std::shuffle(pairs.begin(), pairs.end(), std::mt19937(3));
+  for (const std::size_t i : order) pairs.emplace_back(*sorted[i], *sorted[i + 1]);
   return pairs;
 }
 
-Pairs CasePairs(const Names& names) {
-  static std::deque<Name> capitals;  // the pairs point into it
+namespace {
+
+template <class Change>
+Pairs ChangedPairs(const Names& names, Change change) {
   Pairs pairs;
   for (const Name& name : names) {
     icu::UnicodeString text(name.units.data(), static_cast<int>(name.units.size()));
-    text.toUpper();
+    change(text);
     std::string utf8;
     text.toUTF8String(utf8);
-    capitals.push_back(MakeName(utf8));
-    pairs.emplace_back(&name, &capitals.back());
+    pairs.emplace_back(name, MakeName(utf8));
   }
   return pairs;
+}
+
+}  // namespace
+
+Pairs CapitalPairs(const Names& names) {
+  return ChangedPairs(names, [](icu::UnicodeString& text) { text.toUpper(); });
+}
+
+Pairs FirstLetterPairs(const Names& names) {
+  return ChangedPairs(names, [](icu::UnicodeString& text) {
+    const UChar32 first = text.char32At(0);
+    const UChar32 lower = u_tolower(first);
+    text.replace(0, U16_LENGTH(first), lower != first ? lower : u_toupper(first));
+  });
 }
 
 }  // namespace bench

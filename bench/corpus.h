@@ -20,17 +20,19 @@ using Names = std::vector<Name>;
 /// Distinct Latin names: those of the corpus, and each again behind others of it.
 Names ManyNames(std::size_t count);
 
-using Pairs = std::vector<std::pair<const Name*, const Name*>>;
+/// They lie in memory in the order of their use, as all lists of names do.
+using Pairs = std::vector<std::pair<Name, Name>>;
 
-/// The distinct names of a script from the folder of corpora that the program was given: "latin",
-/// "greek", "cyrillic", "han".
-const Names& NamesOf(const std::string& script);
+/// The distinct names of a corpus, a file of the folder that the program was given: "latin",
+/// "greek", "cyrillic", "han", and dictionaries of languages.
+const Names& NamesOf(const std::string& corpus);
 
 Pairs RandomPairs(const Names& names);
 /// Neighbours in collation order.
 Pairs AdjacentPairs(const Names& names);
-/// Each name with itself in capitals.
-Pairs CasePairs(const Names& names);
+/// Each name with itself in capitals, and with its first letter alone in the other case.
+Pairs CapitalPairs(const Names& names);
+Pairs FirstLetterPairs(const Names& names);
 
 void SetCorpusFolder(const std::string& folder);
 

@@ -37,7 +37,7 @@ void Arithmetic(const char* name, Operation operation) {
     for (std::size_t i = 0; i < kCount; ++i) left[i] = operation(left[i], right[i]);
     benchmark::ClobberMemory();
   };
-  Workload(
+  Add(
       std::string("OtInt64 ") + name, 1, [=] { all(*ourA, *ourB); }, [=] { all(*a, *b); });
 }
 
@@ -56,7 +56,7 @@ struct Wrapping {
 void Text() {
   const auto numbers = std::make_shared<std::vector<std::int64_t>>(Numbers(3));
   const auto ours = std::make_shared<std::vector<OtInt64>>(Ours(*numbers));
-  Workload(
+  Add(
       "OtInt64 print", 0.8,
       [ours, cycle = std::size_t{0}]() mutable {
         OtString text;
@@ -73,7 +73,7 @@ void Text() {
       });
   const auto texts = std::make_shared<std::vector<OtString>>();
   for (std::int64_t number : *numbers) texts->push_back(OtString(static_cast<long>(number)));
-  Workload(
+  Add(
       "OtInt64 scan", 0.8,
       [texts, cycle = std::size_t{0}]() mutable {
         OtInt64 value(0);

@@ -14,8 +14,8 @@ void RegisterKeys() {
   const Collator tertiary = OpenCollator("");
   const Collator primary = OpenCollator("");
   ucol_setStrength(primary.get(), UCOL_PRIMARY);
-  Workload(
-      "index key of a name", 8,
+  Add(
+      "index key of a name", {8, 330},
       [cycle = Cycle(names)]() mutable {
         unsigned char key[OtINDEX_MAX_KEYLEN];
         OtString* text = const_cast<OtString*>(&cycle.Next().wide);
@@ -28,8 +28,8 @@ void RegisterKeys() {
         benchmark::DoNotOptimize(
             ucol_getSortKey(tertiary.get(), Units(name), Length(name), key, sizeof key));
       });
-  Workload(
-      "byte-ordered key of a name", 7,
+  Add(
+      "byte-ordered key of a name", {7, 370},
       [cycle = Cycle(names), types = OtTypeMgr()]() mutable {
         unsigned char key[OtINDEX_MAX_KEYLEN];
         int status = 0;
@@ -42,8 +42,8 @@ void RegisterKeys() {
         benchmark::DoNotOptimize(
             ucol_getSortKey(tertiary.get(), Units(name), Length(name), key, sizeof key));
       });
-  Workload(
-      "hash of a name", 8,
+  Add(
+      "hash of a name", {8, 200},
       [cycle = Cycle(names)]() mutable {
         const OtString& text = cycle.Next().wide;
         benchmark::DoNotOptimize(HashString(text.GetCodeSetCode(), text.GetLanguageCode(),

@@ -1,4 +1,7 @@
-// ot95_bench CORPORA [estimates] [options of Google Benchmark]
+// ot95_bench CORPORA [options of Google Benchmark]
+// ot95_bench CORPORA estimates
+// ot95_bench CORPORA count|count-ours [NAME...]   under callgrind, see CountInstructions
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -10,11 +13,17 @@
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  const bool estimates = argc == 3 && std::string_view(argv[2]) == "estimates";
-  if (argc != 2 && !estimates) {
-    std::fprintf(stderr, "usage: ot95_bench CORPORA [estimates] [--benchmark_...]\n");
+  const std::string_view mode = argc > 2 ? argv[2] : "";
+  const bool estimates = argc == 3 && mode == "estimates";
+  const bool alone = mode == "count-ours";
+  const bool count = mode == "count" || alone;
+  if (argc != 2 && !estimates && !count) {
+    std::fprintf(
+        stderr,
+        "usage: ot95_bench CORPORA [estimates|count|count-ours [NAME...]] [--benchmark_...]\n");
     return 2;
   }
+  const std::vector<std::string> names(argv + std::min(argc, 3), argv + argc);
   ___OtTypemgrContext(1);
   bench::SetCorpusFolder(argv[1]);
   if (estimates) {
@@ -35,8 +44,12 @@ int main(int argc, char** argv) {
   bench::RegisterTemporal();
 #ifdef OT95_BENCH_STORE
   bench::RegisterTrees();
-  bench::RegisterStore();
+  if (!count) bench::RegisterStore();  // whose time is spent in files
 #endif
-  benchmark::RunSpecifiedBenchmarks();
+  if (count) {
+    bench::CountInstructions(names, alone);
+  } else {
+    bench::MeasureTimes();
+  }
   ___OtTypemgrContext(0);
 }

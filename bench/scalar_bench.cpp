@@ -19,14 +19,14 @@ std::shared_ptr<Block> Filled(std::size_t size) {
   return block;
 }
 
-void Store(char id, std::size_t size, double target) {
+void Store(char id, std::size_t size, Goal goal) {
   const OtTypeDescriptor* row = CurrentFactory[int{id}];
   const auto source = Filled(size);
   const auto disk = std::make_shared<Block>(size);
-  Workload(
+  Add(
       std::string("store big-endian ") + row->name + ", " + std::to_string(size / kMebibyte) +
           " MiB",
-      target,
+      goal,
       [=] {
         row->Store(disk->data(), source->data(), OT_FORMAT_BIG_ENDIAN, size / row->memoryLength);
         benchmark::ClobberMemory();
@@ -37,12 +37,12 @@ void Store(char id, std::size_t size, double target) {
       });
 }
 
-void Compare(char id, unsigned char format, const char* form, double target) {
+void Compare(char id, unsigned char format, const char* form, Goal goal) {
   const OtTypeDescriptor* row = CurrentFactory[int{id}];
   const auto a = Filled(kMebibyte);
   const auto b = Filled(kMebibyte);
-  Workload(
-      std::string("compare equal ") + row->name + " " + form + ", 1 MiB", target,
+  Add(
+      std::string("compare equal ") + row->name + " " + form + ", 1 MiB", goal,
       [=] {
         int status = 0;
         benchmark::DoNotOptimize(row->Compare(format, 0, a->data(), 0, b->data(), 0,
@@ -58,11 +58,11 @@ __attribute__((target_clones("avx2", "default"), optimize("O3"))) std::uint32_t 
   return folded;
 }
 
-void Hash(std::size_t size, double target) {
+void Hash(std::size_t size, Goal goal) {
   const OtTypeDescriptor* row = CurrentFactory[7];
   const auto block = Filled(size);
-  Workload(
-      "hash int, " + std::to_string(size / 1024) + " KiB", target,
+  Add(
+      "hash int, " + std::to_string(size / 1024) + " KiB", goal,
       [=] {
         int status = 0;
         benchmark::DoNotOptimize(row->Hash(OT_FORMAT_MEMORY, 0, block->data(), size / 4, status));
@@ -79,7 +79,7 @@ void Dispatch() {
   static OtTypeMgr manager;
   static OtCompareFunc direct = manager.CmpFuncPtrGet(7);
   benchmark::DoNotOptimize(direct);
-  Workload(
+  Add(
       "compare one int through the manager", 0.5,
       [] { benchmark::DoNotOptimize(manager.Cmp(7, &a, &b, 0, 1, OT_FORMAT_MEMORY)); },
       [] {

@@ -3,6 +3,7 @@
 #include <ctime>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "ot95/odmg.h"
@@ -51,8 +52,8 @@ auto Round(Make make) {
 
 void DayNumbers() {
   auto day = Round([](int number) { return number; });
-  Workload(
-      "day number to OtDate and back", 1,
+  Add(
+      "day number to OtDate and back", 1.1,
       [day]() mutable {
         OtDate date = OurDate(day());
         benchmark::DoNotOptimize(date);
@@ -63,7 +64,7 @@ void DayNumbers() {
         benchmark::DoNotOptimize(date);
         benchmark::DoNotOptimize(CountOf(date));
       });
-  Workload(
+  Add(
       "the day after, d_Date", kNoTarget,
       [date = Round([](int number) { return d_Date(OurDate(number)); })]() mutable {
         d_Date next = date();
@@ -92,21 +93,22 @@ OtString Printed(int day) {
 }
 
 void Text() {
-  Workload(
-      "print a date", 3,
+  Add(
+      "print a date", {2, 290},
       [date = Round(OurDate)]() mutable {
         OtString text;
         date().PrintToOtString(text, kFormat);
         benchmark::DoNotOptimize(text.StrGet());
       },
       [fields = Round(Fields)]() mutable {
-        char text[32];
-        benchmark::DoNotOptimize(std::strftime(text, sizeof text, kFormat, &fields()));
-        benchmark::DoNotOptimize(text);
+        char buffer[32];
+        const std::size_t length = std::strftime(buffer, sizeof buffer, kFormat, &fields());
+        std::string text(buffer, length);
+        benchmark::DoNotOptimize(text.data());
       });
   auto text = Round(Printed);
-  Workload(
-      "scan a date", 1.5,
+  Add(
+      "scan a date", {1.6, 300},
       [text]() mutable {
         OtDate date(0, 0, 0);
         date.ScanFromOtString(text(), kFormat);

@@ -154,14 +154,14 @@ struct Trees {
 void RegisterTrees() {
   const auto trees = std::make_shared<Trees>();
   const auto add = [&](const char* name, void (Tree::*action)()) {
-    Workload(
+    Add(
         name, 1.6, [trees, action] { (trees->Ours().*action)(); },
         [trees, action] { (trees->Peer().*action)(); });
   };
   add("LMDB text index: look-up", &Tree::LookUp);
   add("LMDB text index: scan of 100 entries", &Tree::Scan);
   add("LMDB text index: insert of 1000", &Tree::Insert);
-  Workload(
+  Add(
       "LMDB text index in byte order: look-up", 3, [trees] { trees->Bytes().LookUp(); },
       [trees] { trees->Peer().LookUp(); });
 }

@@ -6,8 +6,13 @@
 #include <string_view>
 
 #include "ot95/oin.h"
+#include "ot95/oin_keys.h"
 
 namespace ot95 {
+
+// Keys below, script apart, are those of spaces and symbols; scripts from kBeyondAll on have none.
+inline constexpr std::uint32_t kFirstRealKey = 0x3f0000;
+inline constexpr unsigned kBeyondAll = 0x14;
 
 class OrdersOfSet final : public OtOrderTable {
  public:
@@ -16,6 +21,19 @@ class OrdersOfSet final : public OtOrderTable {
 
 extern const OrdersOfSet kUnicodeOrders;
 extern const OrdersOfSet kBaseOrders;  // Of OT_CS_BASE8.
+
+// The finished keys of the neutral language, and of those that sort as it does.
+extern const FinishedKeys kNeutralKeys;
+
+// The finished key of a record with its own flags: what is said of its character alone.
+constexpr std::uint32_t FinishedKey(const OtOrderRecord& record, unsigned char script) {
+  if (record.absent()) return kJoins | kOpens | kLook;
+  if (record.hasExpansion() != 0) return kOpens | kLook;
+  const std::uint32_t key = record.Key(script);
+  const bool stands = (key & 0xffffff) >= kFirstRealKey || key >> 24 >= kBeyondAll;
+  const bool opens = (record.flags & OtOrderRecord::kLowFollowers) != 0;
+  return key | (opens ? kOpens | kLook : 0) | (stands ? 0 : kLook);
+}
 
 // The record of a code set, null for a number that nobody knows.
 const OtCodeSet* FindCodeSet(unsigned char number);

@@ -11,22 +11,19 @@ namespace {
 
 #include "data/oin_data.inc"
 
-constexpr std::uint32_t PlainKeyOf(const OtOrderRecord& record) {
-  constexpr unsigned kNever = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
-                              OtOrderRecord::kLowFollowers | OtOrderRecord::kFollows;
-  constexpr unsigned kTailored = OtOrderRecord::kTailoring | OtOrderRecord::kFollowsTailored;
-  const bool isLetter = record.order() >= 0x4000;
-  if ((isLetter && record.script == 0) || (record.flags & kNever) != 0) return 0;
-  return record.key | ((record.flags & kTailored) != 0 ? kTailoredKey : 0);
-}
-
-constexpr auto kPlainKeysOf = [] {
-  std::array<std::uint32_t, kPlainKeys> keys{};
-  for (unsigned unit = 0; unit < kPlainKeys; ++unit) {
-    keys[unit] = PlainKeyOf(kRecords[unsigned{kPages[unit >> 8]} << 8 | (unit & 0xff)]);
+// One for each record of a Unicode page.
+constexpr auto kKeys = [] {
+  std::array<std::uint32_t, kNarrowRecords> keys{};
+  for (unsigned i = 0; i < keys.size(); ++i) {
+    const bool joins = (kRecords[i].flags & OtOrderRecord::kFollows) != 0;
+    keys[i] = FinishedKey(kRecords[i], kLanguages[1].script) | (joins ? kJoins | kLook : 0);
   }
   return keys;
 }();
+
+static_assert(kLanguages[1].tailorsOrder == 0 && kLanguages[1].ideographs < 0);
+// The first three pages stand one behind another.
+static_assert(kPages[1] == kPages[0] + 1 && kPages[2] == kPages[0] + 2);
 
 }  // namespace
 
@@ -34,11 +31,13 @@ constinit const OrderTables kOrderTables = {kRecords,        kUnits,
                                             kLists,          kLinks,
                                             kContractions,   kTailorings,
                                             kRecordNumbers,  kLanguages,
-                                            &kUnicodeOrders, kPlainKeysOf.data(),
+                                            &kUnicodeOrders, std::size(kTailorings),
                                             kRules,          kRulePlaces,
                                             kClassPages,     kClasses,
                                             kMarked,         std::size(kMarked),
                                             kIdeographs};
+constinit const FinishedKeys kNeutralKeys(kLanguages + 1, kKeys.data(), kPages,
+                                          std::make_index_sequence<256>());
 constinit const OrdersOfSet kUnicodeOrders(kRecords, kPages);
 constinit const OrdersOfSet kBaseOrders(kRecords + kNarrowRecords, nullptr);
 

@@ -125,12 +125,6 @@ class CaseCache {
 
 thread_local CaseCache caseCache;
 
-#if __has_cpp_attribute(gnu::noipa)
-#define OT95_KEPT_APART [[gnu::noipa]]
-#else
-#define OT95_KEPT_APART [[gnu::noinline]]
-#endif
-
 /// Kept apart: where the cache is known to be the thread's own, its address is asked for again and
 /// again.
 OT95_KEPT_APART CaseCache& CacheOfThread() {

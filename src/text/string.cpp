@@ -349,29 +349,42 @@ void OtString::SetDefaultCmpOp(unsigned short cmpOp) {
 namespace ot95 {
 namespace {
 
-[[gnu::noinline]] long CompareAnyTexts(const OtString& text1, const OtString& text2,
-                                       unsigned short cmpOp) {
+/// As it stands: made of a string's members, its call would cost the others registers.
+OT95_KEPT_APART long CompareAnyTexts(const OtString& text1, const OtString& text2,
+                                    unsigned short cmpOp) {
   return CompareSpans(TextSpan::Of(text1), TextSpan::Of(text2), cmpOp);
 }
 
 }  // namespace
 }  // namespace ot95
 
-/// Most comparisons are of Unicode in one language, and half of those need no more than the first
-/// letters: these take no call.
+/// Most comparisons are of texts of one code set and language, and half of those need no more than
+/// the first letters: these take no call.
 long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
   if (cmpOp == OT_CMP_DEFAULT) cmpOp = GetDefaultCmpOp();
-  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
-  const bool isPlain = (cmpOp & kWay) == OT_CMP_NO_WILDCARDS && codeSet_ == OT_CS_UNICODE &&
-                       codeSet_ == other.codeSet_ && language_ == other.language_;
-  const OtLanguage* language = isPlain && buffer_ != nullptr && other.buffer_ != nullptr
-                                   ? OtLanguageContext::QueryLanguage(language_)
-                                   : nullptr;
-  if (language == nullptr) return ot95::CompareAnyTexts(*this, other, cmpOp);
-  const int sign = ot95::SignOfFirstLetters(buffer_, other.buffer_, *language);
+  const bool alike = codeSet_ == other.codeSet_ && language_ == other.language_;
+  if (!alike || memLen_ == 0 || other.memLen_ == 0 || (cmpOp & OT_CMP_ORDER_ONLY) != 0) {
+    return ot95::CompareAnyTexts(*this, other, cmpOp);
+  }
+  const bool matches = (cmpOp & OT_CMP_NO_WILDCARDS) == 0;
+  const auto labels = [this](unsigned short readable) -> ot95::TextLabels {
+    return {readable, codeSet_, language_};
+  };
+  if (codeSet_ == OT_CS_UNICODE) {
+    const ot95::WideKeys keys{ot95::FinishedKeys::Known(language_)};
+    if (keys.keys == nullptr) return ot95::CompareAnyTexts(*this, other, cmpOp);
+    if (matches) return ot95::MatchWide(keys, buffer_, other.buffer_, labels(memLen_), cmpOp);
+    const int sign = ot95::SignOfFirst<std::uint16_t>(keys, buffer_, other.buffer_);
+    if (sign != 0) return sign;
+    const unsigned short readable = std::min(memLen_, other.memLen_);
+    return ot95::CompareWide(keys, buffer_, other.buffer_, labels(readable), cmpOp);
+  }
+  const ot95::ByteKeys keys{ot95::FinishedKeys::KnownBytes(codeSet_, language_)};
+  if (keys.keys == nullptr || matches) return ot95::CompareAnyTexts(*this, other, cmpOp);
+  const int sign = ot95::SignOfFirst<std::uint8_t>(keys, buffer_, other.buffer_);
   if (sign != 0) return sign;
-  return ot95::CompareUnicode(buffer_, other.buffer_, std::min(memLen_, other.memLen_), cmpOp,
-                              *language);
+  const unsigned short readable = std::min(memLen_, other.memLen_);
+  return ot95::CompareNarrow(keys, buffer_, other.buffer_, labels(readable), cmpOp);
 }
 
 long OtString::Compare(const char* other, unsigned short cmpOp) const {

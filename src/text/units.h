@@ -13,6 +13,13 @@
 #include "ot95/bytes.h"
 #include "ot95/text.h"
 
+/// A function whose callers know nothing of its body.
+#if __has_cpp_attribute(gnu::noipa)
+#define OT95_KEPT_APART [[gnu::noipa]]
+#else
+#define OT95_KEPT_APART [[gnu::noinline]]
+#endif
+
 namespace ot95 {
 
 /// The most bytes of a text, with its terminator.

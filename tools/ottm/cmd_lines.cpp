@@ -3,6 +3,7 @@
 
 #include "command.h"
 #include "options.h"
+#include "ot95/sort.h"
 #include "texts.h"
 
 namespace ottm {
@@ -39,22 +40,24 @@ class Sort : public Command {
       entries.push_back({texts_.Text(line), line});
     });
     const unsigned short op = op_.Word() | OT_CMP_NO_WILDCARDS;
-    std::vector<const Entry*> order;
-    for (const Entry& entry : entries) order.push_back(&entry);
-    std::stable_sort(order.begin(), order.end(), [&](const Entry* a, const Entry* b) {
-      return reverse_ ? b->text.Compare(a->text, op) < 0 : a->text.Compare(b->text, op) < 0;
-    });
+    // Backwards both ways, so that lines that compare equal keep their order.
+    if (reverse_) std::reverse(entries.begin(), entries.end());
+    std::vector<const OtString*> texts;
+    for (const Entry& entry : entries) texts.push_back(&entry.text);
+    std::vector<unsigned long> order(texts.size());
+    OtSortTexts(texts.data(), texts.size(), order.data(), op);
+    if (reverse_) std::reverse(order.begin(), order.end());
     if (unique_) {
-      const auto same = [&](const Entry* a, const Entry* b) {
-        return a->text.Compare(b->text, op) == 0;
+      const auto same = [&](unsigned long a, unsigned long b) {
+        return texts[a]->Compare(*texts[b], op) == 0;
       };
       order.erase(std::unique(order.begin(), order.end(), same), order.end());
     }
     Answer answer;
     Json sorted = Json::array();
-    for (const Entry* entry : order) {
-      answer.human += entry->line + "\n";
-      sorted.push_back(entry->line);
+    for (const unsigned long number : order) {
+      answer.human += entries[number].line + "\n";
+      sorted.push_back(entries[number].line);
     }
     answer.json = {{"lines", sorted}};
     return answer;

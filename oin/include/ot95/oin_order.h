@@ -114,6 +114,12 @@ struct ContractionSet {
 struct TailoringSet {
   std::uint64_t languages[2];
   std::uint32_t firstRecord;
+
+  bool Has(unsigned char language) const {
+    return (languages[language >> 6] >> (language & 63U) & 1) != 0;
+  }
+  /// The record of a language that has one.
+  inline const OtOrderRecord& RecordOf(unsigned char language) const;
 };
 
 /// A character that ends in combining marks when it is taken apart, as its canonical decomposition
@@ -133,9 +139,9 @@ struct OrderTables {
   const TailoringSet* tailorings;
   const std::uint32_t* recordNumbers;
   const OtLanguage* languages;
-  const OtOrderTable* unicode;     ///< Of OT_CS_UNICODE, for those who can't afford to ask.
-  const std::uint32_t* plainKeys;  ///< See PlainKey.
-  const char* rules;               ///< How each language orders, where rulePlaces says.
+  const OtOrderTable* unicode;  ///< Of OT_CS_UNICODE, for those who can't afford to ask.
+  std::uint32_t tailoringSets;  ///< How many there are.
+  const char* rules;            ///< How each language orders, where rulePlaces says.
   const std::uint16_t* rulePlaces;
   const std::uint8_t* classPages;
   const std::uint8_t* classes;    ///< See CombiningClass.
@@ -148,21 +154,6 @@ OT95_EXPORT extern const OrderTables kOrderTables;
 /// A language that tailors nothing, to stand in for null.
 inline const OtLanguage& NeutralLanguage() {
   return kOrderTables.languages[0];
-}
-
-/// Characters from here on have no plain key.
-inline constexpr unsigned kPlainKeys = 0x2000;
-/// In a plain key: some language has a record of its own for the character, alone or behind
-/// another.
-inline constexpr std::uint32_t kTailoredKey = 0x80;
-/// In the plain key of a letter, and of nothing else.
-inline constexpr std::uint32_t kLetterKey = 0x400000;
-
-/// The comparable key of a character for which no list has to be looked at while no mark follows
-/// it; 0 for any other. Its script byte is 0 where the record's is; a letter always has one. One
-/// load, for the Latin, Greek and Cyrillic characters that most texts consist of.
-inline std::uint32_t PlainKey(unsigned short unicode) {
-  return unicode < kPlainKeys ? kOrderTables.plainKeys[unicode] : 0;
 }
 
 /// The canonical combining class of a mark, 0 for all other characters. kDecomposes for a mark that
@@ -371,21 +362,22 @@ inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
   return {set.followers.count, static_cast<std::int32_t>(set.firstRecord)};
 }
 
+inline const OtOrderRecord& ot95::TailoringSet::RecordOf(unsigned char language) const {
+  const std::uint64_t bit = std::uint64_t{1} << (language & 63U);
+  const int own = __builtin_popcountll(languages[language >> 6] & (bit - 1));
+  const int low = language >= 64 ? __builtin_popcountll(languages[0]) : 0;
+  const std::uint32_t index = firstRecord + static_cast<std::uint32_t>(own + low);
+  return kOrderTables.records[kOrderTables.recordNumbers[index]];
+}
+
 inline bool OtOrderRecord::IsTailored(const OtLanguage& language) const {
-  if (hasTailoring() == 0 || language.tailorsOrder == 0) return false;
-  const unsigned number = language.number & 0x7fU;
-  return (Tailorings().languages[number >> 6] >> (number & 63U) & 1) != 0;
+  return hasTailoring() != 0 && language.tailorsOrder != 0 &&
+         Tailorings().Has(language.number & 0x7fU);
 }
 
 inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) const {
   if (language == nullptr || !IsTailored(*language)) return nullptr;
-  const ot95::TailoringSet& set = Tailorings();
-  const unsigned number = language->number & 0x7fU;
-  const std::uint64_t bit = std::uint64_t{1} << (number & 63U);
-  const int own = __builtin_popcountll(set.languages[number >> 6] & (bit - 1));
-  const int low = number >= 64 ? __builtin_popcountll(set.languages[0]) : 0;
-  const std::uint32_t index = set.firstRecord + static_cast<std::uint32_t>(own + low);
-  return ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[index];
+  return &Tailorings().RecordOf(language->number & 0x7fU);
 }
 
 inline const OtOrderRecord* OtOrderRecord::Contracted(unsigned short next) const {

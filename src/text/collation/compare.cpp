@@ -59,15 +59,16 @@ long Compare(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp
 
 }  // namespace
 
+long WalkSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp) {
+  return Compare(text, pattern, cmpOp, -1, nullptr, true);
+}
+
 long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                   long maxChars, int* primaryOut) {
-  constexpr unsigned kWay = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
-  if (maxChars < 0 && RunInStep(text, pattern)) {
-    if ((cmpOp & kWay) == OT_CMP_NO_WILDCARDS) return CompareInStep(text, pattern, cmpOp);
-    if ((cmpOp & kWay) == 0) {
-      const int match = MatchPlain(text, pattern, cmpOp);
-      if (match != kUndecided) return match;
-    }
+  if (maxChars < 0 && (cmpOp & OT_CMP_ORDER_ONLY) == 0 && RunInStep(text, pattern)) {
+    const long sign = (cmpOp & OT_CMP_NO_WILDCARDS) != 0 ? CompareInStep(text, pattern, cmpOp)
+                                                         : MatchInStep(text, pattern, cmpOp);
+    if (sign != kUndecided) return sign;
   }
   return Compare(text, pattern, cmpOp, maxChars, primaryOut, true);
 }
@@ -114,18 +115,42 @@ short OtStrWildcardPos(unsigned char codeSet, unsigned char language, const char
 
 }  // namespace ot95
 
+namespace ot95 {
+namespace {
+
+/// One of the two texts that OtStrCmp is given.
+struct LabelledText {
+  unsigned char codeSet;
+  unsigned char language;
+  const char* text;
+
+  TextSpan Span(bool reversed) const {
+    const unsigned char set =
+        codeSet != OT_CS_DEFAULT ? codeSet : OtLanguageContext::GetDefault8CodeSet();
+    return TextSpan::Terminated(text, set, language, reversed && set != OT_CS_ORDER);
+  }
+};
+
+[[gnu::noinline]] long CompareLabelled(LabelledText text1, LabelledText text2, unsigned short cmpOp,
+                                       short maxChars, unsigned char format, int* primaryOut) {
+  const bool reversed = format != 0xff && IsReversed(format);
+  return CompareSpans(text1.Span(reversed), text2.Span(reversed), cmpOp, maxChars, primaryOut);
+}
+
+}  // namespace
+}  // namespace ot95
+
+/// Matching raw bytes is little work, and no more is done for it.
 long OtStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
               unsigned char codeSet2, unsigned char language2, const char* text2,
               unsigned short cmpOp, short maxChars, unsigned char format, int* primaryOut) {
-  const bool matches = (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0 && maxChars != 0;
-  const bool raw = codeSet1 == 0 && codeSet2 == 0 && language2 != OT_LANG_NULL;
-  // Where there is no text at all, not even a star matches.
-  if (text1 == nullptr && raw && matches) return text2 == nullptr || *text2 == 0 ? 0 : -1;
-  const bool reversed = format != 0xff && ot95::IsReversed(format);
-  const auto span = [reversed](unsigned char codeSet, unsigned char language, const char* text) {
-    if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();
-    return ot95::TextSpan::Terminated(text, codeSet, language, reversed && codeSet != OT_CS_ORDER);
-  };
-  return ot95::CompareSpans(span(codeSet1, language1, text1), span(codeSet2, language2, text2),
-                            cmpOp, maxChars, primaryOut);
+  constexpr unsigned kPlainText = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  const bool matches = (cmpOp & kPlainText) == 0 && maxChars != 0;
+  if (matches && (codeSet1 | codeSet2) == 0 && language2 != OT_LANG_NULL) {
+    // Where there is no text at all, not even a star matches.
+    if (text1 == nullptr) return text2 == nullptr || *text2 == 0 ? 0 : -1;
+    if (maxChars < 0 && text2 != nullptr) return ot95::MatchRaw(text1, text2);
+  }
+  return ot95::CompareLabelled({codeSet1, language1, text1}, {codeSet2, language2, text2}, cmpOp,
+                               maxChars, format, primaryOut);
 }

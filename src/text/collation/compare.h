@@ -4,8 +4,7 @@
 /// @file
 /// Comparison of text, from the inside: with known lengths, and in its plain form.
 
-#include "text/collation/lettercompare.h"
-#include "text/collation/plainkeys.h"
+#include "text/collation/instep.h"
 
 namespace ot95 {
 
@@ -16,15 +15,13 @@ inline bool RunInStep(const TextSpan& text1, const TextSpan& text2) {
   return text1.codeSet != OT_CS_ORDER && text1.codeSet != 0;
 }
 
-/// Compares two texts that run in step: what they have alike is passed over unseen.
-int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
-
-/// CompareUnicode from where that has met more than letters.
-int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* text2,
-                         std::size_t readable, unsigned short cmpOp, const OtLanguage& language);
-/// Matches two texts that run in step without walking them. @return kUndecided if that can't tell.
-int MatchPlain(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
-inline constexpr int kUndecided = 2;
+/// Matches two texts that run in step. @return kUndecided if there are no keys for them.
+long MatchInStep(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
+/// The same of terminated Unicode in the machine's order. @param labels those of the text.
+long MatchWide(WideKeys keys, const char* text, const char* pattern, TextLabels labels,
+               unsigned short cmpOp);
+/// The same by the walk.
+long WalkSpans(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp);
 
 /// Compares two texts in levels, or matches the second as a pattern. All comparison ends here.
 /// @param maxChars orders compared on each side; negative: all.
@@ -36,9 +33,11 @@ long CompareSpans(const TextSpan& text, const TextSpan& pattern, unsigned short 
 long CompareSpansPlainly(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp,
                          long maxChars = -1, int* primaryOut = nullptr);
 
-/// Matches raw bytes against a pattern with '*' and '?', by the rules of otbytematch.cpp.
+/// Matches raw bytes against a pattern with '*' and '?', by the rules of bytematch.cpp.
 /// @param maxChars bytes of the text that count; negative: all.
 long MatchBytes(const TextSpan& text, const TextSpan& pattern, long maxChars);
+/// The same of terminated texts.
+long MatchRaw(const char* text, const char* pattern);
 
 /// Compares raw bytes; negative `maxBytes`: no limit.
 long CompareBytes(const TextSpan& text1, const TextSpan& text2, long maxBytes);

@@ -1,370 +1,342 @@
-/// Comparison of two texts that run through the same records. Stretches that are alike are passed
-/// over unseen. Where the texts part, most characters cost one record on each side. Where a
-/// contraction can reach into that place, the walk begins again at a seam before it.
+/// Comparison of two texts that run through the same keys. What is equal is passed over unseen.
+/// Where the texts part, most pairs are decided, or go on, by a finished key on each side. Flagged
+/// keys are looked at closer: from the last seam, where a character begins on both sides whatever
+/// was before it, symbols are passed key by key, and all else by passes of the walk.
 
-#include <array>
+#include "text/collation/instep.h"
 
-#include "text/collation/alikeunits.h"
-#include "text/collation/compare.h"
-#include "text/collation/plainkeys.h"
+#include "text/collation/alike.h"
 #include "text/collation/walk.h"
 
 namespace ot95 {
 namespace {
 
-constexpr auto kAscii = [] {
-  std::array<std::uint16_t, 0x80> units{};
-  for (std::uint16_t unit = 0; unit < units.size(); ++unit) units[unit] = unit;
-  return units;
-}();
+/// No key: a character that isn't the whole answer.
+constexpr std::uint32_t kUnclear = UINT32_MAX;
 
-// How the characters of a code set reach their records, and what contractions know them as.
-template <class CodeUnit>
-struct WideReader {
-  using Unit = CodeUnit;
-  static constexpr const std::uint16_t* toUnicode = nullptr;
-  const OtOrderTable& table;
-  const OtOrderRecord& At(std::uint16_t unit) const { return table.AtWide(unit); }
-  const OtOrderRecord& OfValue(unsigned short value) const { return At(value); }
-  static unsigned short Value(std::uint16_t unit) { return unit; }
-  static std::uint32_t Plain(std::uint16_t unit) { return PlainKey(unit); }
-  static bool HoldsAscii() { return true; }
-};
-struct NarrowReader {
-  using Unit = std::uint8_t;
-  const OtOrderTable& table;
-  const std::uint16_t* toUnicode;
-  const OtOrderRecord& At(Unit unit) const { return table.AtByte(unit); }
-  const OtOrderRecord& OfValue(unsigned short value) const { return At(static_cast<Unit>(value)); }
-  static unsigned short Value(Unit unit) { return unit; }
-  std::uint32_t Plain(Unit unit) const { return PlainKey(toUnicode[unit]); }
-  static bool HoldsAscii() { return true; }
-};
-struct MappedReader {
-  using Unit = std::uint8_t;
-  const OtOrderTable& table;
-  const std::uint16_t* toUnicode;
-  const OtOrderRecord& At(Unit unit) const { return table.AtWide(toUnicode[unit]); }
-  const OtOrderRecord& OfValue(unsigned short value) const { return table.AtWide(value); }
-  unsigned short Value(Unit unit) const { return toUnicode[unit]; }
-  std::uint32_t Plain(Unit unit) const { return PlainKey(toUnicode[unit]); }
-  bool HoldsAscii() const { return std::memcmp(toUnicode, kAscii.data(), sizeof kAscii) == 0; }
-};
-
-bool Tailors(const OtLanguage* language) {
-  return language != nullptr && language->tailorsOrder != 0;
+/// The key of the character at a place, which moves behind it; 0 at the end. @param joined whether
+/// a low character before the place may open a contraction.
+template <class Unit>
+[[gnu::always_inline]] inline std::uint32_t NextAlone(KeysOf<Unit> keys, const char*& place,
+                                                      std::uintptr_t end, bool joined) {
+  const unsigned unit = UnitOf<Unit>(place, end);
+  if (unit == 0) return 0;
+  const std::uint32_t key = keys.At(unit);
+  const unsigned next = UnitOf<Unit>(place + sizeof(Unit), end);
+  if (JoinsEither<Unit>(keys, next, next)) return kUnclear;
+  if ((key & (kJoins | kOpens | kJoinsOpener)) != 0) {
+    if ((key & kJoins) != 0 || (key & kKeyBits) == 0) return kUnclear;
+    if ((key & kOpens) != 0 && (keys.At(next) & kJoinsOpener) != 0) return kUnclear;
+    if ((key & kJoinsOpener) != 0 && joined &&
+        (keys.At(LoadAs<Unit>(place - sizeof(Unit))) & kOpens) != 0) {
+      return kUnclear;
+    }
+  }
+  place += sizeof(Unit);
+  return key & kKeyBits;
 }
 
-/// Whether a plain key at each of two places counts: nothing that follows makes more of its letter.
-template <class Reader>
-[[gnu::always_inline]] inline bool NoMarkFollows(const Reader& reader, Places at,
-                                                 std::uintptr_t end1, std::uintptr_t end2) {
-  using Unit = typename Reader::Unit;
-  const unsigned next1 = reader.Value(UnitAt<Unit>(at.one + sizeof(Unit), end1));
-  const unsigned next2 = reader.Value(UnitAt<Unit>(at.two + sizeof(Unit), end2));
-  return (next1 | next2) < OT_FIRST_MARK || (IsNoFollower(next1) && IsNoFollower(next2));
-}
+/// One of the two texts, where the comparison has come to.
+struct Side {
+  const char* place;
+  const char* known = nullptr;  ///< Here `script` is that of the key before.
+  unsigned char script = 0;
+};
 
-template <class Reader>
-class InStep {
- public:
-  InStep(const Reader& reader, const OtLanguage* language, unsigned char defaultScript,
-         const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp)
-      : reader_(reader),
-        text1_(text1),
-        text2_(text2),
-        language_(language),
-        cmpOp_(cmpOp),
-        defaultScript_(defaultScript),
-        tailors_(Tailors(language)),
-        script1_(defaultScript),
-        script2_(defaultScript) {}
+/// How far both have come.
+struct Progress {
+  Side one;
+  Side two;
+  std::size_t alike;  ///< Bytes before both places, from a seam on, that differ in case at most.
+  Differences differences;
+};
 
-  /// @param met what of the texts was compared before.
-  int Run(const LettersMet& met) {
-    Places at = {text1_.text + met.bytes, text2_.text + met.bytes};
-    if (met.bytes != 0) GoOnBehind(met);
-    do {
-      const char* const start = at.one;
-      Value unit1 = Unit1(at);
-      Value unit2 = Unit2(at);
-      if (unit1 == unit2 || folds_) {
-        at = folds_ ? PassAlike<Unit, CaseFold::kAll>(at, text1_, text2_)
-                    : PassAlike<Unit, CaseFold::kNone>(at, text1_, text2_);
-        unit1 = Unit1(at);
-        unit2 = Unit2(at);
-        if ((unit1 | unit2) == 0) break;
-      }
-      const std::uint32_t key1 = reader_.Plain(unit1);
-      const std::uint32_t key2 = reader_.Plain(unit2);
-      const bool plain = (key1 & key2 & kLetterKey) != 0 &&
-                         NoMarkFollows(reader_, at, text1_.end, text2_.end) &&
-                         (!tailors_ || IsUntailored(key1, key2, at, start));
-      if (plain) {
-        const std::uint32_t letters = ~kTailoredKey;
-        at = Meet(key1 & letters, key2 & letters) ? at.Behind(sizeof(Unit)) : kEnd;
-      } else {
-        at = AdvanceByRecords(at, start);
-      }
-    } while (at.one != nullptr);
-    return differences_.primary != 0 ? differences_.primary : differences_.Decide(Levels(cmpOp_));
+/// The two texts as the loop reads them; the rest of what is known of them costs spans.
+struct Spans {
+  const TextSpan& span1;
+  const TextSpan& span2;
+
+  const char* Begin1() const { return span1.text; }
+  const char* Begin2() const { return span2.text; }
+  std::uintptr_t End1() const { return span1.end; }
+  std::uintptr_t End2() const { return span2.end; }
+  const TextSpan& Span1() const { return span1; }
+  const TextSpan& Span2() const { return span2; }
+  std::size_t Readable(const char* place1, const char* place2) const {
+    return std::min(Left(span1, place1), Left(span2, place2));
   }
 
  private:
-  using Unit = typename Reader::Unit;
-  using Value = UnitValue<Unit>;
-
-  /// In the place of what comes next: the differences are all found.
-  static constexpr Places kEnd = {nullptr, nullptr};
-
-  void GoOnBehind(const LettersMet& met) {
-    differences_ = met.differences;
-    FoldIfTold();
-    if (met.script != 0) script1_ = script2_ = met.script;
+  static std::size_t Left(const TextSpan& span, const char* place) {
+    const auto passed = static_cast<std::size_t>(place - span.text);
+    return passed < span.readable ? span.readable - passed : 0;
   }
-  void FoldIfTold() {
-    if (!folds_) folds_ = differences_.case_ != 0 && !tailors_ && reader_.HoldsAscii();
-  }
+};
+struct Terminated {
+  const char* begin1;
+  const char* begin2;
+  TextLabels labels;
 
-  Value Unit1(Places at) const { return UnitAt<Unit>(at.one, text1_.end); }
-  Value Unit2(Places at) const { return UnitAt<Unit>(at.two, text2_.end); }
-
-  /// Whether two plain keys are the language's, too.
-  bool IsUntailored(std::uint32_t key1, std::uint32_t key2, Places at, const char* start) const {
-    if (((key1 | key2) & kTailoredKey) == 0) return true;
-    return language_->Leaves(reader_.Value(Unit1(at)), 0) &&
-           language_->Leaves(reader_.Value(Unit2(at)), 0) && !HasHead(at.one, start);
+  const char* Begin1() const { return begin1; }
+  const char* Begin2() const { return begin2; }
+  static std::uintptr_t End1() { return kUnbounded; }
+  static std::uintptr_t End2() { return kUnbounded; }
+  TextSpan Span1() const { return Span(begin1); }
+  TextSpan Span2() const { return Span(begin2); }
+  std::size_t Readable(const char* place1, const char* place2) const {
+    const auto passed = static_cast<std::size_t>(std::max(place1 - begin1, place2 - begin2));
+    return passed < labels.readable ? labels.readable - passed : 0;
   }
 
-  /// Whether a record that may be part of what stands before it has to be looked at from there.
-  /// @param flags of the records at a place before which the texts are alike from `start` on.
-  bool MayBeReached(unsigned flags, const char* place, const char* start) const {
-    constexpr unsigned kByAll =
-        OtOrderRecord::kAbsent | OtOrderRecord::kFollows | OtOrderRecord::kExpansion;
-    if ((flags & kByAll) != 0) return true;
-    return tailors_ && (flags & OtOrderRecord::kFollowsTailored) != 0 && HasHead(place, start);
+ private:
+  TextSpan Span(const char* begin) const {
+    return {begin, kUnbounded, labels.readable, labels.codeSet, labels.language, false};
   }
+};
 
-  /// Whether a head of the language's own may be near enough before a place to reach it.
-  bool HasHead(const char* place, const char* start) const {
-    for (int i = 1; i < OT_LONGEST_CONTRACTION && place != start; ++i) {
-      place -= sizeof(Unit);
-      const Value unit = LoadAs<Unit>(place);
-      if (!language_->Leaves(reader_.Value(unit), 0)) return true;
-      if (!reader_.At(unit).Follows(true)) return false;
+/// The look at what flagged keys stand for.
+template <class Unit>
+class Closely {
+ public:
+  Closely(KeysOf<Unit> keys, const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp)
+      : keys_(keys), text1_(text1), text2_(text2), levels_(cmpOp) {}
+
+  /// Takes both sides to behind their next real characters. @return whether it goes on there.
+  bool Pass(Progress& progress) const {
+    Side& one = progress.one;
+    Side& two = progress.two;
+    for (std::size_t alike = progress.alike;
+         alike != 0 && (JoinsBefore(one, text1_) || JoinsBefore(two, text2_));
+         alike -= sizeof(Unit)) {
+      one.place -= sizeof(Unit);
+      two.place -= sizeof(Unit);
     }
-    return false;
-  }
-
-  /// Whether a character can be part of what stands before it: of a contraction, or of a stretch
-  /// that keeps the script byte before it.
-  bool BelongsToBefore(Value unit) const {
-    const OtOrderRecord& record = reader_.At(unit);
-    if (record.absent()) {
-      const unsigned short value = reader_.Value(unit);
-      return value >= 0xfff0 || value == AsteriskWord() || value == QuestionWord();
-    }
-    return record.Follows(tailors_) || record.WeighsNothing();
-  }
-
-  /// Whether a text goes on with symbols and something real behind them.
-  bool RealFollows(const char* place, std::uintptr_t end) const {
-    bool found = false;
-    PlainKeys<Unit>(reader_.toUnicode, language_, defaultScript_)
-        .Run(place, end, [&found](std::uint32_t key) {
-          found = IsReal(key);
-          return !found;
-        });
-    return found;
-  }
-
-  /// What Run does at a place with other characters than letters with plain keys.
-  [[gnu::noinline]] Places AdvanceByRecords(Places at, const char* start) {
-    const Value unit1 = Unit1(at);
-    const Value unit2 = Unit2(at);
-    const OtOrderRecord& record1 = reader_.At(unit1);
-    const OtOrderRecord& record2 = reader_.At(unit2);
-    const unsigned flags = record1.flags | record2.flags;
-    if (flags == 0) return Take(at, record1.Key(defaultScript_), record2.Key(defaultScript_));
-    const auto isPlain = [this](Value unit) { return unit == 0 || reader_.Plain(unit) != 0; };
-    if (!tailors_ && isPlain(unit1) && isPlain(unit2)) {
-      const bool longer1 = unit2 == 0 && RealFollows(at.one, text1_.end);
-      const bool longer2 = unit1 == 0 && RealFollows(at.two, text2_.end);
-      if (!longer1 && !longer2) return AdvanceOverSymbols(at);
-      differences_.primary = longer1 ? 1 : -1;
-      return kEnd;
-    }
-    const bool reached = at.one != start && MayBeReached(flags, at.one, start);
-    return reached ? AdvanceFromSeam(at, start) : Advance(at);
-  }
-
-  /// From where the texts part: goes back to the seam before, and on until that place is behind.
-  Places AdvanceFromSeam(Places at, const char* start) {
-    const char* const parting = at.one;
-    while (at.one != start && (BelongsToBefore(Unit1(at)) || BelongsToBefore(Unit2(at)))) {
-      at = at.Behind(-static_cast<std::ptrdiff_t>(sizeof(Unit)));
-    }
-    do {
-      at = Advance(at);
-    } while (at.one != nullptr && at.one <= parting);
-    return at;
-  }
-
-  /// In place of a key: the character's record isn't the whole answer.
-  static constexpr std::uint32_t kNotAlone = UINT32_MAX;
-
-  /// The key of the character at a place by its record alone.
-  [[gnu::always_inline]] inline std::uint32_t KeyAlone(const char* place,
-                                                       std::uintptr_t end) const {
-    const Value unit = UnitAt<Unit>(place, end);
-    const OtOrderRecord* record = &reader_.At(unit);
-    const unsigned common = record->flags;
-    const OtOrderRecord* own = tailors_ ? record->Tailored(language_) : nullptr;
-    if (own != nullptr) record = own;
-    const unsigned flags = record->flags;
-    if ((flags & (OtOrderRecord::kAbsent | OtOrderRecord::kExpansion)) != 0) return kNotAlone;
-    if (unit != 0) {
-      const unsigned short next = reader_.Value(UnitAt<Unit>(place + sizeof(Unit), end));
-      if (next >= OT_FIRST_MARK) {
-        if (NeedsNext(common | flags, next, place, end)) return kNotAlone;
-      } else if ((flags & OtOrderRecord::kLowFollowers) != 0) {
-        if (reader_.OfValue(next).Follows(tailors_)) return kNotAlone;
-      }
-    }
-    const std::uint32_t key = record->Key(defaultScript_);
-    return tailors_ && own == nullptr ? RankedKey(key, *language_) : key;
-  }
-
-  /// Whether a character has to be looked at together with what follows: it may contract, or marks
-  /// are behind it whose order isn't that of the text.
-  bool NeedsNext(unsigned flags, unsigned short next, const char* place, std::uintptr_t end) const {
-    const OtOrderRecord& follower = reader_.OfValue(next);
-    if ((flags & OtOrderRecord::kContractions) != 0) return follower.Follows(tailors_);
-    if (!follower.IsMark()) return false;
-    if ((flags & OtOrderRecord::kCombines) != 0) return true;
-    const unsigned short third = reader_.Value(UnitAt<Unit>(place + 2 * sizeof(Unit), end));
-    return third >= OT_FIRST_MARK && reader_.OfValue(third).IsMark();
-  }
-
-  /// One character on both sides, or one pass of the plain walk.
-  [[gnu::noinline]] Places Advance(Places at) {
-    const std::uint32_t key1 = KeyAlone(at.one, text1_.end);
-    const std::uint32_t key2 = KeyAlone(at.two, text2_.end);
-    return key1 == kNotAlone || key2 == kNotAlone ? AdvancePlainly(at) : Take(at, key1, key2);
-  }
-
-  /// The keys of the characters at the two places.
-  Places Take(Places at, std::uint32_t key1, std::uint32_t key2) {
-    if (!IsReal(key1) || !IsReal(key2)) return AdvanceOverSymbols(at);
-    return Meet(key1, key2) ? at.Behind(sizeof(Unit)) : kEnd;
-  }
-
-  /// The keys of two real characters. @return whether the walk goes on behind them.
-  bool Meet(std::uint32_t key1, std::uint32_t key2) {
-    if (((key1 ^ key2) & kPrimaryMask) != 0) {
-      differences_.primary = Sign(key1, key2);
-      return false;
-    }
-    if (key1 != key2) {
-      differences_.Note(key1, key2);
-      FoldIfTold();
-    }
-    script1_ = static_cast<unsigned char>(key1 >> 24);
-    script2_ = static_cast<unsigned char>(key2 >> 24);
-    return key1 != 0;
-  }
-
-  /// Over the symbols of one text or both, to their next real characters.
-  [[gnu::noinline]] Places AdvanceOverSymbols(const Places at) {
-    const Levels levels(cmpOp_);
-    bool alone = true;
-    const PlainKeys<Unit> plain(reader_.toUnicode, language_, defaultScript_);
-    const auto nextKey = [&](const char*& place, std::uintptr_t end) {
-      for (;;) {
-        std::uint32_t key = plain.KeyAt(place, end);
-        if (key == 0) {
-          if (UnitAt<Unit>(place, end) == 0) return key;
-          key = KeyAlone(place, end);
-          if (key == kNotAlone) {
-            alone = false;
-            return std::uint32_t{0};
-          }
-        }
-        place += sizeof(Unit);
-        if (IsReal(key) || !levels.Ignores(key)) return key;
-      }
-    };
-    Places next = at;
+    const char* place1 = one.place;
+    const char* place2 = two.place;
     std::uint32_t key1 = 0;
     std::uint32_t key2 = 0;
     const int symbol = PairSymbols(
-        key1, [&] { return nextKey(next.one, text1_.end); }, key2,
-        [&] { return nextKey(next.two, text2_.end); }, [&](std::uint32_t) { return !alone; });
-    if (!alone) return AdvancePlainly(at);
-    if (symbol != 0) differences_.symbol = symbol;
-    return Meet(key1, key2) ? next : kEnd;
+        key1, [&] { return NextCounting(place1, one.place, text1_); }, key2,
+        [&] { return NextCounting(place2, two.place, text2_); },
+        [](std::uint32_t) { return false; });
+    if (key1 == kUnclear || key2 == kUnclear) return PassByWalk(progress);
+    if (symbol != 0) progress.differences.symbol = symbol;
+    progress.differences.Note(key1, key2);
+    Leave(one, place1, key1);
+    Leave(two, place2, key2);
+    return progress.differences.primary == 0 && key1 != 0;
   }
 
-  [[gnu::noinline, gnu::cold]] Places AdvancePlainly(Places at) {
-    LevelWalk walk(OrderWalk(text1_), OrderWalk(text2_), Levels(cmpOp_), false, -1);
-    return walk.PassInStep(at.one, at.two, script1_, script2_, differences_) ? at : kEnd;
+ private:
+  static void Leave(Side& side, const char* place, std::uint32_t key) {
+    side.place = side.known = place;
+    side.script = static_cast<unsigned char>(key >> 24);
+  }
+  std::uint32_t KeyBefore(const Side& side) const {
+    return keys_.At(LoadAs<Unit>(side.place - sizeof(Unit)));
   }
 
-  const Reader reader_;
+  /// Whether the character at a side's place may be part of what is before it.
+  bool JoinsBefore(const Side& side, const TextSpan& text) const {
+    const std::uint32_t key = keys_.At(UnitOf<Unit>(side.place, text.end));
+    return (key & kJoins) != 0 || ((key & kJoinsOpener) != 0 && (KeyBefore(side) & kOpens) != 0);
+  }
+
+  /// Of the next character that isn't skipped.
+  std::uint32_t NextCounting(const char*& place, const char* seam, const TextSpan& text) const {
+    for (;;) {
+      std::uint32_t key = NextAlone<Unit>(keys_, place, text.end, place != seam);
+      if (key == kUnclear) key = NextByWalk(place, text);
+      if (IsReal(key) || !levels_.Ignores(key)) return key;
+    }
+  }
+
+  /// Of a contraction or another character of one key that doesn't depend on what is before it.
+  [[gnu::noinline]] std::uint32_t NextByWalk(const char*& place, const TextSpan& text) const {
+    if ((keys_.At(UnitOf<Unit>(place, text.end)) & kKeyBits) == 0) return kUnclear;
+    TextSpan rest = text;
+    rest.text = place;
+    OrderWalk walk(rest);
+    const std::uint32_t key = walk.NextKey(true);
+    if (!walk.BetweenCharacters()) return kUnclear;
+    place = walk.position();
+    return key;
+  }
+
+  /// Readies a side for a walk. The keys that it lacks are made for the next time.
+  void Ready(Side& side, const TextSpan& text, const OrderWalk& walk) const {
+    const unsigned unit = UnitOf<Unit>(side.place, text.end);
+    if (keys_.Make(unit) && unit != 0)
+      keys_.Make(UnitOf<Unit>(side.place + sizeof(Unit), text.end));
+    if (side.place == side.known) return;
+    side.script = side.place == text.text
+                      ? walk.script()
+                      : static_cast<unsigned char>((KeyBefore(side) & kKeyBits) >> 24);
+  }
+
+  [[gnu::noinline]] bool PassByWalk(Progress& progress) const {
+    Side& one = progress.one;
+    Side& two = progress.two;
+    const OrderWalk walk1(text1_);
+    const OrderWalk walk2(text2_);
+    Ready(one, text1_, walk1);
+    Ready(two, text2_, walk2);
+    LevelWalk walk(walk1, walk2, levels_, false, -1);
+    const bool goesOn =
+        walk.PassInStep(one.place, two.place, one.script, two.script, progress.differences);
+    one.known = one.place;
+    two.known = two.place;
+    return goesOn;
+  }
+
+  KeysOf<Unit> keys_;
   const TextSpan& text1_;
   const TextSpan& text2_;
-  const OtLanguage* language_;
-  unsigned short cmpOp_;
-  Differences differences_;
-  unsigned char defaultScript_;
-  bool tailors_;
-  bool folds_ = false;  // a difference of case says nothing new
-  unsigned char script1_;
-  unsigned char script2_;
+  Levels levels_;
 };
 
-template <class Reader>
-[[gnu::noinline]] int CompareFromStart(const TextSpan& text1, const TextSpan& text2,
-                                       unsigned short cmpOp, const OtLanguage* language,
-                                       unsigned char script, Reader reader) {
-  return InStep(reader, language, script, text1, text2, cmpOp).Run({});
-}
-
-template <class Reader>
-int CompareByRecords(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp,
-                     const OtLanguage* language, unsigned char script, Reader reader) {
-  std::uint32_t letter2 = 0;
-  const int sign = PlainKeys<typename Reader::Unit>(reader.toUnicode, language, script)
-                       .SignOfFirstLetters(text1, text2, letter2);
-  if (sign != 0) return sign;
-  return CompareFromStart(text1, text2, cmpOp, language, script, reader);
-}
-
-/// In any code set.
-[[gnu::noinline]] int CompareAnySet(const TextSpan& text1, const TextSpan& text2,
-                                    unsigned short cmpOp, const OtLanguage* language) {
-  const OtCodeSet& set = *OtLanguageContext::QueryCodeSet(text1.codeSet);
-  const unsigned char script =
-      language != nullptr ? language->script : set.DefaultScript(text1.language);
-  const auto run = [&](const auto& reader) {
-    return CompareByRecords(text1, text2, cmpOp, language, script, reader);
+/// Where one text or both go on with symbols, or one ends: how what is behind them sorts. Any other
+/// difference weighs less. @return 0 where that can't tell.
+/// @param alike whether there are characters before the places.
+template <class Unit>
+[[gnu::noinline]] int SignBehindSymbols(KeysOf<Unit> keys, const char* place1, std::uintptr_t end1,
+                                        const char* place2, std::uintptr_t end2, bool joined) {
+  const auto firstReal = [keys, joined](const char* place, std::uintptr_t end) {
+    std::uint32_t key = NextAlone<Unit>(keys, place, end, joined);
+    while (!IsReal(key)) key = NextAlone<Unit>(keys, place, end, true);
+    return key;
   };
-  if (!IsWide(text1.codeSet)) {
-    return set.orderTable != nullptr
-               ? run(NarrowReader{*set.orderTable, set.UnicodeValues()})
-               : run(MappedReader{*kOrderTables.unicode, set.UnicodeValues()});
+  const std::uint32_t key1 = firstReal(place1, end1);
+  if (key1 == kUnclear) return 0;
+  const std::uint32_t key2 = firstReal(place2, end2);
+  if (key2 == kUnclear || ((key1 ^ key2) & kPrimaryMask) == 0) return 0;
+  return key1 < key2 ? -1 : 1;
+}
+
+[[gnu::noinline]] long Decide(int accent, int case_, int symbol, unsigned short cmpOp) {
+  const int decides = accent != 0 && (cmpOp & OT_CMP_IGNORE_ACCENT) == 0 ? accent
+                      : case_ != 0 && (cmpOp & OT_CMP_IGNORE_CASE) == 0  ? case_
+                                                                         : symbol;
+  return (decides > 0) - (decides < 0);
+}
+
+/// Whether letters that differ in case alone can be passed over in blocks.
+inline bool Folds(WideKeys keys) {
+  return !keys.keys->Tailors();
+}
+inline bool Folds(ByteKeys) {
+  return false;
+}
+
+template <class Unit, class Texts>
+long GoOnClosely(KeysOf<Unit> keys, Texts texts, unsigned short cmpOp, Progress& progress);
+
+/// In the place of a sign: what comes next needs a closer look.
+constexpr int kCloser = 3;
+
+/// The loop, from where `progress` stands, null for the beginning. What needs a closer look is kept
+/// apart, so that it holds its state in registers. @param bounded whether a text may end without a
+/// terminator.
+template <class Unit, bool bounded, class Texts>
+[[gnu::always_inline]] inline long CompareByKeys(const KeysOf<Unit> keys, const Texts texts,
+                                                 unsigned short cmpOp, Progress* progress) {
+  constexpr bool kFolds = std::is_same_v<Unit, std::uint16_t>;
+  const char* const one = progress == nullptr ? texts.Begin1() : progress->one.place;
+  const char* const two = progress == nullptr ? texts.Begin2() : progress->two.place;
+  const std::size_t size = texts.Readable(one, two);
+  const auto load1 = [=](std::size_t at) {
+    return bounded ? UnitOf<Unit>(one + at, texts.End1()) : LoadAs<Unit>(one + at);
+  };
+  const auto load2 = [=](std::size_t at) {
+    return bounded ? UnitOf<Unit>(two + at, texts.End2()) : LoadAs<Unit>(two + at);
+  };
+  int accent = progress == nullptr ? 0 : progress->differences.accent;
+  int case_ = progress == nullptr ? 0 : progress->differences.case_;
+  CaseFold fold = CaseFold::kNone;
+  for (std::size_t at = 0;;) {
+    const std::size_t seam = at;
+    if (kFolds && fold != CaseFold::kNone) {
+      at = fold == CaseFold::kLatin ? PassAlike<CaseFold::kLatin>(one, two, at, size)
+                                    : PassAlike<CaseFold::kOthers>(one, two, at, size);
+    }
+    unsigned unit1 = load1(at);
+    unsigned unit2 = load2(at);
+    if (unit1 == unit2) {
+      if (unit1 == 0) break;
+      at = PassEqual<sizeof(Unit)>(one, two, at, size);
+      while ((unit1 = load1(at)) == (unit2 = load2(at)) && unit1 != 0) at += sizeof(Unit);
+      if (unit1 == unit2) break;
+    }
+    const std::uint32_t key1 = keys.At(unit1);
+    const std::uint32_t key2 = keys.At(unit2);
+    if (((key1 | key2) & kLook) != 0 ||
+        JoinsEither<Unit>(keys, load1(at + sizeof(Unit)), load2(at + sizeof(Unit)))) {
+      if (unit1 == 0 && StandsAlone<Unit>(keys, key2, load2(at + sizeof(Unit)))) return -1;
+      if (unit2 == 0 && StandsAlone<Unit>(keys, key1, load1(at + sizeof(Unit)))) return 1;
+      const int sign =
+          SignBehindSymbols<Unit>(keys, one + at, texts.End1(), two + at, texts.End2(), at != seam);
+      if (sign != 0) return sign;
+      if (progress == nullptr) {
+        Progress here{{one + at}, {two + at}, at - seam, {0, accent, case_}};
+        return GoOnClosely<Unit>(keys, texts, cmpOp, here);
+      }
+      progress->one.place = one + at;
+      progress->two.place = two + at;
+      progress->alike = at - seam;
+      progress->differences.accent = accent;
+      progress->differences.case_ = case_;
+      return kCloser;
+    }
+    if (((key1 ^ key2) & 0xffffff00) != 0) return key1 < key2 ? -1 : 1;
+    at += sizeof(Unit);
+    const int accents = static_cast<int>(key1 & 0x1f) - static_cast<int>(key2 & 0x1f);
+    const int cases = static_cast<int>(key2 & 0x60) - static_cast<int>(key1 & 0x60);
+    if (accents != 0) accent = accents;
+    if (case_ == 0) {
+      case_ = cases;
+    } else if (Folds(keys)) {
+      fold = unit1 < OT_FIRST_MARK ? CaseFold::kLatin : CaseFold::kOthers;
+    }
   }
-  if (set.orderTable != nullptr) {
-    return text1.reversed ? run(WideReader<TurnedUnit>{*set.orderTable})
-                          : run(WideReader<std::uint16_t>{*set.orderTable});
+  return Decide(accent, case_, progress == nullptr ? 0 : progress->differences.symbol, cmpOp);
+}
+
+/// From a place that needs a closer look to the end.
+template <class Unit, class Texts>
+[[gnu::noinline]] long GoOnClosely(KeysOf<Unit> keys, Texts texts, unsigned short cmpOp,
+                                   Progress& progress) {
+  constexpr bool kBounded = std::is_same_v<Texts, Spans>;
+  const TextSpan& span1 = texts.Span1();
+  const TextSpan& span2 = texts.Span2();
+  const Closely<Unit> closely(keys, span1, span2, cmpOp);
+  for (;;) {
+    const bool goesOn = closely.Pass(progress);
+    const Differences& found = progress.differences;
+    if (found.primary != 0) return found.primary;
+    if (!goesOn) return Decide(found.accent, found.case_, found.symbol, cmpOp);
+    const long sign = CompareByKeys<Unit, kBounded>(keys, texts, cmpOp, &progress);
+    if (sign != kCloser) return sign;
   }
-  LevelWalk walk(OrderWalk(text1), OrderWalk(text2), Levels(cmpOp), false, -1);
-  while (walk.Pass()) {
-  }
-  return walk.Decide();
 }
 
 }  // namespace
+
+long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
+                 unsigned short cmpOp) {
+  return CompareByKeys<std::uint16_t, false>(keys, Terminated{text1, text2, labels}, cmpOp,
+                                             nullptr);
+}
+
+long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
+                   unsigned short cmpOp) {
+  return CompareByKeys<std::uint8_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr);
+}
+
+long CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
+  return WithKeys<long>(text1, kUndecided, [&](auto unit, auto keys) {
+    return CompareByKeys<decltype(unit), true>(keys, Spans{text1, text2}, cmpOp, nullptr);
+  });
+}
 
 bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned char& script1,
                            unsigned char& script2, Differences& differences) {
@@ -383,28 +355,6 @@ bool LevelWalk::PassInStep(const char*& place1, const char*& place2, unsigned ch
   script2 = pattern_.walk.script_;
   differences = differences_;
   return goesOn;
-}
-
-int CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
-  const OtLanguage* language = LanguageOf(text1);
-  const bool terminated = text1.end == kUnbounded && text2.end == kUnbounded;
-  if (text1.codeSet != OT_CS_UNICODE || text1.reversed || language == nullptr || !terminated) {
-    return CompareAnySet(text1, text2, cmpOp, language);
-  }
-  return CompareUnicode(text1.text, text2.text, std::min(text1.readable, text2.readable), cmpOp,
-                        *language);
-}
-
-int CompareUnicodeBehind(const LettersMet& met, const char* text1, const char* text2,
-                         std::size_t readable, unsigned short cmpOp, const OtLanguage& language) {
-  const auto span = [&](const char* text) -> TextSpan {
-    return {text, kUnbounded, readable, OT_CS_UNICODE, language.number, false};
-  };
-  const TextSpan span1 = span(text1);
-  const TextSpan span2 = span(text2);
-  return InStep(WideReader<std::uint16_t>{*kOrderTables.unicode}, &language, language.script, span1,
-                span2, cmpOp)
-      .Run(met);
 }
 
 }  // namespace ot95

@@ -34,7 +34,6 @@ TextSpan TextSpan::Bounded(const char* text, std::size_t bytes, unsigned char co
 OrderWalk::OrderWalk(const TextSpan& span)
     : position_(span.text),
       end_(span.end),
-      plainMap_(nullptr),
       toUnicode_(nullptr),
       pending_(nullptr),
       pendingIndex_(0),
@@ -57,14 +56,12 @@ OrderWalk::OrderWalk(const TextSpan& span)
     table_ = set->orderTable;
     defaultScript_ = set->DefaultScript(languageNumber_);
     mapped_ = table_ == nullptr;
-    plainMap_ = set->UnicodeValues();
+    if (mapped_) {
+      table_ = kOrderTables.unicode;
+      toUnicode_ = set->UnicodeValues();
+    }
   }
   script_ = defaultScript_;
-  if (mapped_) {
-    table_ = kOrderTables.unicode;
-    toUnicode_ = plainMap_;
-  }
-  plain_ = wide_ ? codeSet_ == OT_CS_UNICODE : plainMap_ != nullptr;
   direct_ = !mapped_ && !reversed_ && codeSet_ != OT_CS_ORDER;
 }
 

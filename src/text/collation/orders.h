@@ -84,6 +84,14 @@ struct TextSpan {
             text.GetLanguageCode(), false};
   }
 
+  /// Whether the text is known to end within its readable bytes: one beyond the limit of strings
+  /// doesn't.
+  bool EndsInSight() const {
+    if (end != kUnbounded) return true;
+    const std::size_t width = CharWidth(codeSet);
+    return readable >= width && LoadUnit(text + readable - width, IsWide(codeSet)) == 0;
+  }
+
   bool IsNullValue() const {
     return language == OT_LANG_NULL || (codeSet == OT_CS_ORDER && language == 0);
   }
@@ -94,8 +102,6 @@ struct TextSpan {
                : LoadUnit(place, IsWide(codeSet), reversed);
   }
 };
-
-struct PlainStretch;
 
 /// In the place of what is pending while a walk is inside a run of combining marks.
 extern const OtWCharList kMarksPending;
@@ -117,14 +123,6 @@ class OrderWalk {
   /// The key of the next order, 0 at the end. Characters without a script byte of their own, and
   /// all if `wantScript` is false, take the one of the walk.
   std::uint32_t NextKey(bool wantScript);
-
-  /// Hands on the keys of the characters that come next, for as long as each takes the short way of
-  /// PlainKeys and `take` doesn't decline one.
-  template <class Take>
-  void TakePlain(Take&& take);
-
-  /// Goes on behind a stretch that was read from where the walk stands.
-  void GoOnBehind(const PlainStretch& stretch);
 
   /// At the end of the text, with nothing pending.
   bool AtEnd() const { return pending_ == nullptr && CharacterAt(position_) == 0; }
@@ -160,7 +158,6 @@ class OrderWalk {
   const char* position_;
   std::uintptr_t end_;
   const OtOrderTable* table_;
-  const std::uint16_t* plainMap_;   // for PlainKeys
   const std::uint16_t* toUnicode_;  // null: characters are the table's own, or two bytes wide
   const OtLanguage* language_;
   const OtWCharList* pending_;
@@ -173,7 +170,6 @@ class OrderWalk {
   bool wide_;
   bool reversed_;
   bool mapped_;
-  bool plain_;         // PlainKeys can read the text
   bool direct_;        // units are characters of the table, in the machine's order
   std::uint8_t work_;  // flags of records that aren't the whole answer, contractions apart
 };

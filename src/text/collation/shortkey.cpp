@@ -1,8 +1,9 @@
 /// Sort keys of ordinary texts: Unicode, not long, of one alphabet, with what they need in
 /// registers.
 
-#include "text/collation/plainkeys.h"
+#include "text/collation/finished.h"
 #include "text/collation/sortlevels.h"
+#include "text/collation/walk.h"
 
 namespace ot95 {
 
@@ -40,24 +41,17 @@ struct Notes {
   std::size_t LevelBytes() const { return 6 * markedCount + 6 * symbolCount + 4; }
 };
 
-/// Whether a character has a place in the table of plain keys, and leaves that of the one before
-/// alone.
-bool IsPlainCharacter(unsigned value) {
-  return value < OT_FIRST_MARK || (value < kPlainKeys && IsNoFollower(value));
-}
-
 /// Writes the letters and notes the rest. @return whether that is all there is to the text.
 [[gnu::always_inline]] inline bool TakeLetters(const char* place, std::size_t most,
-                                               const OtLanguage& language, unsigned char* target,
-                                               Notes& notes) {
-  const std::uint32_t usual = std::uint32_t{language.script} << 24 | kLetterKey | kPlainMarks;
-  const std::uint32_t counts =
-      kLetterHead | kMarkBits | (language.tailorsOrder != 0 ? kTailoredKey : 0);
-  const std::uint32_t* const keys = kOrderTables.plainKeys;
+                                               const FinishedKeys& keys, unsigned char script,
+                                               unsigned char* target, Notes& notes) {
+  const std::uint32_t usual = std::uint32_t{script} << 24 | kLetterBit | kPlainMarks;
+  constexpr std::uint32_t counts = kLetterHead | kMarkBits | kLook;
+  const std::uint32_t* const first = keys.First();
   std::uint32_t letters = 0, marked = 0, symbols = 0, accents = 0;
   unsigned value = LoadWide(place);
-  for (std::size_t i = 0; i < most && IsPlainCharacter(value); ++i) {
-    const std::uint32_t key = keys[value];
+  for (std::size_t i = 0; i < most; ++i) {
+    const std::uint32_t key = value < kFirstKeys ? first[value] : keys.At(value);
     const std::uint32_t unusual = (key ^ usual) & counts;
     const bool isEnd = value == 0;
     place += sizeof(char16_t);
@@ -72,9 +66,8 @@ bool IsPlainCharacter(unsigned value) {
       if ((unusual & ~kMarkBits) == 0) {
         notes.marked[marked++] = {letters, key & kMarkBits};
         accents |= key & kAccentBits;
-      } else if (key - 1 < (std::uint32_t{kFirstDigit} << 8) - 1 &&
-                 (key & counts & kTailoredKey) == 0) {
-        notes.symbols[symbols++] = {letters, key >> 8};
+      } else if ((key & (kLook | kJoins | kOpens | kJoinsOpener)) == kLook) {  // a symbol
+        notes.symbols[symbols++] = {letters, key >> 8 & 0xffff};
         value = LoadWide(place);
         continue;
       } else {
@@ -136,7 +129,10 @@ bool PutShortKey(const TextSpan& text, const OtLanguage& language, unsigned shor
   if (out.Room() <= named) return false;
   unsigned char* const target = out.Place() + named;
   const std::size_t room = out.Room() - named;
-  if (!TakeLetters(text.text, std::min(room, kMostUnits), language, target, notes)) return false;
+  const FinishedKeys* const keys = FinishedKeys::Of(language.number);
+  if (keys == nullptr) return false;
+  const std::size_t most = std::min(room, kMostUnits);
+  if (!TakeLetters(text.text, most, *keys, language.script, target, notes)) return false;
   if (notes.letters + notes.LevelBytes() > room) return false;
   if (named != 0) {
     if (notes.letters == 0) return false;

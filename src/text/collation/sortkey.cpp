@@ -1,6 +1,6 @@
 #include "text/collation/sortkey.h"
 
-#include "text/collation/plainkeys.h"
+#include "text/collation/finished.h"
 #include "text/collation/sortlevels.h"
 
 namespace ot95 {
@@ -12,24 +12,18 @@ constexpr unsigned kKanaCodes = 104;  // Those of the letters among the ideograp
 
 /// Whether the low bits of a key are accent and case.
 bool IsLetterKey(std::uint32_t key) {
-  return (key & 0xc00000) == kLetterKey && key >> 24 != kBeyondAlphabets;
+  return (key & 0xc00000) == kLetterBit && key >> 24 != kBeyondAlphabets;
 }
 
 /// Hands on the keys of a text until `take` declines, which it may have to do twice for one key.
 template <class Take>
-void EachKeyBehind(const PlainStretch& stretch, const TextSpan& text, Take&& take) {
-  OrderWalk walk(text);
-  walk.GoOnBehind(stretch);
-  for (;;) {
-    walk.TakePlain(take);
-    const std::uint32_t key = walk.NextKey(true);
-    if (key == 0 || !take(key)) return;
-  }
-}
-template <class Take>
 void EachKey(const TextSpan& text, Take&& take) {
-  const PlainStretch stretch = RunFromStart(text, take);
-  if (!stretch.all) EachKeyBehind(stretch, text, take);
+  TextSpan rest = text;
+  rest.text = TakeAlone(text, take);
+  OrderWalk walk(rest);
+  while (const std::uint32_t key = walk.NextKey(true)) {
+    if (!take(key)) return;
+  }
 }
 
 bool IsWildcard(std::uint32_t key) {
@@ -344,7 +338,7 @@ int PutTextKey(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
     PutWholeKeys(text, out);
     return 0;
   }
-  const OtLanguage* language = LanguageOf(text);
+  const OtLanguage* language = OtLanguageContext::QueryLanguage(LanguageNumber(text));
   if (language != nullptr && !wildcards && PutShortKey(text, *language, cmpOp, out)) return 0;
   TextKey key(text, cmpOp, out);
   if (!key.PutLetters(wildcards)) return OT_ERR_NOT_SUPPORTED;

@@ -31,6 +31,8 @@ constexpr unsigned CaseRank(std::uint32_t marks) {
 inline constexpr unsigned kFirstLetterByte = kFirstCode + 21;
 inline constexpr unsigned kIdeographs = 0x13;  // The script of ideographs, syllables and kana.
 inline constexpr std::uint32_t kLatin = 1;     // The script of what begins without naming one.
+/// In the keys of letters, and of nothing below the ideographs.
+inline constexpr std::uint32_t kLetterBit = 0x400000;
 /// What the keys of such letters begin with, behind which the letter stands in one byte.
 inline constexpr std::uint32_t kLetterHead = 0xffff8000;
 

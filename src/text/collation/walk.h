@@ -22,6 +22,12 @@ constexpr bool IsReal(std::uint32_t key) {
          key >= std::uint32_t{kBeyondAlphabets} << 24;
 }
 
+/// What of a key counts when a pattern is matched.
+constexpr std::uint32_t MaskOf(unsigned short cmpOp) {
+  return ((cmpOp & OT_CMP_IGNORE_CASE) != 0 ? kAccentMask : 0xffffffff) &
+         ((cmpOp & OT_CMP_IGNORE_ACCENT) != 0 ? kCaseMask : 0xffffffff);
+}
+
 /// What a comparison-op word asks for.
 struct Levels {
   explicit Levels(unsigned short cmpOp)
@@ -30,7 +36,7 @@ struct Levels {
         ignoreCase((cmpOp & OT_CMP_IGNORE_CASE) != 0),
         ignoreAccent((cmpOp & OT_CMP_IGNORE_ACCENT) != 0),
         wildcards((cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0),
-        mask((ignoreCase ? kAccentMask : 0xffffffff) & (ignoreAccent ? kCaseMask : 0xffffffff)) {}
+        mask(MaskOf(cmpOp)) {}
 
   /// Whether a key that isn't real is passed over. Marks that don't compose are symbols and
   /// accents.

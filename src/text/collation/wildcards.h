@@ -18,6 +18,8 @@ class WildcardWord {
     const unsigned short word = word_.load(std::memory_order_relaxed);
     return word != 0 ? word : Compute();
   }
+  /// The same, 0 if it isn't known yet: costs no call.
+  unsigned short Known() const { return word_.load(std::memory_order_relaxed); }
   void Set(unsigned short word) { word_.store(word, std::memory_order_relaxed); }
 
  private:

@@ -113,9 +113,43 @@ class ByteMatch {
   bool star_ = false;
 };
 
+/// From a star on. Letters that end the pattern stand at the end of the text, or don't.
+long MatchTail(const char* text, const char* pattern) {
+  const char* end = pattern + 1;
+  while (*end != 0 && *end != '*' && *end != '?') ++end;
+  if (*end != 0) {
+    return ByteMatch(TextSpan::Terminated(text, 0, 0), TextSpan::Terminated(pattern, 0, 0), -1)
+        .Run();
+  }
+  const auto sought = static_cast<std::size_t>(end - pattern - 1);
+  const std::size_t length = sought == 0 ? 0 : std::strlen(text);
+  if (length < sought) return -1;
+  text += length - sought;
+  for (const char* at = pattern + 1; at != end; ++at, ++text) {
+    if (*at != *text) return -1;
+  }
+  return 0;
+}
+
 }  // namespace
 
+long MatchRaw(const char* text, const char* pattern) {
+  for (;; ++text, ++pattern) {
+    const long byte = static_cast<unsigned char>(*text);
+    const long sought = static_cast<unsigned char>(*pattern);
+    if (sought == '*') return MatchTail(text, pattern);
+    if (sought == '?') {
+      if (byte == 0) return -1;
+    } else if (byte != sought || byte == 0) {
+      return byte - sought;
+    }
+  }
+}
+
 long MatchBytes(const TextSpan& text, const TextSpan& pattern, long maxChars) {
+  if (maxChars < 0 && text.end == kUnbounded && pattern.end == kUnbounded) {
+    return MatchRaw(text.text, pattern.text);
+  }
   return ByteMatch(text, pattern, maxChars).Run();
 }
 

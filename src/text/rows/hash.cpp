@@ -1,7 +1,7 @@
 /// Hashes of strings.
 
 #include "kit/walks.h"
-#include "text/collation/plainkeys.h"
+#include "text/collation/finished.h"
 #include "text/rows/row.h"
 #include "text/rows/stored.h"
 
@@ -28,17 +28,11 @@ std::uint32_t HashText(const TextSpan& text, long length) {
     }
     return hash;
   }
-  const auto take = [&hash](std::uint32_t key) {
-    hash = hash * 9 + key;
-    return true;
-  };
-  PlainStretch stretch{text.text};
-  if (all) stretch = RunFromStart(text, take);
-  if (stretch.all) return hash;
+  const auto take = [&hash](std::uint32_t key) { hash = hash * 9 + (key & kKeyBits); };
+  if (all && TakeKeys(text, take)) return hash;
+  hash = 0;
   OrderWalk walk(text);
-  walk.GoOnBehind(stretch);
   for (long i = 0; all || i < length; ++i) {
-    if (all) walk.TakePlain(take);
     const std::uint32_t key = walk.NextKey(true);
     if (key == 0 && all) break;
     take(key);
@@ -97,11 +91,22 @@ template unsigned long HashStrings<true>(unsigned char, unsigned long, void*, un
 
 }  // namespace ot95
 
+/// Most are asked for of whole Unicode texts in the machine's order, which need no more than keys.
 unsigned long HashString(unsigned char codeSet, unsigned char language, const char* text,
                          long length, unsigned char format) {
+  const bool reversed = (format != 0xff) & ot95::IsReversed(format);
+  const ot95::FinishedKeys* keys = ot95::FinishedKeys::Known(language);
+  if (codeSet == OT_CS_UNICODE && keys != nullptr && text != nullptr && length < 0 && !reversed) {
+    std::uint32_t hash = 0;
+    const auto span = ot95::TextSpan::Terminated(text, codeSet, language);
+    const bool whole = ot95::TakeKeysOf<std::uint16_t, false>(
+        {keys}, span, [&](std::uint32_t key) { hash = hash * 9 + (key & ot95::kKeyBits); });
+    if (whole) return hash;
+  }
   if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();
-  const bool reversed = format != 0xff && codeSet != OT_CS_ORDER && ot95::IsReversed(format);
-  return ot95::HashText(ot95::TextSpan::Terminated(text, codeSet, language, reversed), length);
+  return ot95::HashText(
+      ot95::TextSpan::Terminated(text, codeSet, language, reversed && codeSet != OT_CS_ORDER),
+      length);
 }
 
 unsigned long HashOtString(const OtString& text) {

@@ -50,6 +50,11 @@ struct KeySource {
 std::size_t BuildKey(unsigned char* target, std::size_t room, unsigned char targetFormat,
                      const KeySource& source);
 
+/// The same for most strings: Unicode whose finished keys are the whole answer. @return 0 for
+/// others.
+std::size_t BuildPlainKey(unsigned char* target, std::size_t room, unsigned char targetFormat,
+                          const OtString& string);
+
 }  // namespace ot95
 
 #endif

@@ -198,6 +198,14 @@ unsigned long MoveToOldForm(const Place& target, const Place& source) {
 unsigned long TranslateStrings(void* target, unsigned char targetFormat, unsigned long targetLength,
                                void* source, unsigned char sourceFormat, unsigned long sourceLength,
                                unsigned long count) {
+  constexpr unsigned kMemory = OT_FORMAT_MEMORY;
+  constexpr unsigned kKeyForm = kStoreKey | kStoreRaw | kMemory;
+  if (count == 1 && (targetFormat & kKeyForm) == kStoreKey && (sourceFormat & kMemory) != 0) {
+    const auto& string = *static_cast<const OtString*>(source);
+    auto* const key = static_cast<unsigned char*>(target);
+    const std::size_t size = BuildPlainKey(key, targetLength, targetFormat, string);
+    if (size != 0) return size;
+  }
   const Place to{static_cast<unsigned char*>(target), targetFormat, targetLength};
   const Place from{static_cast<unsigned char*>(source), sourceFormat, sourceLength};
   if (to.IsMemory()) return MoveToMemory(target, from, count);

@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "bytes_testing.h"
-#include "text/collation/alikeunits.h"
+#include "ot95/sort.h"
+#include "text/collation/alike.h"
 #include "text/collation/compare.h"
 #include "text/mixedtexts.h"
 #include "text/texts.h"
@@ -126,6 +129,107 @@ TEST(Levels, EqualAnObviousReference) {
   }
 }
 
+/// All ways of one comparison against the plain one.
+void ExpectAllWays(const std::u16string& text1, const std::u16string& text2, unsigned char language,
+                   unsigned short op) {
+  const TextSpan span1 = SpanOf(text1, language);
+  const TextSpan span2 = SpanOf(text2, language);
+  const int expected = SignOf(ot95::CompareSpansPlainly(span1, span2, op));
+  const std::u16string turned1 = Turned(text1);
+  const std::u16string turned2 = Turned(text2);
+  const auto bounded = [language](const std::u16string& units, bool reversed) {
+    return TextSpan::Bounded(reinterpret_cast<const char*>(units.data()), 2 * units.size(),
+                             OT_CS_UNICODE, language, reversed);
+  };
+  const bool same =
+      SignOf(ot95::CompareSpans(span1, span2, op)) == expected &&
+      SignOf(ot95::CompareSpans(bounded(text1, false), bounded(text2, false), op)) == expected &&
+      SignOf(ot95::CompareSpans(bounded(turned1, true), bounded(turned2, true), op)) == expected &&
+      SignOf(StringOf(text1, language).Compare(StringOf(text2, language), op)) == expected;
+  ASSERT_TRUE(same) << Hex(text1.data(), 2 * text1.size()) << " ~ "
+                    << Hex(text2.data(), 2 * text2.size()) << " language " << int{language}
+                    << " op " << op;
+}
+
+std::vector<unsigned char> KnownLanguages() {
+  std::vector<unsigned char> known;
+  for (unsigned char number = 1; number < 0x80; ++number) {
+    if (OtLanguageContext::QueryLanguage(number) != nullptr) known.push_back(number);
+  }
+  return known;
+}
+
+// Every character of a script's common ones beside another, behind a head that ends in a letter
+// which contracts in some language. A step through the heads keeps this to seconds; all of them are
+// met over the languages.
+TEST(Levels, PairsOfCharactersBehindEqualHeads) {
+  const std::u16string heads = u"abcdzsylnghcscdzsnyaelmorscchsz\u0101e\u0301dzsgyabcdefgh";
+  std::mt19937 random(11);
+  const auto character = [&random]() -> char16_t {
+    constexpr char16_t kStarts[] = {0x20,  0xa0,  0x100,  0x180,  0x300,  0x370,  0x400,  0x480,
+                                    0x5d0, 0xe00, 0x1e00, 0x2000, 0x3040, 0x4e00, 0xfb00, 0xff00};
+    return static_cast<char16_t>(kStarts[random() % std::size(kStarts)] + random() % 0x80);
+  };
+  for (const unsigned char language : KnownLanguages()) {
+    for (std::size_t length = 0; length <= 40; ++length) {
+      for (int i = 0; i < 24; ++i) {
+        const std::u16string head = heads.substr(random() % 12, length);
+        const std::u16string tails[] = {{}, {character()}, {u'h'}, {u's', character()}};
+        const std::u16string& tail = tails[random() % std::size(tails)];
+        const unsigned short op = kOps[random() % std::size(kOps)];
+        ExpectAllWays(head + character() + tail, head + character() + tail, language, op);
+        ExpectAllWays(head + tail, head + character() + tail, language, op);
+      }
+    }
+  }
+}
+
+// Two characters of ASCII and Latin-1 in every language that has letters of its own.
+TEST(Levels, AllPairsOfLatinCharacters) {
+  for (const unsigned char language : KnownLanguages()) {
+    if (!OtLanguageContext::QueryLanguage(language)->tailorsOrder) continue;
+    for (char16_t first = u'\''; first < 0x180; first = static_cast<char16_t>(first + 3)) {
+      for (char16_t second = u'\''; second < 0x180; second = static_cast<char16_t>(second + 2)) {
+        const std::u16string text1 = {u'c', first, u'h', second};
+        const std::u16string text2 = {u'c', second, u'h'};
+        const TextSpan span1 = SpanOf(text1, language);
+        const TextSpan span2 = SpanOf(text2, language);
+        ASSERT_EQ(SignOf(ot95::CompareSpans(span1, span2, 0x10)),
+                  SignOf(ot95::CompareSpansPlainly(span1, span2, 0x10)))
+            << std::hex << unsigned{first} << " " << unsigned{second} << " " << unsigned{language};
+      }
+    }
+  }
+}
+
+// Texts of several code sets, languages and scripts, many of them alike, in the order that a stable
+// sort by comparison gives.
+TEST(Sorting, EqualsAStableSortByComparison) {
+  MixedTexts mixed;
+  for (const unsigned short op : std::initializer_list<unsigned short>{0x10, 0x70, 0x2f0, 0x110}) {
+    std::vector<OtString> strings;
+    const unsigned char languages[] = {1, 1, 1, 15, 17, 23, 59, 63, OT_LANG_NULL};
+    for (std::size_t i = 0; i < 4000; ++i) {
+      std::u16string text = mixed.Text(i % 3 == 0 ? 40 : 9);
+      if (i % 4 == 0) text.insert(0, u"abcdefghijklmnopqrstuvwxyz", i % 27);
+      if (i % 50 == 0) text = u"\u4e00\u4e8c\u4e09" + text;
+      strings.push_back(StringOf(text, languages[i % 37 < 9 ? i % 37 : 0]));
+      if (i % 8 == 0) strings.back().MapToCodeSet(static_cast<unsigned char>(1 + i % 5));
+      if (i % 11 == 0) strings.push_back(strings[mixed.Number() % strings.size()]);
+    }
+    std::vector<const OtString*> texts;
+    for (const OtString& string : strings) texts.push_back(&string);
+    std::vector<unsigned long> expected(texts.size());
+    std::iota(expected.begin(), expected.end(), 0UL);
+    std::stable_sort(expected.begin(), expected.end(), [&](unsigned long a, unsigned long b) {
+      return texts[a]->Compare(*texts[b], op) < 0;
+    });
+    std::vector<unsigned long> order(texts.size());
+    OtSortTexts(texts.data(), texts.size(), order.data(), op);
+    ASSERT_EQ(order, expected) << "op " << op;
+  }
+}
+
 std::uint32_t ReferenceHash(OtStringIterator it) {
   std::uint32_t hash = 0;
   while (const unsigned short order = it.GetNextOrder(1)) {
@@ -175,22 +279,24 @@ TEST(Levels, EveryCharacterHashesAsTheWalkSays) {
   }
 }
 
-TEST(Levels, WhatIsPassedOverDiffersInCaseAlone) {
-  const OtOrderTable& table = *OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->orderTable;
-  constexpr unsigned kLists = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
-                              OtOrderRecord::kLowFollowers | OtOrderRecord::kFollows;
+template <ot95::CaseFold fold>
+void CheckFold() {
+  const ot95::FinishedKeys& keys = *ot95::FinishedKeys::Of(OT_LANG_NEUTRAL);
   for (unsigned unit = 1; unit < 0x10000; ++unit) {
     SCOPED_TRACE(unit);
-    const auto place = static_cast<unsigned short>(unit);
-    const OtOrderRecord& record = table.At(place);
-    ASSERT_FALSE(ot95::IsNoFollower(unit) && record.Follows(false));
-    const auto behind = static_cast<unsigned short>(unit + ot95::kCaseDistance);
-    if (!ot95::AreAlike<std::uint16_t, ot95::CaseFold::kAll>(place, behind)) continue;
-    const OtOrderRecord& small = table.At(behind);
-    ASSERT_EQ((record.flags | small.flags) & kLists, 0U);
-    ASSERT_EQ(record.script, small.script);
-    ASSERT_EQ((record.key ^ small.key) & ot95::kAccentMask, 0U);
+    const std::uint32_t key = keys.At(unit);
+    const bool joins = (key & ot95::kJoins) != 0 && (key & ot95::kKeyBits) != 0;
+    ASSERT_FALSE(joins && ot95::AreAlike<fold>(unit, unit));
+    const unsigned behind = (unit + ot95::kCaseDistance) & 0xffff;
+    if (!ot95::AreAlike<fold>(unit, behind)) continue;
+    ASSERT_EQ((keys.At(unit) | keys.At(behind)) & ot95::kLook, 0U);
+    ASSERT_EQ((keys.At(unit) ^ keys.At(behind)) & ot95::kAccentMask, 0U);
   }
+}
+
+TEST(Levels, WhatIsPassedOverDiffersInCaseAlone) {
+  CheckFold<ot95::CaseFold::kLatin>();
+  CheckFold<ot95::CaseFold::kOthers>();
 }
 
 TEST(Levels, OneByteTextsAgreeWithTheirWideForm) {

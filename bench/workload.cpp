@@ -1,0 +1,70 @@
+// The list of workloads, and the two ways to measure it.
+#include "workload.h"
+
+#include <valgrind/callgrind.h>
+
+#include <algorithm>
+#include <chrono>
+
+namespace bench {
+namespace {
+
+using Action = std::function<void()>;
+
+/// The first call, which may build what the workload needs, isn't measured: the number of
+/// repetitions rests on it.
+void AddTimed(const Workload& workload, const char* side, const Action& action) {
+  const Goal goal = workload.goal;
+  benchmark::RegisterBenchmark((workload.name + side).c_str(),
+                               [action, goal, warm = false](benchmark::State& state) mutable {
+                                 if (!warm) action();
+                                 warm = true;
+                                 for (auto _ : state) action();
+                                 state.counters["target"] = goal.ratio;
+                                 state.counters["instructions"] = goal.instructions;
+                               });
+}
+
+/// Operations that a count is the mean of: all the names of a corpus, or few of what takes long.
+int Operations(const Action& action) {
+  const auto start = std::chrono::steady_clock::now();
+  action();
+  return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(2) ? 1 : 20000;
+}
+
+void CountSide(const Workload& workload, const char* side, const Action& action) {
+  action();
+  const int operations = Operations(action);
+  CALLGRIND_START_INSTRUMENTATION;
+  CALLGRIND_ZERO_STATS;
+  for (int i = 0; i < operations; ++i) action();
+  const std::string label = workload.name + side + "/" + std::to_string(operations);
+  CALLGRIND_DUMP_STATS_AT(label.c_str());
+  CALLGRIND_STOP_INSTRUMENTATION;
+}
+
+}  // namespace
+
+std::vector<Workload>& Workloads() {
+  static std::vector<Workload> all;
+  return all;
+}
+
+void MeasureTimes() {
+  for (const Workload& workload : Workloads()) {
+    AddTimed(workload, "/ours", workload.ours);
+    AddTimed(workload, "/peer", workload.peer);
+  }
+  benchmark::RunSpecifiedBenchmarks();
+}
+
+void CountInstructions(const std::vector<std::string>& names, bool alone) {
+  for (const Workload& workload : Workloads()) {
+    const auto begins = [&](const std::string& name) { return workload.name.starts_with(name); };
+    if (!names.empty() && !std::any_of(names.begin(), names.end(), begins)) continue;
+    CountSide(workload, "/ours", workload.ours);
+    if (!alone) CountSide(workload, "/peer", workload.peer);
+  }
+}
+
+}  // namespace bench
