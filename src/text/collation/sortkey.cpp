@@ -1,7 +1,10 @@
+// Sort keys of texts: letters, accents, case and symbols as levels of bytes, one behind another.
+
 #include "text/collation/sortkey.h"
 
 #include "text/collation/finished.h"
 #include "text/collation/sortlevels.h"
+#include "text/collation/walk.h"
 
 namespace ot95 {
 
