@@ -2,6 +2,7 @@
 
 #include "text/collation/finished.h"
 #include "text/collation/sortlevels.h"
+#include "text/collation/walk.h"
 
 namespace ot95 {
 
