@@ -504,7 +504,7 @@ class OT95_EXPORT OtString {
   // long as that takes ("ss" finds a sharp s). What `cmpOp` skips belongs to it between characters
   // that count, and at an end as far as the pattern has the like there. Without OT_CMP_NO_WILDCARDS
   // in `cmpOp` the pattern has to match all of the text from a place on, with a star behind it. An
-  // empty pattern is nowhere.
+  // empty pattern is nowhere, nor is one of characters that weigh nothing.
   // @return the place, cut to 16 signed bits; -1 for none.
   short Find(const OtString& pattern, unsigned short start = 0,
              unsigned short cmpOp = OT_CMP_DEFAULT) const;

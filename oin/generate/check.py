@@ -1,6 +1,7 @@
 """What must hold of the orders before they are written, and a report of how they came out."""
 
 from alphabets import OTHER
+from orders import DIGIT
 from tailoring import FIRST_MARK
 
 
@@ -38,6 +39,7 @@ def own_orders(language):
 
 def check_order(name, order):
     assert 1 <= len(order.words) <= 2, name
+    assert len(order.words) == 1 or order.words[0] >= DIGIT, name
     assert all(0 < word < 0xfff0 for word in order.words) or name == 0, name
     assert order.script <= OTHER, name
     if order.script == 0:

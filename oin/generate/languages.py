@@ -12,6 +12,8 @@ small letters; capitals and the cases of a contraction follow by themselves.
     ä&ae     sorts as two letters
     ccs+cs   sorts as cs cs
     ^ęė      these keep their accent numbers but in this order
+    pinyin   ideographs in the order of ideographs.py; also: strokes, JIS
+    kana     Japanese marks that repeat, as kana.py tells
     CLDR     in the place of all: the script's whole alphabet, laid out by the rules of CLDR
     I|ı      a capital with the small letter of another
 """
@@ -93,10 +95,10 @@ LANGUAGES = [
     (60, 'ka', 'Georgian', 4, ''),
     (61, 'hy', 'Armenian', 5, 'և&եվ'),
     (62, 'kk', 'Kazakh', 3, 'ё>е ү>ұ і>ы'),
-    (63, 'ja', 'Japanese', 0x13, ''),
+    (63, 'ja', 'Japanese', 0x13, 'JIS kana'),
     (64, 'ko', 'Korean', 0x13, ''),
-    (65, 'zh-Hans', 'Chinese, simplified', 0x13, ''),
-    (66, 'zh-Hant', 'Chinese, traditional', 0x13, ''),
+    (65, 'zh-Hans', 'Chinese, simplified', 0x13, 'pinyin'),
+    (66, 'zh-Hant', 'Chinese, traditional', 0x13, 'strokes'),
     (67, 'bs', 'Bosnian', 1, HR),
     (68, 'sr-Latn', 'Serbian, Latin', 1, HR),
     (69, 'uz', 'Uzbek', 1, "oʻ=@0 o‘:oʻ o':oʻ gʻ=@1 g‘:gʻ g':gʻ sh=@2 ch=@3"),

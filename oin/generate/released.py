@@ -37,7 +37,8 @@ class Versions:
         codes = sorted(common.orders.of)
         places = {code: place for place, code in enumerate(codes)}
         shared = [self._node(common.node(code)) for code in codes]
-        heading = struct.pack('>%dH' % len(codes), *codes)
+        silent = [code for code in sorted(common.db.chars) if common.orders.weighs_nothing(code)]
+        heading = struct.pack('>%dH' % len(codes + silent), *codes, *silent)
         self.of = {}
         for language in members:
             own = list(shared)

@@ -18,6 +18,7 @@ from orders import DIGIT, Order
 
 # The voicing marks behind half-width kana, which take a place of their own.
 HALF_WIDTH_MARKS = {0x3099: 0xff9e, 0x309a: 0xff9f}
+IDEOGRAPHS = ('pinyin', 'strokes', 'JIS')   # Said for readers: these have no words of their own.
 FROM_CLDR = 'CLDR'  # In the place of rules: the whole alphabet as CLDR has it.
 FIRST_MARK = 0x300  # Heads in ASCII contract with nothing below it, save in some languages.
 
@@ -151,10 +152,10 @@ class Language:
         for rule in rules.split():
             if rule == FROM_CLDR:
                 self._lay_out()
-            else:
+            elif rule == 'kana':
+                self._repeat_kana()
+            elif rule not in IDEOGRAPHS:
                 self._apply(*self._parse(rule))
-        if self.tag == 'ja':
-            self._repeat_kana()
         self._follow()
         for letters in self.reordered:
             self._reorder(letters)

@@ -28,7 +28,11 @@ extern const FinishedKeys kNeutralKeys;
 // The finished key of a record with its own flags: what is said of its character alone.
 constexpr std::uint32_t FinishedKey(const OtOrderRecord& record, unsigned char script) {
   if (record.absent()) return kJoins | kOpens | kLook;
-  if (record.hasExpansion() != 0) return kOpens | kLook;
+  if (record.hasExpansion() != 0) {
+    // What weighs nothing has no real order: behind it a script goes on from before.
+    const bool weighs = (record.key & 0xffffff) >= kFirstRealKey;
+    return kOpens | kLook | (weighs ? 0 : kJoins);
+  }
   const std::uint32_t key = record.Key(script);
   const bool stands = (key & 0xffffff) >= kFirstRealKey || key >> 24 >= kBeyondAll;
   const bool opens = (record.flags & OtOrderRecord::kLowFollowers) != 0;

@@ -164,17 +164,19 @@ std::size_t Search::EndByOrders(std::size_t start) const {
   std::size_t skipped = 0;
   std::size_t reached = start;
   std::size_t boundary = start;
+  bool between = true;  // no mark of what counts is still to come
   while (const std::uint32_t key = walk.NextKey(true)) {
     if (Skips(key)) {
       if (counted == 0 && ++skipped > leading_) return start;
-      if (counted == counting_ && ++skipped > trailing_) break;
+      if (counted == counting_ && ++skipped > trailing_ && between) break;
     } else {
       if (counted++ == counting_) break;
       if (keysDecide_ && Differ(key, NextCounting(sought))) return start;
       skipped = 0;
     }
     reached = static_cast<std::size_t>(walk.position() - text_.text) / width_;
-    if (walk.BetweenCharacters()) boundary = reached;
+    between = walk.BetweenCharacters();
+    if (between) boundary = reached;
   }
   // Inside of an expansion, what has been reached may be more than its first orders stand for: the
   // Hungarian "nn" that no "y" follows is taken up as one, and is two letters.

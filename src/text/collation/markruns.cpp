@@ -36,11 +36,9 @@ class OrderWalk::Run {
   /// @param place of the letter, or of a mark that no letter goes before.
   Run(const OrderWalk& walk, const char* place) : walk_(walk), end_(place) {
     Add(Take());
-    const bool hasLetter = !IsMark(units_[0]);
+    const bool hasLetter = !IsMark(units_[0].unit);
     while (IsMark(walk.CharacterAt(end_))) Add(Take());
-    std::stable_sort(
-        units_ + (hasLetter ? 1 : 0), units_ + count_,
-        [](unsigned short a, unsigned short b) { return CombiningClass(a) < CombiningClass(b); });
+    SortMarks(units_ + (hasLetter ? 1 : 0));
   }
 
   /// Hands the records of the run to `emit`, one after the other.
@@ -48,8 +46,8 @@ class OrderWalk::Run {
   template <class Emit>
   void ForEachRecord(const OtOrderRecord* record, Emit&& emit) {
     if (record == nullptr) {
-      if (!IsMark(units_[0])) record = TakeRecord(0);
-    } else if (const OtOrderRecord* pair = record->Contracted(units_[0])) {
+      if (!IsMark(units_[0].unit)) record = TakeRecord(0);
+    } else if (const OtOrderRecord* pair = record->Contracted(units_[0].unit)) {
       record = pair;
       taken_[0] = true;
     } else {
@@ -61,39 +59,66 @@ class OrderWalk::Run {
       if (taken_[i]) continue;
       const OtOrderRecord* mark = TakeRecord(i);
       for (; i + 1 < count_ && !taken_[i + 1]; ++i) {
-        const OtOrderRecord* pair = mark->Contracted(units_[i + 1]);
+        const OtOrderRecord* pair = mark->Contracted(units_[i + 1].unit);
         if (pair == nullptr) break;
         mark = pair;
+        taken_[i + 1] = true;
       }
       emit(*mark);
     }
   }
 
   const char* end() const { return end_; }
+  /// Characters before the first of which something wasn't handed on yet.
+  std::ptrdiff_t Passed() const {
+    std::ptrdiff_t passed = length_;
+    for (int i = 0; i < count_; ++i) {
+      if (!taken_[i]) passed = std::min<std::ptrdiff_t>(passed, units_[i].place);
+    }
+    return passed;
+  }
 
  private:
+  struct RunUnit {
+    unsigned short unit;
+    std::uint8_t place;  // of the character that it comes from
+  };
   /// Each mark may stand for two, and a letter come apart into four.
   static constexpr int kUnits = 2 * kLongestRun + 8;
 
   unsigned short Take() {
     const unsigned short character = walk_.CharacterAt(end_);
     end_ += walk_.wide_ ? 2 : 1;
+    ++length_;
     return character;
   }
 
   void Add(unsigned short character) {
     const MarkedCharacter* marked = FindMarked(character);
-    if (marked == nullptr) {
-      units_[count_++] = character;
-      return;
-    }
+    if (marked == nullptr) return Put(character);
     Add(marked->front);
-    if (marked->mark != 0) units_[count_++] = marked->mark;
+    if (marked->mark != 0) Put(marked->mark);
+  }
+  void Put(unsigned short unit) {
+    units_[count_++] = {unit, static_cast<std::uint8_t>(length_ - 1)};
+  }
+
+  /// Stably, by insertion: most runs are short, and none may ask for memory.
+  void SortMarks(RunUnit* first) {
+    for (RunUnit* next = first; next < units_ + count_; ++next) {
+      const RunUnit moved = *next;
+      RunUnit* place = next;
+      while (place != first && CombiningClass(place[-1].unit) > CombiningClass(moved.unit)) {
+        *place = place[-1];
+        --place;
+      }
+      *place = moved;
+    }
   }
 
   const OtOrderRecord* TakeRecord(int i) {
     taken_[i] = true;
-    const OtOrderRecord* record = &walk_.table_->At(units_[i]);
+    const OtOrderRecord* record = &walk_.table_->At(units_[i].unit);
     const OtOrderRecord* own = record->Tailored(walk_.language_);
     return own != nullptr ? own : record;
   }
@@ -103,8 +128,9 @@ class OrderWalk::Run {
   const OtOrderRecord* WithMarks(const OtOrderRecord* record) {
     unsigned between = 0;
     for (int i = 1; i < count_; ++i) {
-      const unsigned markClass = CombiningClass(units_[i]);
-      const OtOrderRecord* pair = markClass != between ? record->Contracted(units_[i]) : nullptr;
+      const unsigned markClass = CombiningClass(units_[i].unit);
+      const OtOrderRecord* pair =
+          markClass != between ? record->Contracted(units_[i].unit) : nullptr;
       if (pair != nullptr) {
         record = pair;
         taken_[i] = true;
@@ -117,9 +143,10 @@ class OrderWalk::Run {
 
   const OrderWalk& walk_;
   const char* end_;
-  unsigned short units_[kUnits];
+  RunUnit units_[kUnits];
   bool taken_[kUnits] = {};
   int count_ = 0;
+  int length_ = 0;  // in characters
 };
 
 /// Whether the character with the marks behind it, which begin at `next`, has to be seen in
@@ -150,8 +177,8 @@ std::uint32_t OrderWalk::BeginRun(const char* start, const char* place, bool wan
 }
 
 /// The next key of what has a run of marks in it. Nothing of a run is kept between two keys but how
-/// many there were, and how far the place has moved for them: no further than to the last character
-/// before the last key.
+/// many there were, and how far the place has moved for them: behind the characters of which
+/// nothing is left to deliver.
 std::uint32_t OrderWalk::NextOfRun(bool wantScript) {
   const std::ptrdiff_t width = wide_ ? 2 : 1;
   if (pendingIndex_ == kAsItStands) {
@@ -178,19 +205,27 @@ std::uint32_t OrderWalk::NextOfRun(bool wantScript) {
   Run run(*this, place);
   int count = 0;
   std::uint32_t key = 0;
+  std::ptrdiff_t passed = 0;  // with the record before
+  std::ptrdiff_t moved = 0;
   run.ForEachRecord(head, [&](const OtOrderRecord& record) {
-    if (count++ == delivered) key = KeyOfRecord(&record, defaultScript_, wantScript);
-    if (record.hasExpansion() == 0) return;
-    for (const std::uint16_t word : *record.expansion()) {
-      if (count++ == delivered) key = ComposeOrderKey(word, script_);
+    const int first = count++;
+    if (first == delivered) key = KeyOfRecord(&record, defaultScript_, wantScript);
+    if (record.hasExpansion()) {
+      for (const std::uint16_t word : *record.expansion()) {
+        if (count++ == delivered) key = ComposeOrderKey(word, script_);
+      }
     }
+    const std::ptrdiff_t behind = (place - start) / width + run.Passed();
+    // Until all words of a record are delivered, the walk stays on its last character.
+    if (first <= delivered && delivered < count)
+      moved = delivered + 1 == count ? behind : std::max(passed, behind - 1);
+    passed = behind;
   });
   if (delivered + 1 == count) {
     position_ = run.end();
     pending_ = nullptr;
     return key;
   }
-  const auto moved = std::min<std::ptrdiff_t>(delivered + 1, (run.end() - start) / width - 1);
   position_ = start + moved * width;
   pendingIndex_ = static_cast<std::int32_t>(moved << 8 | (delivered + 1));
   return key;

@@ -36,6 +36,14 @@ struct Notes {
   Marked marked[kMostUnits];
   Symbol symbols[kMostUnits];
 
+  /// Whether some symbols are marks, which are ignored with accents.
+  bool HasMarks() const {
+    for (std::uint32_t i = 0; i < symbolCount; ++i) {
+      if (IsMarkWord(symbols[i].word)) return true;
+    }
+    return false;
+  }
+
   /// Bytes that the levels need at most: steps and a value for each mark, of both kinds; steps, a
   /// kind, a length and a word for each symbol; separators and the end.
   std::size_t LevelBytes() const { return 6 * markedCount + 6 * symbolCount + 4; }
@@ -134,6 +142,7 @@ bool PutShortKey(const TextSpan& text, const OtLanguage& language, unsigned shor
   const std::size_t most = std::min(room, kMostUnits);
   if (!TakeLetters(text.text, most, *keys, language.script, target, notes)) return false;
   if (notes.letters + notes.LevelBytes() > room) return false;
+  if ((keyOp & OT_CMP_IGNORE_ACCENT) != 0 && notes.HasMarks()) return false;
   if (named != 0) {
     if (notes.letters == 0) return false;
     target[-2] = language.script < kLatin ? kLowerScript : kHigherScript;
