@@ -13,7 +13,8 @@ run: setup-run
 	@scripts/tour
 
 examples: setup-examples
-	@scripts/build release $(JOBS) places_rocksdb places_redis
+	@scripts/build release $(JOBS) index_c places_rocksdb places_redis
+	@examples/c/run build/bin/index_c
 	@examples/rocksdb/run build/bin/places_rocksdb
 	@examples/redis/run build/bin/places_redis
 

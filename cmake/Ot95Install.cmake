@@ -7,6 +7,7 @@ install(TARGETS ot95Obs ot95Oin ot95Otms EXPORT ot95Targets
 foreach(folder obs/include oin/include include)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ot95 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ot95c DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT ot95Targets NAMESPACE ot95:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/ot95)
 file(WRITE ${PROJECT_BINARY_DIR}/ot95Config.cmake
   "include(\"\${CMAKE_CURRENT_LIST_DIR}/ot95Targets.cmake\")\n")

@@ -23,6 +23,7 @@ class KeyCommand : public Command {
     factory_.Declare(app);
     form_.Declare(app, "--form", "Form in which the value is compared");
     options_.Declare(app);
+    scan_.Declare(app);
     op_.Declare(app);
   }
 
@@ -42,7 +43,7 @@ class KeyCommand : public Command {
     }
     count_ = texts_.size();
     values_ = std::make_unique<Values>(manager_, id_, count_);
-    values_->Scan(texts_, options_);
+    values_->Scan(texts_, options_, scan_);
     if ((format_ & 15) != OT_FORMAT_MEMORY) bytes_ = values_->Store(format_);
   }
   const void* Place() const { return bytes_.empty() && values_ ? values_->Data() : bytes_.data(); }
@@ -69,6 +70,7 @@ class KeyCommand : public Command {
   FactoryOption factory_;
   FormOption form_;
   TextOptions options_;
+  ScanOptions scan_;
   std::unique_ptr<Values> values_;
 };
 

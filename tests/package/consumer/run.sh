@@ -29,3 +29,10 @@ command=$(grep -m 1 '^g++ first.cpp' "$source/README.md")
 export PKG_CONFIG_PATH=$work/root/lib/pkgconfig
 eval "${command/g++/g++ $flags}"
 expect_found pkg-config ./first
+
+# The page of the C interface, with its own text and command.
+sed -n '/^```c$/,/^```$/p' "$source/docs/c-interface.md" | sed '1d;$d' > tours.c
+command=$(grep -m 1 '^gcc tours.c' "$source/docs/c-interface.md")
+eval "${command/gcc/gcc -std=c11 $flags}"
+answer=$(LD_LIBRARY_PATH="$work/root/lib" ./tours)
+[[ $answer == Tours ]] || { echo "the example of the C interface says '$answer'"; exit 1; }

@@ -1,0 +1,120 @@
+// Texts in UTF-8 without a record around them.
+#include "c/collation.h"
+
+#include <cstdlib>
+
+namespace ot95::c {
+
+namespace {
+
+int Compare(const ot95_collation* collation, unsigned wildcards, const WideText& a,
+            const WideText& b) {
+  const auto op = static_cast<unsigned short>(collation->options & ~wildcards);
+  return Sign(OtStrCmp(OT_CS_UNICODE, collation->language, a.text(), OT_CS_UNICODE,
+                       collation->language, b.text(), op, -1, OT_FORMAT_NATIVE, nullptr));
+}
+
+/// Compares two texts in UTF-8. @param wildcards OT_CMP_NO_WILDCARDS for a pattern, else 0.
+int CompareUtf8(const ot95_collation* collation, unsigned wildcards, const ot95_span& a,
+                const ot95_span& b, int& sign) {
+  WideText first, second;
+  if (collation == nullptr) return OT95_ERR_ARGUMENT;
+  if (const int status = first.Take(a.data, a.size)) return status;
+  if (const int status = second.Take(b.data, b.size)) return status;
+  sign = Compare(collation, wildcards, first, second);
+  return OT95_OK;
+}
+
+/// 16-bit units that may become twice as many, on the stack while they are few.
+class CaseUnits {
+ public:
+  int Reserve(std::size_t count) {
+    if (count + 1 <= kInline) return OT95_OK;
+    heap_.reset(new (std::nothrow) std::uint16_t[count + 1]);
+    units_ = heap_.get();
+    return units_ != nullptr ? OT95_OK : OT95_ERR_MEMORY;
+  }
+  std::uint16_t* units() { return units_; }
+
+ private:
+  static constexpr std::size_t kInline = 2 * 256 + 1;
+
+  std::uint16_t inline_[kInline];
+  std::uint16_t* units_ = inline_;
+  std::unique_ptr<std::uint16_t[]> heap_;
+};
+
+int ChangeCase(const ot95_collation* collation, const ot95_span& utf8, OtCharOperation& operation,
+               ot95_buffer* out) {
+  WideText text;
+  CaseUnits changed;
+  if (collation == nullptr) return OT95_ERR_ARGUMENT;
+  if (const int status = text.Take(utf8.data, utf8.size)) return status;
+  if (const int status = changed.Reserve(2 * text.count())) return status;  // tails are one unit
+  OtStringIterator source(text.text(), OT_CS_UNICODE, collation->language, OT_FORMAT_NATIVE);
+  OtStringIterator target(reinterpret_cast<const char*>(changed.units()), OT_CS_UNICODE,
+                          collation->language, OT_FORMAT_NATIVE);
+  source.Transform(target, operation);
+  std::size_t count = 0;
+  while (changed.units()[count] != 0) ++count;
+  return GiveUnits(out, changed.units(), count);
+}
+
+}  // namespace
+
+}  // namespace ot95::c
+
+using namespace ot95::c;
+
+int ot95_collation_open(const char* tag, unsigned options, ot95_collation** out) {
+  return Guarded([&]() -> int {
+    unsigned short cmpOp = 0;
+    if (out == nullptr || (options & OT95_WILDCARDS) != 0) return OT95_ERR_ARGUMENT;
+    if (const int status = OpenOptions(options, cmpOp)) return status;
+    const bool isNeutral = tag == nullptr || *tag == 0;
+    const unsigned char language =
+        isNeutral ? OT_LANG_NEUTRAL : OtLanguageContext::LanguageOfTag(tag);
+    if (language == 0) return OT95_ERR_LANGUAGE;
+    auto* made = static_cast<ot95_collation*>(std::malloc(sizeof(ot95_collation)));
+    if (made == nullptr) return OT95_ERR_MEMORY;
+    *made = {language, cmpOp};
+    *out = made;
+    return OT95_OK;
+  });
+}
+
+int ot95_collation_compare(const ot95_collation* collation, const char* a, size_t a_size,
+                           const char* b, size_t b_size, int* sign) {
+  return Guarded([&]() -> int {
+    if (sign == nullptr) return OT95_ERR_ARGUMENT;
+    return CompareUtf8(collation, 0, {a, a_size}, {b, b_size}, *sign);
+  });
+}
+
+int ot95_collation_match(const ot95_collation* collation, const char* text, size_t size,
+                         const char* pattern, size_t pattern_size, int* matches) {
+  return Guarded([&]() -> int {
+    int sign = 0;
+    if (matches == nullptr) return OT95_ERR_ARGUMENT;
+    const int status =
+        CompareUtf8(collation, OT_CMP_NO_WILDCARDS, {text, size}, {pattern, pattern_size}, sign);
+    if (status == OT95_OK) *matches = sign == 0;
+    return status;
+  });
+}
+
+int ot95_collation_upper(const ot95_collation* collation, const char* text, size_t size,
+                         ot95_buffer* out) {
+  return Guarded([&] {
+    OtToUpper upper;
+    return ChangeCase(collation, {text, size}, upper, out);
+  });
+}
+
+int ot95_collation_lower(const ot95_collation* collation, const char* text, size_t size,
+                         ot95_buffer* out) {
+  return Guarded([&] {
+    OtToLower lower;
+    return ChangeCase(collation, {text, size}, lower, out);
+  });
+}
