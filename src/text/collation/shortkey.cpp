@@ -52,7 +52,8 @@ struct Notes {
 /// Writes the letters and notes the rest. @return whether that is all there is to the text.
 [[gnu::always_inline]] inline bool TakeLetters(const char* place, std::size_t most,
                                                const FinishedKeys& keys, unsigned char script,
-                                               unsigned char* target, Notes& notes) {
+                                               unsigned short keyOp, unsigned char* target,
+                                               Notes& notes) {
   const std::uint32_t usual = std::uint32_t{script} << 24 | kLetterBit | kPlainMarks;
   constexpr std::uint32_t counts = kLetterHead | kMarkBits | kLook;
   const std::uint32_t* const first = keys.First();
@@ -75,7 +76,10 @@ struct Notes {
         notes.marked[marked++] = {letters, key & kMarkBits};
         accents |= key & kAccentBits;
       } else if ((key & (kLook | kJoins | kOpens | kJoinsOpener)) == kLook) {  // a symbol
-        notes.symbols[symbols++] = {letters, key >> 8 & 0xffff};
+        const std::uint32_t symbol = key & kKeyBits;
+        if (!Levels(keyOp).Ignores(symbol)) {
+          notes.symbols[symbols++] = {letters, OrderOfKey(symbol)};
+        }
         value = LoadWide(place);
         continue;
       } else {
@@ -129,9 +133,8 @@ void PutSymbols(Bare& out, const Notes& notes) {
 
 bool PutShortKey(const TextSpan& text, const OtLanguage& language, unsigned short keyOp,
                  SortKeyWriter& out) {
-  constexpr unsigned ignores = OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS;
   if (text.codeSet != OT_CS_UNICODE || text.reversed || text.end != kUnbounded) return false;
-  if (language.script >= kIdeographs || (keyOp & ignores) != 0) return false;
+  if (language.script >= kIdeographs) return false;
   Notes notes;
   const std::size_t named = language.script != kLatin ? 2 : 0;  // bytes that name the script
   if (out.Room() <= named) return false;
@@ -140,7 +143,7 @@ bool PutShortKey(const TextSpan& text, const OtLanguage& language, unsigned shor
   const FinishedKeys* const keys = FinishedKeys::Of(language.number);
   if (keys == nullptr) return false;
   const std::size_t most = std::min(room, kMostUnits);
-  if (!TakeLetters(text.text, most, *keys, language.script, target, notes)) return false;
+  if (!TakeLetters(text.text, most, *keys, language.script, keyOp, target, notes)) return false;
   if (notes.letters + notes.LevelBytes() > room) return false;
   if ((keyOp & OT_CMP_IGNORE_ACCENT) != 0 && notes.HasMarks()) return false;
   if (named != 0) {
