@@ -81,7 +81,17 @@ std::uint16_t* Decode(const unsigned char* at, const unsigned char* end, std::ui
       to += 8;
       continue;
     }
-    const std::uint32_t character = *at < 0x80 ? *at++ : TakeSequence(at, end);
+    // Nearly all characters of nearly all texts take one byte or two.
+    if (*at < 0x80 && *at != 0) {
+      *to++ = *at++;
+      continue;
+    }
+    if (*at >= 0xc2 && *at < 0xe0 && end - at > 1 && (at[1] & 0xc0) == 0x80) {
+      *to++ = static_cast<std::uint16_t>((at[0] & 0x1f) << 6 | (at[1] & 0x3f));
+      at += 2;
+      continue;
+    }
+    const std::uint32_t character = TakeSequence(at, end);
     if (character == 0) return nullptr;
     to = PutCharacter(to, character);
   }
