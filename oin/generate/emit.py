@@ -122,8 +122,8 @@ def one_byte_sets(case_data):
     facts, forth, back_pages, back, case_rows = [], [], [], [], []
     for number, (name, _) in codesets.ONE_BYTE.items():
         values, substitute = codesets.to_unicode(number), codesets.substitute(number)
-        pages, paged = codesets.paged(codesets.from_unicode(values), 0x10000, 256, substitute,
-                                      codesets.KEPT_PAGES)
+        kept = codesets.KEPT_PAGES if number < codesets.FIRST_OLD else 0
+        pages, paged = codesets.paged(codesets.from_unicode(values), 0x10000, 256, substitute, kept)
         facts.append(f'{{{number},{substitute},{len(back)},"{name}"}}')
         forth += values
         back_pages += pages
@@ -133,7 +133,8 @@ def one_byte_sets(case_data):
     by_letter = {}      # The first spelling of each.
     for pair, letter in sorted(spelled.items()):
         by_letter.setdefault(letter, pair)
-    return (f'constexpr unsigned char kVietnamese = {codesets.VIETNAMESE};\n\n'
+    return (f'constexpr unsigned char kVietnamese = {codesets.VIETNAMESE};\n'
+            f'constexpr unsigned char kFirstOldSet = {codesets.FIRST_OLD};\n\n'
             + array('NarrowFacts', 'kNarrowFacts', facts)
             + numbers('std::uint16_t', 'kCodeSetUnicode', forth)
             + numbers('std::uint8_t', 'kCodeSetPages', back_pages)

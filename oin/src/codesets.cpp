@@ -289,7 +289,7 @@ inline void MapBlock(const Source* source, Target* __restrict target, Map map) {
 
 constexpr std::uint64_t kBeyondAsciiBytes = 0x8080808080808080;
 constexpr std::uint64_t kBeyondAscii = 0xff80ff80ff80ff80;
-// The reverse tables of one-byte sets begin with the pages up to here as they are.
+// The reverse tables of all but the old sets begin with the pages up to here as they are.
 constexpr std::uint64_t kBeyondKeptPages = 0xf800f800f800f800;
 
 }  // namespace
@@ -317,12 +317,13 @@ void OtCodeSet::UnicodeToBytes(const std::uint16_t* source, std::size_t count,
     return table[static_cast<unsigned>(pages[unicode >> 8]) << 8 | (unicode & 0xffU)];
   };
   const auto near = [table = Bytes()](std::uint16_t unicode) { return table[unicode]; };
+  const std::uint64_t far = number < ot95::kFirstOldSet ? kBeyondKeptPages : ~std::uint64_t{0};
   std::size_t i = 0;
   for (; i + kBlock <= count; i += kBlock) {
     const std::uint64_t bits = AnyBits(source + i);
     if ((bits & beyond) == 0) {
       CopyBlock(source + i, bytes + i);
-    } else if ((bits & kBeyondKeptPages) == 0) {
+    } else if ((bits & far) == 0) {
       MapBlock(source + i, bytes + i, near);
     } else {
       MapBlock(source + i, bytes + i, map);
