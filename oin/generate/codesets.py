@@ -53,7 +53,7 @@ SUBSTITUTE, EBCDIC_SUBSTITUTE = 0x1a, 0x3f
 # from FIRST_OLD, go without, which saves half of their room.
 KEPT_PAGES = 8
 FIRST_OLD = 0x1d
-WIDE_PAGE = 64
+WIDE_PAGE = 32      # The size with which the tables of two-byte sets take least room.
 
 
 def decoded_bytes(codec):

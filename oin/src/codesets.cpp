@@ -93,8 +93,8 @@ class WideCodeSet final : public OtCodeSet {
 
  private:
   static unsigned short Look(unsigned pages, unsigned short index) {
-    const unsigned page = kWidePages[pages + (index >> 6)];
-    return kWideValues[page * 64 + (index & 63U)];
+    const unsigned page = kWidePages[pages + index / kWidePage];
+    return kWideValues[page * kWidePage + index % kWidePage];
   }
 
   unsigned toPages_, fromPages_;
@@ -232,7 +232,8 @@ const OtUnicodeProps* OtCodeSet::GetUnicodeProps(unsigned short value,
     const OtUnicodeProps* row = ot95::UnicodeCase(unicode, language);
     return Holds(*this, *row) ? row : nullptr;
   }
-  return ot95::CaseRow(ot95::kByteCases[place_ * std::size_t{256} + byte]);
+  const unsigned half = ot95::kByteCasePages[place_ * 2U + (byte >> 7)];
+  return ot95::CaseRow(ot95::kByteCases[half * 128 + (byte & 127U)]);
 }
 
 bool OtCodeSet::SpellsWithMarks() const {
