@@ -48,10 +48,12 @@ FURTHER_PAIRS = {0xe2: {0x80: 0x20ac}}
 SECOND_CHOICE = {0xe1: (0xed, 0xee)}
 VIETNAMESE = 0x1a       # Spells letters with marks of their own behind them.
 SUBSTITUTE, EBCDIC_SUBSTITUTE = 0x1a, 0x3f
-# The reverse tables of one-byte sets begin with these pages as they are, so that the letters of
-# Europe and the Near East are found without a page number.
+# The reverse tables of one-byte sets in daily use begin with these pages as they are, so that the
+# letters of Europe and the Near East are found without a page number. Older sets, of the numbers
+# from FIRST_OLD, go without, which saves half of their room.
 KEPT_PAGES = 8
-WIDE_PAGE = 64
+FIRST_OLD = 0x1d
+WIDE_PAGE = 32      # The size with which the tables of two-byte sets take least room.
 
 
 def decoded_bytes(codec):

@@ -119,26 +119,30 @@ def cases(data, pool):
 
 
 def one_byte_sets(case_data):
-    facts, forth, back_pages, back, case_rows = [], [], [], [], []
+    facts, forth, back_pages, back, case_pages, case_rows = [], [], [], [], [], {}
     for number, (name, _) in codesets.ONE_BYTE.items():
         values, substitute = codesets.to_unicode(number), codesets.substitute(number)
-        pages, paged = codesets.paged(codesets.from_unicode(values), 0x10000, 256, substitute,
-                                      codesets.KEPT_PAGES)
+        kept = codesets.KEPT_PAGES if number < codesets.FIRST_OLD else 0
+        pages, paged = codesets.paged(codesets.from_unicode(values), 0x10000, 256, substitute, kept)
         facts.append(f'{{{number},{substitute},{len(back)},"{name}"}}')
         forth += values
         back_pages += pages
         back += paged
-        case_rows += case_data.bytes[number]
+        for half in (case_data.bytes[number][:128], case_data.bytes[number][128:]):
+            case_pages.append(case_rows.setdefault(tuple(half), len(case_rows)))
     spelled = codesets.spelled_letters()
     by_letter = {}      # The first spelling of each.
     for pair, letter in sorted(spelled.items()):
         by_letter.setdefault(letter, pair)
-    return (f'constexpr unsigned char kVietnamese = {codesets.VIETNAMESE};\n\n'
+    return (f'constexpr unsigned char kVietnamese = {codesets.VIETNAMESE};\n'
+            f'constexpr unsigned char kFirstOldSet = {codesets.FIRST_OLD};\n'
+            f'constexpr unsigned kWidePage = {codesets.WIDE_PAGE};\n\n'
             + array('NarrowFacts', 'kNarrowFacts', facts)
             + numbers('std::uint16_t', 'kCodeSetUnicode', forth)
             + numbers('std::uint8_t', 'kCodeSetPages', back_pages)
             + numbers('std::uint8_t', 'kCodeSetBytes', back)
-            + numbers('std::uint16_t', 'kByteCases', case_rows)
+            + numbers('std::uint8_t', 'kByteCasePages', case_pages)
+            + numbers('std::uint16_t', 'kByteCases', (row for half in case_rows for row in half))
             + array('SpelledLetter', 'kSpellings', (braces((letter, *pair)) for letter, pair
                                                     in sorted(by_letter.items())))
             + array('SpelledLetter', 'kSpelledLetters', (braces((letter, *pair)) for pair, letter

@@ -93,8 +93,8 @@ class WideCodeSet final : public OtCodeSet {
 
  private:
   static unsigned short Look(unsigned pages, unsigned short index) {
-    const unsigned page = kWidePages[pages + (index >> 6)];
-    return kWideValues[page * 64 + (index & 63U)];
+    const unsigned page = kWidePages[pages + index / kWidePage];
+    return kWideValues[page * kWidePage + index % kWidePage];
   }
 
   unsigned toPages_, fromPages_;
@@ -232,7 +232,8 @@ const OtUnicodeProps* OtCodeSet::GetUnicodeProps(unsigned short value,
     const OtUnicodeProps* row = ot95::UnicodeCase(unicode, language);
     return Holds(*this, *row) ? row : nullptr;
   }
-  return ot95::CaseRow(ot95::kByteCases[place_ * std::size_t{256} + byte]);
+  const unsigned half = ot95::kByteCasePages[place_ * 2U + (byte >> 7)];
+  return ot95::CaseRow(ot95::kByteCases[half * 128 + (byte & 127U)]);
 }
 
 bool OtCodeSet::SpellsWithMarks() const {
@@ -289,7 +290,7 @@ inline void MapBlock(const Source* source, Target* __restrict target, Map map) {
 
 constexpr std::uint64_t kBeyondAsciiBytes = 0x8080808080808080;
 constexpr std::uint64_t kBeyondAscii = 0xff80ff80ff80ff80;
-// The reverse tables of one-byte sets begin with the pages up to here as they are.
+// The reverse tables of all but the old sets begin with the pages up to here as they are.
 constexpr std::uint64_t kBeyondKeptPages = 0xf800f800f800f800;
 
 }  // namespace
@@ -317,12 +318,13 @@ void OtCodeSet::UnicodeToBytes(const std::uint16_t* source, std::size_t count,
     return table[static_cast<unsigned>(pages[unicode >> 8]) << 8 | (unicode & 0xffU)];
   };
   const auto near = [table = Bytes()](std::uint16_t unicode) { return table[unicode]; };
+  const std::uint64_t far = number < ot95::kFirstOldSet ? kBeyondKeptPages : ~std::uint64_t{0};
   std::size_t i = 0;
   for (; i + kBlock <= count; i += kBlock) {
     const std::uint64_t bits = AnyBits(source + i);
     if ((bits & beyond) == 0) {
       CopyBlock(source + i, bytes + i);
-    } else if ((bits & kBeyondKeptPages) == 0) {
+    } else if ((bits & far) == 0) {
       MapBlock(source + i, bytes + i, near);
     } else {
       MapBlock(source + i, bytes + i, map);
