@@ -206,16 +206,19 @@ class PatternMatch : private LevelWalk {
     std::uint32_t* patternEnd = pattern;
     while ((patternSide.key = NextCounting<true>(patternSide.walk, patternSide.taken)) != 0) {
       if (patternEnd == std::end(pattern)) return false;
-      AddUnit(patternEnd, IsAsterisk(patternSide.key)   ? kStar
-                          : IsQuestion(patternSide.key) ? kAny
-                                                        : patternSide.key & levels_.mask);
+      AddUnit(pattern, patternEnd,
+              IsAsterisk(patternSide.key)   ? kStar
+              : IsQuestion(patternSide.key) ? kAny
+                                            : patternSide.key & levels_.mask);
     }
+    // Half a pair is found in a whole one by the walk alone.
+    if (std::any_of(pattern, patternEnd, IsAnyHalf)) return false;
     std::uint32_t* textEnd = text;
     if (std::any_of(pattern, patternEnd, [](std::uint32_t unit) { return unit != kStar; })) {
       LevelSide textSide = text_;
       while (textSide.key != 0) {
         if (textEnd == std::end(text)) return false;
-        AddUnit(textEnd, textSide.key & levels_.mask);
+        AddUnit(text, textEnd, textSide.key & levels_.mask);
         textSide.key = NextCounting<false>(textSide.walk, textSide.taken);
       }
     }
@@ -225,8 +228,8 @@ class PatternMatch : private LevelWalk {
   }
 
   /// Adds a unit, the second half of a pair to its first: no real key is as large.
-  static void AddUnit(std::uint32_t*& end, std::uint32_t unit) {
-    if (IsHalf(unit, kFirstTrail) && IsHalf(end[-1], kFirstLead)) {
+  static void AddUnit(const std::uint32_t* begin, std::uint32_t*& end, std::uint32_t unit) {
+    if (IsHalf(unit, kFirstTrail) && end != begin && IsHalf(end[-1], kFirstLead)) {
       end[-1] = 0x80000000 | (end[-1] & 0x3ff00) << 2 | (unit & 0x3ff00) >> 8;
     } else {
       *end++ = unit;

@@ -22,6 +22,10 @@ constexpr bool IsHalf(std::uint32_t key, unsigned first) {
   return (key >> 24 & 0x7f) == 0x14 && (key >> 8 & 0xfc00) == first;
 }
 
+constexpr bool IsAnyHalf(std::uint32_t key) {
+  return IsHalf(key, kFirstLead) || IsHalf(key, kFirstTrail);
+}
+
 inline bool Fits(std::uint32_t key, std::uint32_t unit) {
   return unit == kAny || key == unit;
 }

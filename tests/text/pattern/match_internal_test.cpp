@@ -143,6 +143,7 @@ TEST(Wildcards, ACharacterOfTwoHalvesIsOne) {
       {"two of them", u"\xd840\xdc0b\xd840\xdc0c", u"??", true},
       {"star and question mark", u"x\xd840\xdc0bz\xd840\xdc0b!", u"*\xd840\xdc0b?z*?!", false},
       {"the pair itself", u"a\xd840\xdc0b", u"*\xd840\xdc0b", true},
+      {"half behind a star", u"a\xd840\xdc0b", u"*\xdc0b", true},
       {"half of another", u"a\xd840\xdc0b", u"*\xd840\xdc0c", false},
       {"a half alone is one, too", u"a\xd840z", u"a?z", true},
       {"an emoji", u"a\xd83d\xde00", u"a?", true},
