@@ -328,6 +328,7 @@ int EncodeBlobs(const ot95_value* values, std::size_t count, unsigned char forma
                 ot95_buffer* out) {
   std::uint64_t total = 0;
   for (std::size_t i = 0; i < count; ++i) {
+    if (values[i].kind != OT95_KIND_BYTES) return OT95_ERR_ARGUMENT;
     const ot95_span& bytes = values[i].as.bytes;
     total += sizeof(OtDWord);
     if (values[i].is_null != 0) continue;
@@ -368,13 +369,6 @@ void DecodeBlobs(const Stored& stored, ot95_value* values) {
 // ---------------------------------------------------------------------------------------------
 // Arrays
 
-int CheckKinds(const ot95_value* values, std::size_t count, unsigned kind) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (values[i].kind != kind) return OT95_ERR_ARGUMENT;
-  }
-  return OT95_OK;
-}
-
 int EncodeFixed(Type& type, const ot95_value* values, std::size_t count, unsigned char format,
                 ot95_buffer* out) {
   const std::size_t width = type.row->SizeGet(nullptr, OT_FORMAT_MEMORY, format, 1);
@@ -382,10 +376,11 @@ int EncodeFixed(Type& type, const ot95_value* values, std::size_t count, unsigne
   if (__builtin_mul_overflow(width, count, &size)) return OT95_ERR_ARGUMENT;
   if (const int status = AskRoom(out, size)) return status;
   const Element element{type, format};
-  const auto put = kNatives[static_cast<int>(type.id)].put;
+  const Native& native = kNatives[static_cast<int>(type.id)];
   auto* to = static_cast<Bytes*>(out->data);
   for (std::size_t i = 0; i < count; ++i, to += width) {
-    if (!put(element, values[i], to)) return OT95_ERR_VALUE;
+    if (values[i].kind != native.kind) return OT95_ERR_ARGUMENT;
+    if (!native.put(element, values[i], to)) return OT95_ERR_VALUE;
   }
   return OT95_OK;
 }
@@ -410,7 +405,6 @@ int Encode(int number, const ot95_value* values, std::size_t count, unsigned for
   if (const int status = type.Open(number)) return status;
   const unsigned kind = KindOf(type.id);
   if (kind == OT95_KIND_TEXT) return OT95_ERR_NOT_SUPPORTED;
-  if (const int status = CheckKinds(values, count, kind)) return status;
   return kind == OT95_KIND_BYTES ? EncodeBlobs(values, count, format, out)
                                  : EncodeFixed(type, values, count, format, out);
 }

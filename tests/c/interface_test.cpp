@@ -308,7 +308,8 @@ TEST(Native, ValuesAreStoredAndRead) {
 }
 
 TEST(Native, NeedTheKindOfTheType) {
-  ot95_buffer out = {nullptr, 0, 0};
+  unsigned char room[8];
+  ot95_buffer out = {room, sizeof room, 0};
   const ot95_value real = Real(1);
   EXPECT_EQ(ot95_encode(TypeOf("short"), &real, 1, 1, &out), OT95_ERR_ARGUMENT);
   EXPECT_EQ(ot95_encode(TypeOf("OtString"), &real, 1, 1, &out), OT95_ERR_NOT_SUPPORTED);

@@ -6,7 +6,7 @@ set -euo pipefail
 family='[A-Za-z_0-9]*(Store|Load|SizeGet|Compare)'
 public="(ot95_|Ot|d_|bks|OTDB_|___Ot|MemFile|CheckOtVersionNumber|DefaultConfig|DefaultTypeMgr)"
 public+="|(GetOtTypeMgrInfo|GetSystemTimeInMSSinceTheEpoch|overlaps|operator|HashString|HashOtString)"
-public+="|(CurrentFactory|LegacyFactory|ot95::(FindMarked|k(OrderTables|CodeSet[A-Z][a-z]+)))|$family(\\(|$)"
+public+="|(CurrentFactory|LegacyFactory|ot95::(FindMarked|FinishedKeys::|k(OrderTables|CodeSet[A-Z][a-z]+)))|$family(\\(|$)"
 strays=$(nm -DC --defined-only "$1"/libot95{Obs,Oin,Otms}.so |
   awk 'NF > 2 && !($2 == "V" && $3 ~ /^std::/) { $1 = $2 = ""; sub(/^ */, ""); print }' |
   grep -vE "^((vtable|typeinfo|typeinfo name) for )?($public)" || true)
