@@ -4,10 +4,12 @@
 /// @file
 /// Sorting of many texts by collation, several times as fast as with a comparison a step.
 ///
-///     std::vector<const OtString*> texts = ...;
-///     std::vector<unsigned long> order(texts.size());
-///     OtSortTexts(texts.data(), texts.size(), order.data());
-///     // *texts[order[0]] is the first
+/// @code
+///   OtString pear("pear"), apple("apple"), fig("fig");
+///   const OtString* texts[] = {&pear, &apple, &fig};
+///   unsigned long order[3];
+///   OtSortTexts(texts, 3, order);  // order[0] == 1
+/// @endcode
 
 #include "ot95/text.h"
 

@@ -25,7 +25,7 @@ int TranslateTexts(Stored& stored, unsigned char format, ot95_buffer* out) {
     return std::min<std::size_t>(result, length);
   };
   const std::unique_ptr<unsigned char[]> scratch(
-      new unsigned char[std::max(room, stored.size())]());
+      new unsigned char[std::max<std::size_t>(room, stored.size())]());
   const std::size_t size = translate(scratch.get(), room);
   if (size == 0) return OT95_ERR_NOT_SUPPORTED;
   const int status = Give(out, scratch.get(), size);

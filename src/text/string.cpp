@@ -351,7 +351,7 @@ namespace {
 
 /// As it stands: made of a string's members, its call would cost the others registers.
 OT95_KEPT_APART long CompareAnyTexts(const OtString& text1, const OtString& text2,
-                                    unsigned short cmpOp) {
+                                     unsigned short cmpOp) {
   return CompareSpans(TextSpan::Of(text1), TextSpan::Of(text2), cmpOp);
 }
 

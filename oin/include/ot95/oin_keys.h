@@ -4,10 +4,11 @@
 /// @file
 /// Finished keys: what a character sorts as in a language, in two loads.
 ///
-///     const ot95::FinishedKeys* keys = ot95::FinishedKeys::Of(9);  // Swedish
-///     const std::uint32_t key = keys->At(0xe5);
-///     if ((key & ot95::kLook) == 0) { ... }  // a letter, digit or ideograph that stands for
-///     itself
+/// @code
+///   const ot95::FinishedKeys* keys = ot95::FinishedKeys::Of(9);  // Swedish
+///   const std::uint32_t key = keys->At(0xe5);
+///   const bool standsForItself = (key & ot95::kLook) == 0;  // standsForItself == true
+/// @endcode
 ///
 /// A key is the comparable one of the character's record, tailored, with its script byte. Flags
 /// stand in bits that keys don't use. Whoever meets a flagged one asks the records: no flag is ever
