@@ -130,6 +130,8 @@ class OrderWalk {
   bool BetweenCharacters() const { return pending_ == nullptr; }
   const char* position() const { return position_; }
   unsigned char script() const { return script_; }
+  /// Goes on as behind a character of a script, which others take from it.
+  void SetScript(unsigned char script) { script_ = script; }
 
  private:
   friend class ::OtStringIterator;

@@ -22,8 +22,15 @@ bool IsLetterKey(std::uint32_t key) {
 template <class Take>
 void EachKey(const TextSpan& text, Take&& take) {
   TextSpan rest = text;
-  rest.text = TakeAlone(text, take);
+  std::uint32_t last = 0;
+  rest.text = TakeAlone(text, [&](std::uint32_t key) {
+    if (!take(key)) return false;
+    last = key;
+    return true;
+  });
+  rest.readable -= std::min(rest.readable, static_cast<std::size_t>(rest.text - text.text));
   OrderWalk walk(rest);
+  if (last != 0) walk.SetScript(static_cast<unsigned char>(last >> 24));
   while (const std::uint32_t key = walk.NextKey(true)) {
     if (!take(key)) return;
   }

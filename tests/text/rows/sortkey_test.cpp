@@ -28,6 +28,9 @@ constexpr std::array<unsigned short, 10> kOptions = {
     OT_CMP_IGNORE_CASE | OT_CMP_IGNORE_ACCENT | OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS,
     OT_CMP_ORDER_ONLY};
 
+/// Characters that take their script from what stands before, that don't count, and such.
+constexpr char16_t kOdd[] = u"\u00ad\ufff0\uffff\u2460\u200d\u0e32\u0e40";
+
 /// Random texts in one code set, row and form, any languages.
 class Texts {
  public:
@@ -88,6 +91,7 @@ class Texts {
                                      : kind == 1 ? 0x300 + Number(0x70)
                                      : kind == 2 ? 0x20 + Number(0x20)
                                      : kind == 3 ? 0x370 + Number(0x290)
+                                     : kind == 4 ? kOdd[Number(std::size(kOdd) - 1)]
                                                  : 'a' + Number(4));
     }
     return units;
