@@ -126,7 +126,9 @@ OtString FreeSeparator(OtTypeConvertData& data, unsigned long count) {
   constexpr int lastCandidate = 254;
   for (int candidate = firstCandidate; candidate <= lastCandidate; ++candidate) {
     OtString separator(static_cast<char>(candidate));
-    if (IsFree(separator, data, count)) return separator;
+    // One that weighs nothing in its collation would not be found again.
+    const bool isFound = PositionOf(separator, separator, 0) != kNotFound;
+    if (isFound && IsFree(separator, data, count)) return separator;
   }
   return OtString(kDefaultSeparator);
 }

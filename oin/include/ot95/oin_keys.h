@@ -6,7 +6,7 @@
 ///
 /// @code
 ///   const ot95::FinishedKeys* keys = ot95::FinishedKeys::Of(9);  // Swedish
-///   const std::uint32_t key = keys->At(0xe5);
+///   const std::uint32_t key = keys->Make('b') ? keys->At('b') : ot95::kLook;
 ///   const bool standsForItself = (key & ot95::kLook) == 0;  // standsForItself == true
 /// @endcode
 ///
