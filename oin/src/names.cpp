@@ -19,9 +19,10 @@ struct NumberedName {
 
 template <std::size_t count>
 unsigned char Find(const NumberedName (&names)[count], const char* texts, std::string_view wanted) {
-  const auto* found = std::lower_bound(
-      std::begin(names), std::end(names), wanted,
-      [&](const NumberedName& name, std::string_view text) { return texts + name.place < text; });
+  const auto* found = std::lower_bound(std::begin(names), std::end(names), wanted,
+                                       [&](const NumberedName& name, std::string_view text) {
+                                         return text.compare(texts + name.place) > 0;
+                                       });
   return found != std::end(names) && texts + found->place == wanted ? found->number : 0;
 }
 

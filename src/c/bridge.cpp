@@ -12,7 +12,7 @@ namespace ot95::c {
 namespace {
 
 constexpr int kCurrentTypes = 41, kOldTypes = 28;
-constexpr unsigned long kCurrentVersion = 5, kOldVersion = 3;
+constexpr unsigned long kOldVersion = 3;
 constexpr unsigned char kWithoutKey = 0x7f;
 
 }  // namespace

@@ -199,7 +199,13 @@ void PrintDate(OtString& out, const OtDate& date) {
   *end++ = '-';
   end = WriteTwo(end, date.day);
   *end = '\0';
-  AppendTo(out, text, end);
+  constexpr std::size_t kUsual = sizeof "2000-01-01";
+  const bool empty = out.MemLen() == 0 && out.GetCodeSetCode() == OtString::GetDefault8CodeSet();
+  if (!empty || end != text + kUsual - 1) return AppendTo(out, text, end);
+  char* const fresh = NewText(kUsual);
+  if (fresh == nullptr) return;
+  std::memcpy(fresh, text, kUsual);
+  TextAccess::Adopt(out, fresh, kUsual);
 }
 
 void PrintTemporal(OtString& out, const OtDate* date, const OtTime* time, const char* format) {

@@ -212,6 +212,49 @@ Decoded DecodeText(const Byte* s, std::size_t n, std::size_t limit, std::uint16_
   return at;
 }
 
+/// Texts up to this size are worth a loop without preparations.
+constexpr std::size_t kShortText = 64;
+using ShortUnits = std::array<std::uint16_t, kShortText + kBlock>;
+
+/// Decodes a short text of ASCII and two-byte sequences. @return its units, 0 for any other text.
+template <AtZero atZero>
+[[gnu::always_inline]] inline std::size_t DecodeShort(const Byte* s, std::size_t n,
+                                                      ShortUnits& units) {
+  const Byte* const end = s + n;
+  std::uint16_t* out = units.data();
+  while (kWordsFitThisMachine && end - s >= static_cast<std::ptrdiff_t>(kBlock)) {
+    std::uint64_t word;
+    std::memcpy(&word, s, sizeof word);
+    std::uint64_t marks = word & kHighBits;
+    if (atZero == AtZero::kStop) marks |= (word - kOnes) & ~word & kHighBits;
+    Widen(&word, out);
+    const std::size_t plain = marks == 0 ? kBlock : BeforeMark(marks, 8);
+    s += plain;
+    out += plain;
+    if (plain == kBlock) continue;
+    do {  // what follows such a letter is often one, too
+      if (end - s < 2 || s[0] < 0xc2 || s[0] >= 0xe0) return 0;
+      const unsigned second = s[1] ^ 0x80u;
+      if (second >= 0x40) return 0;
+      *out++ = static_cast<std::uint16_t>((s[0] & 0x1f) << 6 | second);
+      s += 2;
+    } while (s < end && *s >= 0x80);
+  }
+  while (s < end) {
+    const unsigned first = *s++;
+    if (first < 0x80) {
+      if (atZero == AtZero::kStop && first == 0) return 0;
+      *out++ = static_cast<std::uint16_t>(first);
+      continue;
+    }
+    if (s == end || first < 0xc2 || first >= 0xe0) return 0;
+    const unsigned second = *s++ ^ 0x80u;
+    if (second >= 0x40) return 0;
+    *out++ = static_cast<std::uint16_t>((first & 0x1f) << 6 | second);
+  }
+  return static_cast<std::size_t>(out - units.data());
+}
+
 /// Bytes of one unit: 1 to 3.
 constexpr std::size_t EncodedLength(std::uint16_t unit) {
   return unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
@@ -350,6 +393,25 @@ inline void WidenBlock(const char* block, char* units) {
   }
 }
 
+/// Widens a text of plain blocks, which needs no decoding, to where `target` answers: nowhere, or
+/// exactly as many units. @return false for any other text.
+template <std::size_t kSize, class Target>
+[[gnu::always_inline]] inline bool WidenBlocks(const char* s, std::size_t size, Target&& target) {
+  if (!ForBlocks<kSize>(size, [s](std::size_t at) { return IsPlain<kSize>(s + at); })) return false;
+  char* const units = target();
+  if (units == nullptr) return true;
+  return ForBlocks<kSize>(size, [=](std::size_t at) {
+    WidenBlock<kSize>(s + at, units + 2 * at);
+    return true;
+  });
+}
+template <class Target>
+[[gnu::always_inline]] inline bool WidenPlain(const char* s, std::size_t size, Target&& target) {
+  if (size >= 32) return WidenBlocks<32>(s, size, target);
+  if (size >= 8) return WidenBlocks<8>(s, size, target);
+  return size >= 4 && WidenBlocks<4>(s, size, target);
+}
+
 /// Memory for a text of `count` units, with the terminator; null after a failure.
 char* MakeUnits(std::size_t count) {
   const std::size_t bytes = 2 * count + 2;
@@ -397,6 +459,18 @@ int OtMultiByteStr2WCharStr(unsigned short* out, int outMax, char* s, int n) {
   if (s == nullptr) return 0;
   const std::size_t size = CountOf(n);
   const std::size_t room = out != nullptr ? CountOf(outMax) : 0;
+  if (size <= room && WidenPlain(s, size, [out] { return reinterpret_cast<char*>(out); })) {
+    return static_cast<int>(size);
+  }
+  if (size <= kShortText) {
+    ShortUnits nearby;
+    const std::size_t count =
+        DecodeShort<AtZero::kGoOn>(reinterpret_cast<const Byte*>(s), size, nearby);
+    if (count != 0) {
+      if (room != 0) std::memcpy(out, nearby.data(), 2 * std::min(count, room));
+      return static_cast<int>(count);
+    }
+  }
   // Blocks write beyond what they decode, which a caller's buffer may have other use for.
   std::array<std::uint16_t, kPieceBytes + kBlockUnits> piece;
   std::size_t bytes = 0;
@@ -423,30 +497,25 @@ long OtMultiByteString2OtString(const char* s, OtString& target, long n) {
   return OtMBS2OtString(s, target, n);
 }
 
-/// Takes a text of plain blocks, which needs no decoding; false for any other.
-template <std::size_t kSize>
-static bool TakePlain(const char* s, OtString& target, std::size_t size) {
-  if (!ForBlocks<kSize>(size, [s](std::size_t at) { return IsPlain<kSize>(s + at); })) return false;
-  char* const text = MakeUnits(size);
-  if (text != nullptr) {
-    ForBlocks<kSize>(size, [=](std::size_t at) {
-      WidenBlock<kSize>(s + at, text + 2 * at);
-      return true;
-    });
-  }
-  TakeUnits(target, text, size);
-  return true;
-}
-
-static bool TakePlain(const char* s, OtString& target, std::size_t size) {
-  if (size >= 32) return size < kMaxDecodedBytes && TakePlain<32>(s, target, size);
-  if (size >= 8) return TakePlain<8>(s, target, size);
-  return size >= 4 && TakePlain<4>(s, target, size);
-}
-
 long OtMBS2OtString(const char* s, OtString& target, long n) {
   const std::size_t size = s != nullptr ? CountOf(n) : 0;
-  if (TakePlain(s, target, size)) return static_cast<long>(size);
+  char* plain = nullptr;
+  if (size < kMaxDecodedBytes &&
+      WidenPlain(s, size, [&plain, size] { return plain = MakeUnits(size); })) {
+    TakeUnits(target, plain, size);
+    return static_cast<long>(size);
+  }
+  if (size <= kShortText) {
+    ShortUnits nearby;
+    const std::size_t count =
+        DecodeShort<AtZero::kStop>(reinterpret_cast<const Byte*>(s), size, nearby);
+    if (count != 0) {
+      char* const text = MakeUnits(count);
+      if (text != nullptr) std::memcpy(text, nearby.data(), 2 * count);
+      TakeUnits(target, text, count);
+      return static_cast<long>(size);
+    }
+  }
   const std::size_t limit = std::min(size, kMaxDecodedBytes);
   const std::size_t room =
       limit + kBlockUnits;  // so that the last units are decoded as a block, too

@@ -30,9 +30,9 @@ class KeyMatch {
   KeyMatch(KeysOf<Unit> keys, const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp)
       : keys_(keys), levels_(cmpOp), text_(text), pattern_(pattern) {}
 
-  /// From two places on. @param differences of what stands before. @return kUndecided, or what
-  /// decides.
-  long Run(const char* text, const char* pattern, Differences differences) const {
+  /// From two places on, before which nothing differs. @return kUndecided, or what decides.
+  long Run(const char* text, const char* pattern) const {
+    Differences differences;
     for (;; text += sizeof(Unit), pattern += sizeof(Unit)) {
       const std::uint32_t sought = SoughtAt(pattern, pattern_.text);
       if (sought == kStar) break;
@@ -167,130 +167,129 @@ class KeyMatch {
   const TextSpan& pattern_;
 };
 
+const char* BeginOf(const char* text) {
+  return text;
+}
+const char* BeginOf(const TextSpan& text) {
+  return text.text;
+}
+
+/// What else is known of a match: fits a register.
+struct Known {
+  TextLabels labels;  ///< Of terminated texts; the readable bytes are the text's.
+  unsigned short cmpOp;
+};
+
 /// The two texts, as the loops read them.
 struct Spans {
   const TextSpan& text;
   const TextSpan& pattern;
 
-  const char* Text() const { return text.text; }
-  const char* Pattern() const { return pattern.text; }
   template <class Unit>
-  unsigned InText(const char* place) const {
-    return UnitOf<Unit>(place, text.end);
+  unsigned InText(std::size_t at) const {
+    return UnitOf<Unit>(text.text + at, text.end);
   }
   template <class Unit>
-  unsigned InPattern(const char* place) const {
-    return UnitOf<Unit>(place, pattern.end);
+  unsigned InPattern(std::size_t at) const {
+    return UnitOf<Unit>(pattern.text + at, pattern.end);
   }
-  std::size_t Readable() const { return text.readable; }
-  const TextSpan& TextSpanOf() const { return text; }
-  const TextSpan& PatternSpanOf() const { return pattern; }
+  std::size_t Readable(Known) const { return text.readable; }
+  const TextSpan& Text(Known) const { return text; }
+  const TextSpan& Pattern(Known) const { return pattern; }
 };
 struct Terminated {
   const char* text;
   const char* pattern;
-  TextLabels labels;
 
-  const char* Text() const { return text; }
-  const char* Pattern() const { return pattern; }
   template <class Unit>
-  static unsigned InText(const char* place) {
-    return LoadAs<Unit>(place);
+  unsigned InText(std::size_t at) const {
+    return LoadAs<Unit>(text + at);
   }
   template <class Unit>
-  static unsigned InPattern(const char* place) {
-    return LoadAs<Unit>(place);
+  unsigned InPattern(std::size_t at) const {
+    return LoadAs<Unit>(pattern + at);
   }
-  std::size_t Readable() const { return labels.readable; }
-  TextSpan TextSpanOf() const {
+  std::size_t Readable(Known known) const { return known.labels.readable; }
+  TextSpan Text(Known known) const {
+    const TextLabels labels = known.labels;
     return {text, kUnbounded, labels.readable, labels.codeSet, labels.language, false};
   }
-  TextSpan PatternSpanOf() const {
-    return TextSpan::Terminated(pattern, labels.codeSet, labels.language);
+  TextSpan Pattern(Known known) const {
+    return TextSpan::Terminated(pattern, known.labels.codeSet, known.labels.language);
   }
 };
 
-/// From two places on, whatever stands there.
+// These two have their arguments in registers: a loop that ends in one of them needs no frame.
+
+/// From a place in both texts on, before which nothing differs.
 template <class Unit, class Texts>
-[[gnu::noinline]] long MatchOn(KeysOf<Unit> keys, Texts texts, unsigned short cmpOp,
-                               const char* inText, const char* inPattern, int accent, int case_) {
-  const TextSpan& text = texts.TextSpanOf();
-  const TextSpan& pattern = texts.PatternSpanOf();
-  const long sign =
-      KeyMatch<Unit>(keys, text, pattern, cmpOp).Run(inText, inPattern, {0, accent, case_, 0});
-  return sign != kUndecided ? sign : WalkSpans(text, pattern, cmpOp);
+[[gnu::noinline]] long MatchOn(KeysOf<Unit> keys, Texts texts, std::size_t at, Known known) {
+  const TextSpan& text = texts.Text(known);
+  const TextSpan& pattern = texts.Pattern(known);
+  const KeyMatch<Unit> match(keys, text, pattern, known.cmpOp);
+  const long sign = match.Run(text.text + at, pattern.text + at);
+  return sign != kUndecided ? sign : WalkSpans(text, pattern, known.cmpOp);
 }
 
-/// From a star on, before which nothing differs: a part of letters that ends the pattern stands at
-/// the end of the text, or doesn't.
+/// From a star on: a part of letters that ends the pattern stands at the end of the text, or
+/// doesn't.
 template <class Unit, class Texts>
-[[gnu::noinline]] long MatchTail(KeysOf<Unit> keys, Texts texts, unsigned short cmpOp,
-                                 const char* inText, const char* star) {
-  const char* const tail = star + sizeof(Unit);
+[[gnu::noinline]] long MatchTail(KeysOf<Unit> keys, Texts texts, std::size_t star, Known known) {
+  const std::size_t tail = star + sizeof(Unit);
   const unsigned first = texts.template InPattern<Unit>(tail);
   if (first == 0) return 0;
-  const char* patternEnd = tail + sizeof(Unit);
+  std::size_t patternEnd = tail + sizeof(Unit);
   while (texts.template InPattern<Unit>(patternEnd) != 0) patternEnd += sizeof(Unit);
-  const auto passed = static_cast<std::size_t>(inText - texts.Text());
-  const char* textEnd =
-      texts.Text() + PassText<sizeof(Unit)>(texts.Text(), passed, texts.Readable());
+  const auto& [text, pattern] = texts;
+  std::size_t textEnd = PassText<sizeof(Unit)>(BeginOf(text), star, texts.Readable(known));
   while (texts.template InText<Unit>(textEnd) != 0) textEnd += sizeof(Unit);
-  const std::uint32_t mask = MaskOf(cmpOp);
+  const std::uint32_t mask = MaskOf(known.cmpOp);
   std::uint32_t flags = keys.At(first) & kJoins;
-  while (patternEnd != tail && textEnd != inText && flags == 0) {
+  while (patternEnd != tail && textEnd != star && flags == 0) {
     patternEnd -= sizeof(Unit);
     textEnd -= sizeof(Unit);
-    const std::uint32_t sought = keys.At(LoadAs<Unit>(patternEnd));
-    const std::uint32_t met = keys.At(LoadAs<Unit>(textEnd));
+    const std::uint32_t sought = keys.At(LoadAs<Unit>(BeginOf(pattern) + patternEnd));
+    const std::uint32_t met = keys.At(LoadAs<Unit>(BeginOf(text) + textEnd));
     flags = (sought | met) & kLook;
     if (flags == 0 && ((sought ^ met) & mask) != 0) return -1;
   }
   if (patternEnd == tail && flags == 0) return 0;
-  return MatchOn<Unit>(keys, texts, cmpOp, inText, star, 0, 0);
+  return MatchOn<Unit>(keys, texts, star, known);
 }
 
-/// Unit by unit, up to the first star or what isn't as plain.
+/// Unit by unit, up to the first star, the first difference, or what isn't as plain.
 template <class Unit, class Texts>
 [[gnu::always_inline]] inline long MatchByKeys(const KeysOf<Unit> keys, const Texts texts,
-                                               unsigned short cmpOp) {
-  const char* inText = texts.Text();
-  const char* inPattern = texts.Pattern();
-  int accent = 0;
-  int case_ = 0;
-  for (;; inText += sizeof(Unit), inPattern += sizeof(Unit)) {
-    const std::uint32_t key = keys.At(texts.template InText<Unit>(inText));
-    const std::uint32_t sought = keys.At(texts.template InPattern<Unit>(inPattern));
+                                               Known known) {
+  for (std::size_t at = 0;; at += sizeof(Unit)) {
+    const std::uint32_t key = keys.At(texts.template InText<Unit>(at));
+    const std::uint32_t sought = keys.At(texts.template InPattern<Unit>(at));
     const unsigned short wildcard = (sought & kLook) != 0 ? OrderOfKey(sought) : 0;
-    if (wildcard != 0 && wildcard == asterisk.Known() && (accent | case_) == 0) {
-      return MatchTail<Unit>(keys, texts, cmpOp, inText, inPattern);
+    if (wildcard != 0 && wildcard == asterisk.Known()) {
+      return MatchTail<Unit>(keys, texts, at, known);
     }
     const bool any = wildcard != 0 && wildcard == question.Known();
-    if ((key & kLook) != 0 || ((sought & kLook) != 0 && !any)) break;
-    if (JoinsEither<Unit>(keys, texts.template InText<Unit>(inText + sizeof(Unit)),
-                          texts.template InPattern<Unit>(inPattern + sizeof(Unit)))) {
-      break;
+    if ((key & kLook) != 0 || ((sought & kLook) != 0 && !any) ||
+        JoinsEither<Unit>(keys, texts.template InText<Unit>(at + sizeof(Unit)),
+                          texts.template InPattern<Unit>(at + sizeof(Unit)))) {
+      return MatchOn<Unit>(keys, texts, at, known);
     }
-    if (any) continue;
+    if (any || key == sought) continue;
     if (((key ^ sought) & 0xffffff00) != 0) return key < sought ? -1 : 1;
-    const int accents = static_cast<int>(key & 0x1f) - static_cast<int>(sought & 0x1f);
-    const int cases = static_cast<int>(sought & 0x60) - static_cast<int>(key & 0x60);
-    if (accents != 0) accent = accents;
-    if (case_ == 0) case_ = cases;
+    return MatchOn<Unit>(keys, texts, at, known);
   }
-  return MatchOn<Unit>(keys, texts, cmpOp, inText, inPattern, (accent > 0) - (accent < 0),
-                       (case_ > 0) - (case_ < 0));
 }
 
 }  // namespace
 
 long MatchWide(WideKeys keys, const char* text, const char* pattern, TextLabels labels,
                unsigned short cmpOp) {
-  return MatchByKeys<std::uint16_t>(keys, Terminated{text, pattern, labels}, cmpOp);
+  return MatchByKeys<std::uint16_t>(keys, Terminated{text, pattern}, {labels, cmpOp});
 }
 
 long MatchInStep(const TextSpan& text, const TextSpan& pattern, unsigned short cmpOp) {
   return WithKeys<long>(text, kUndecided, [&](auto unit, auto keys) {
-    return MatchByKeys<decltype(unit)>(keys, Spans{text, pattern}, cmpOp);
+    return MatchByKeys<decltype(unit)>(keys, Spans{text, pattern}, {{}, cmpOp});
   });
 }
 
