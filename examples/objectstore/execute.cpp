@@ -106,14 +106,29 @@ struct Waiting {
   std::vector<View> members;
 };
 
-bool ComesBefore(const Query& query, const Waiting& a, const Waiting& b, unsigned char form) {
+/// Three-way.
+long CompareWaiting(const Query& query, const Waiting& a, const Waiting& b, unsigned char form) {
   for (std::size_t i = 0; i < query.orders.size(); ++i) {
     const auto& order = query.orders[i];
     const long sign = CompareStored(query.type->members[order.member], a.members[i], b.members[i],
                                     OT_CMP_NO_WILDCARDS, form);
-    if (sign != 0) return order.descending ? sign > 0 : sign < 0;
+    if (sign != 0) return order.descending ? -sign : sign;
   }
-  return false;
+  return 0;
+}
+
+/// Those of the first member that orders; none where a value has no sort key.
+std::vector<std::uint64_t> HeadsOf(const Query& query, const std::vector<Waiting>& waiting,
+                                   unsigned char form) {
+  const auto& first = query.orders.front();
+  std::vector<std::uint64_t> heads;
+  heads.reserve(waiting.size());
+  for (const Waiting& each : waiting) {
+    const auto head = HeadOf(query.type->members[first.member], each.members.front(), form);
+    if (!head) return {};
+    heads.push_back(first.descending ? ~*head : *head);
+  }
+  return heads;
 }
 
 Visitor UpTo(std::size_t limit, std::size_t& count, const Visitor& visitor) {
@@ -133,11 +148,13 @@ Tally ExecuteInOrder(const Store& store, lmdb::txn& txn, const Query& query, con
                         waiting.push_back(std::move(next));
                         return true;
                       }).Run(plan);
-  std::stable_sort(waiting.begin(), waiting.end(), [&](const Waiting& a, const Waiting& b) {
-    return ComesBefore(query, a, b, form);
-  });
-  if (query.limit && waiting.size() > *query.limit) waiting.resize(*query.limit);
-  for (const Waiting& each : waiting) {
+  std::vector<std::size_t> order = OrderByHeads(
+      HeadsOf(query, waiting, form), waiting.size(), [&](std::size_t a, std::size_t b) {
+        return CompareWaiting(query, waiting[a], waiting[b], form);
+      });
+  if (query.limit && order.size() > *query.limit) order.resize(*query.limit);
+  for (const std::size_t number : order) {
+    const Waiting& each = waiting[number];
     if (!visitor(each.id, Record(*query.type, each.record, form))) break;
   }
   return tally;

@@ -49,6 +49,18 @@ unsigned char KeyFormat(char type, unsigned char form) {
   return Types().IsFixed(type) ? form : static_cast<unsigned char>(form | kKeyBit);
 }
 
+std::optional<std::uint64_t> HeadOf(const Member& member, View stored, unsigned char form) {
+  if (stored.empty()) return {};  // of a damaged record
+  unsigned char bytes[sizeof(std::uint64_t)] = {};
+  int status = 0;
+  Types().SortKey(member.type, bytes, sizeof bytes, stored.data(), stored.size(),
+                  OT_CMP_NO_WILDCARDS, member.count, form, status);
+  if (status != 0 && status != OT_ERR_END_OF_DATA) return {};
+  std::uint64_t head = 0;
+  for (const unsigned char byte : bytes) head = head << 8 | byte;
+  return head;
+}
+
 int CompareKeys(char type, View key1, View key2, const KeyKind& kind) {
   if (kind.byteOrder) {
     const int sign = std::memcmp(key1.data(), key2.data(), std::min(key1.size(), key2.size()));

@@ -3,6 +3,12 @@
 
 #include <lmdb.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+#include <optional>
+#include <vector>
+
 #include "bytes.h"
 #include "schema.h"
 
@@ -26,6 +32,25 @@ Bytes KeyOf(const Member& member, View stored, const KeyKind& kind);
 
 /// The format byte of a type's keys.
 unsigned char KeyFormat(char type, unsigned char form);
+
+/// The beginning of a stored value's sort key as a number: values with different heads order like
+/// these, which spares comparing them. Nothing for a value without a sort key.
+std::optional<std::uint64_t> HeadOf(const Member& member, View stored, unsigned char form);
+
+/// The order of as many things by their heads, and by `compare` of their numbers where these don't
+/// tell; what compares equal keeps its order. @param heads made by HeadOf, or empty: none has one.
+template <class Compare>
+std::vector<std::size_t> OrderByHeads(const std::vector<std::uint64_t>& heads, std::size_t count,
+                                      Compare&& compare) {
+  std::vector<std::size_t> order(count);
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    if (!heads.empty() && heads[a] != heads[b]) return heads[a] < heads[b];
+    const long sign = compare(a, b);
+    return sign != 0 ? sign < 0 : a < b;
+  });
+  return order;
+}
 
 /// Three-way comparison of two keys.
 int CompareKeys(char type, View key1, View key2, const KeyKind& kind);

@@ -312,15 +312,16 @@ void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees
                        const std::vector<Bytes>& ids, const std::vector<Bytes>& records) {
   const Member& member = trees.type->members[index.member];
   std::vector<Bytes> keys;
+  std::vector<std::uint64_t> heads;
   keys.reserve(records.size());
+  heads.reserve(records.size());
   for (const Bytes& bytes : records) {
-    const Record record(*trees.type, bytes, schema_.form);
-    keys.push_back(KeyOf(member, record.MemberAt(index.member), Keys()));
+    const View stored = Record(*trees.type, bytes, schema_.form).MemberAt(index.member);
+    keys.push_back(KeyOf(member, stored, Keys()));
+    heads.push_back(HeadOf(member, stored, schema_.form).value_or(0));
   }
-  std::vector<std::size_t> order(keys.size());
-  std::iota(order.begin(), order.end(), 0U);
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return CompareKeys(member.type, keys[a], keys[b], Keys()) < 0;
+  const auto order = OrderByHeads(heads, keys.size(), [&](std::size_t a, std::size_t b) {
+    return CompareKeys(member.type, keys[a], keys[b], Keys());
   });
   // A cursor finds a neighbour of its last entry without a way down the tree.
   auto cursor = lmdb::cursor::open(txn, index.all);

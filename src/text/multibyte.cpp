@@ -236,7 +236,7 @@ template <AtZero atZero>
       if (end - s < 2 || s[0] < 0xc2 || s[0] >= 0xe0) return 0;
       const unsigned second = s[1] ^ 0x80u;
       if (second >= 0x40) return 0;
-      *out++ = static_cast<std::uint16_t>((s[0] & 0x1f) << 6 | second);
+      *out++ = static_cast<std::uint16_t>((s[0] & 0x1fU) << 6 | second);
       s += 2;
     } while (s < end && *s >= 0x80);
   }
