@@ -118,15 +118,17 @@ long CompareWaiting(const Query& query, const Waiting& a, const Waiting& b, unsi
 }
 
 /// Those of the first member that orders; none where a value has no sort key.
-std::vector<std::uint64_t> HeadsOf(const Query& query, const std::vector<Waiting>& waiting,
-                                   unsigned char form) {
+std::vector<Head> HeadsOf(const Query& query, const std::vector<Waiting>& waiting,
+                          unsigned char form) {
   const auto& first = query.orders.front();
-  std::vector<std::uint64_t> heads;
+  std::vector<Head> heads;
   heads.reserve(waiting.size());
   for (const Waiting& each : waiting) {
-    const auto head = HeadOf(query.type->members[first.member], each.members.front(), form);
+    auto head = HeadOf(query.type->members[first.member], each.members.front(), form);
     if (!head) return {};
-    heads.push_back(first.descending ? ~*head : *head);
+    if (first.descending) head->number = ~head->number;
+    head->whole = head->whole && query.orders.size() == 1;
+    heads.push_back(*head);
   }
   return heads;
 }

@@ -49,15 +49,15 @@ unsigned char KeyFormat(char type, unsigned char form) {
   return Types().IsFixed(type) ? form : static_cast<unsigned char>(form | kKeyBit);
 }
 
-std::optional<std::uint64_t> HeadOf(const Member& member, View stored, unsigned char form) {
+std::optional<Head> HeadOf(const Member& member, View stored, unsigned char form) {
   if (stored.empty()) return {};  // of a damaged record
   unsigned char bytes[sizeof(std::uint64_t)] = {};
   int status = 0;
   Types().SortKey(member.type, bytes, sizeof bytes, stored.data(), stored.size(),
                   OT_CMP_NO_WILDCARDS, member.count, form, status);
   if (status != 0 && status != OT_ERR_END_OF_DATA) return {};
-  std::uint64_t head = 0;
-  for (const unsigned char byte : bytes) head = head << 8 | byte;
+  Head head{0, status == 0};
+  for (const unsigned char byte : bytes) head.number = head.number << 8 | byte;
   return head;
 }
 

@@ -34,18 +34,26 @@ Bytes KeyOf(const Member& member, View stored, const KeyKind& kind);
 unsigned char KeyFormat(char type, unsigned char form);
 
 /// The beginning of a stored value's sort key as a number: values with different heads order like
-/// these, which spares comparing them. Nothing for a value without a sort key.
-std::optional<std::uint64_t> HeadOf(const Member& member, View stored, unsigned char form);
+/// these, which spares comparing them.
+struct Head {
+  std::uint64_t number = 0;
+  bool whole = false;  ///< That is all of the key: equal heads are equal values.
+};
+/// Nothing for a value without a sort key.
+std::optional<Head> HeadOf(const Member& member, View stored, unsigned char form);
 
 /// The order of as many things by their heads, and by `compare` of their numbers where these don't
 /// tell; what compares equal keeps its order. @param heads made by HeadOf, or empty: none has one.
 template <class Compare>
-std::vector<std::size_t> OrderByHeads(const std::vector<std::uint64_t>& heads, std::size_t count,
+std::vector<std::size_t> OrderByHeads(const std::vector<Head>& heads, std::size_t count,
                                       Compare&& compare) {
   std::vector<std::size_t> order(count);
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    if (!heads.empty() && heads[a] != heads[b]) return heads[a] < heads[b];
+    if (!heads.empty()) {
+      if (heads[a].number != heads[b].number) return heads[a].number < heads[b].number;
+      if (heads[a].whole && heads[b].whole) return a < b;
+    }
     const long sign = compare(a, b);
     return sign != 0 ? sign < 0 : a < b;
   });

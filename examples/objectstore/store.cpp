@@ -312,13 +312,13 @@ void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees
                        const std::vector<Bytes>& ids, const std::vector<Bytes>& records) {
   const Member& member = trees.type->members[index.member];
   std::vector<Bytes> keys;
-  std::vector<std::uint64_t> heads;
+  std::vector<Head> heads;
   keys.reserve(records.size());
   heads.reserve(records.size());
   for (const Bytes& bytes : records) {
     const View stored = Record(*trees.type, bytes, schema_.form).MemberAt(index.member);
     keys.push_back(KeyOf(member, stored, Keys()));
-    heads.push_back(HeadOf(member, stored, schema_.form).value_or(0));
+    heads.push_back(HeadOf(member, stored, schema_.form).value_or(Head{}));
   }
   const auto order = OrderByHeads(heads, keys.size(), [&](std::size_t a, std::size_t b) {
     return CompareKeys(member.type, keys[a], keys[b], Keys());
