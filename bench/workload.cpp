@@ -27,9 +27,11 @@ void AddTimed(const Workload& workload, const char* side, const Action& action) 
 
 /// Operations that a count is the mean of: all the names of a corpus, or few of what takes long.
 int Operations(const Action& action) {
+  constexpr std::chrono::milliseconds kBudget(50);
   const auto start = std::chrono::steady_clock::now();
   action();
-  return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(2) ? 1 : 20000;
+  const auto taken = std::chrono::steady_clock::now() - start + std::chrono::nanoseconds(1);
+  return static_cast<int>(std::clamp<long>(static_cast<long>(kBudget / taken), 1, 20000));
 }
 
 /// Twice, as now and then a count takes in what isn't the program's: the lesser one is right.
