@@ -32,7 +32,7 @@ check-orders: setup-test
 bench-check: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/corpora build/corpora
-	@LOCPATH=build/locale scripts/bench-check build/corpora
+	@scripts/bench-check build/corpora
 
 setup-run setup-examples setup-test setup-bench:
 	@scripts/setup $(@:setup-%=%)

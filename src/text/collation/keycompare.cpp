@@ -1,9 +1,8 @@
 #include "text/collation/keycompare.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
+#include "text/collation/alike.h"
 #include "text/collation/walk.h"
 #include "text/rows/stored.h"
 
@@ -36,28 +35,11 @@ struct Words {
   }
 };
 
-constexpr bool HasZeroWord(std::uint64_t words) {
-  return ((words - 0x0001000100010001) & ~words & 0x8000800080008000) != 0;
-}
-
-// Four words at a time while they are the same, and none ends the text; then to the first that
-// isn't.
-void PassEqual(Words& words1, Words& words2) {
-  auto left = std::min(words1.end - words1.at, words2.end - words2.at);
-  std::ptrdiff_t passed = 0;
-  for (; left - passed >= 8; passed += 8) {
-    std::uint64_t four1 = 0;
-    std::uint64_t four2 = 0;
-    std::memcpy(&four1, words1.at + passed, sizeof four1);
-    std::memcpy(&four2, words2.at + passed, sizeof four2);
-    if (HasZeroWord(four1)) break;
-    if (four1 != four2) {
-      if (std::endian::native == std::endian::little) {
-        passed += std::countr_zero(four1 ^ four2) / 16 * 2;
-      }
-      break;
-    }
-  }
+// To the first words that aren't the same, or end the text.
+void PassEqualWords(Words& words1, Words& words2) {
+  const auto left =
+      static_cast<std::size_t>(std::min(words1.end - words1.at, words2.end - words2.at));
+  const std::size_t passed = PassEqual<sizeof(std::uint16_t)>(words1.at, words2.at, 0, left);
   words1.at += passed;
   words2.at += passed;
 }
@@ -84,7 +66,7 @@ constexpr unsigned kLetterRank = 0x7f;
 [[gnu::always_inline]] inline int CompareLetterWords(Words& words1, Words& words2, bool reversed,
                                                      Differences& differences) {
   for (;;) {
-    PassEqual(words1, words2);
+    PassEqualWords(words1, words2);
     const unsigned short word1 = words1.Peek(reversed);
     const unsigned short word2 = words2.Peek(reversed);
     if (!IsLetterWord(word1) || !IsLetterWord(word2)) return 0;
