@@ -34,12 +34,12 @@ int Operations(const Action& action) {
   return static_cast<int>(std::clamp<long>(static_cast<long>(kBudget / taken), 1, 20000));
 }
 
-/// Twice, as now and then a count takes in what isn't the program's: the lesser one is right.
+/// Three times, as now and then a count takes in what isn't the program's: the least is right.
 void CountSide(const Workload& workload, const char* side, const Action& action) {
   action();
   const int operations = Operations(action);
   const std::string label = workload.name + side + "/" + std::to_string(operations);
-  for (int round = 0; round < 2; ++round) {
+  for (int round = 0; round < 3; ++round) {
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_ZERO_STATS;
     for (int i = 0; i < operations; ++i) action();
