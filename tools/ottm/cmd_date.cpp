@@ -150,7 +150,7 @@ Answer Overlaps(const Arguments& arguments) {
 }
 
 template <class T>
-Answer Compare(const Arguments& arguments) {
+Answer CompareTwo(const Arguments& arguments) {
   const int order = Parse<T>(arguments, 0) != Parse<T>(arguments, 1);
   return ValueAnswer((order > 0) - (order < 0));
 }
@@ -226,7 +226,7 @@ class Date : public Command {
   Answer RunFor() const {
     if (operation_ == "add") return Add<T>(arguments_);
     if (operation_ == "diff") return Diff<T>(arguments_);
-    if (operation_ == "compare") return Compare<T>(arguments_);
+    if (operation_ == "compare") return CompareTwo<T>(arguments_);
     if (operation_ == "overlaps") return Overlaps<T>(arguments_);
     return OfDay<T>(operation_, arguments_);
   }
