@@ -1,3 +1,5 @@
+// Words of real languages to measure on, read into the forms that each side wants.
+
 #include "corpus.h"
 
 #include <unicode/uchar.h>
