@@ -1,13 +1,13 @@
 """What must hold of the orders before they are written, and a report of how they came out."""
 
 from alphabets import OTHER
-from orders import DIGIT
+from orders import DIGIT, FIRST_VARIANT, most_words
 from tailoring import FIRST_MARK
 
 
 def check(database, orders, members):
     for code in database.chars:
-        check_order(code, orders.of[code])
+        check_order((code,), orders.of[code])
     check_marks(database, orders)
     for code in range(0x200):
         assert code in orders.of, hex(code)
@@ -20,7 +20,7 @@ def check(database, orders, members):
         check_byte(orders, byte)
 
 
-MARKS = range(0x150, 0x3f8)     # As the library's headers say.
+MARKS = range(FIRST_VARIANT, 0x3f8)     # As the library's headers say.
 
 
 def check_marks(database, orders):
@@ -38,9 +38,9 @@ def own_orders(language):
 
 
 def check_order(name, order):
-    assert 1 <= len(order.words) <= 2, name
+    assert 1 <= len(order.words) <= most_words(name), name
     assert len(order.words) == 1 or order.words[0] >= DIGIT, name
-    assert all(0 < word < 0xfff0 for word in order.words) or name == 0, name
+    assert all(0 < word < 0xfff0 for word in order.words) or name == (0,), name
     assert order.script <= OTHER, name
     if order.script == 0:
         assert order.words[0] < 0x4000, name

@@ -14,7 +14,8 @@ small letters; capitals and the cases of a contraction follow by themselves.
     ^ęė      these keep their accent numbers but in this order
     pinyin   ideographs in the order of ideographs.py; also: strokes, JIS
     kana     Japanese marks that repeat, as kana.py tells
-    CLDR     in the place of all: the script's whole alphabet, laid out by the rules of CLDR
+    CLDR     in the place of all: the script's whole alphabet, laid out by the rules of CLDR, as
+             layout.py and syllables.py tell
     I|ı      a capital with the small letter of another
 """
 
@@ -108,6 +109,8 @@ LANGUAGES = [
     (72, 'hsb', 'Upper Sorbian', 1, 'č=c.1 ć=c.3 ě=e.1 ch=h.1 ł=k.1 ř=r.1 š=s.1 ž=z.1 ź=z.2'),
     (73, 'dsb', 'Lower Sorbian', 1,
      'č=c.1 ć=c.3 ě=e.1 ch=h.1 ł=k.1 ń=n.1 ŕ=r.1 š=s.1 ś=s.3 ž=z.1 ź=z.2'),
+    (74, 'my', 'Burmese', 0x12, 'CLDR'),
+    (75, 'km', 'Khmer', 0x12, 'CLDR ^៎៏៑័ៈ៝់៉៊៍'),
     (0x60, 'de-phonebook', 'German, phone book', 1, 'ä&ae ö&oe ü&ue'),
     (0x61, 'es-traditional', 'Spanish, traditional', 1, 'ch=c.1 ll=l.1 ñ=n.1'),
     (0x62, 'sv-traditional', 'Swedish, traditional', 1, SV + ' w~v'),

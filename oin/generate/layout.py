@@ -43,14 +43,7 @@ class Layout:
                     and common.original(code) == code \
                     and self.db.chars[code].tag not in POSITIONAL:
                 keyed.append((items[0] + (code,)))
-        keyed.sort()
-        result, last = [], (None, None)
-        for primary, weights, _, code in keyed:
-            level = rules.PRIMARY if primary != last[0] else \
-                rules.SECONDARY if weights != last[1] else rules.TERTIARY
-            result.append(((code,), level))
-            last = (primary, weights)
-        return result
+        return rules.items(keyed)
 
     def _place(self, groups):
         """Slots in rising order; rare letters share that of the letter before them where there are
@@ -106,7 +99,7 @@ class Layout:
         for string, word in self.words.items():
             if len(string) > 1:
                 yield string, Order(self.script, (word,))
-        for string, letters in self.spelled.items():
+        for string, (letters, _) in self.spelled.items():
             words = [self.words[code,] for code in letters]
             slot = words[0] & 0x7f
             number = self.used[slot]

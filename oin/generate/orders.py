@@ -17,6 +17,17 @@ CASE = 0x3000       # The case field of a letter's word.
 SHARED_SPACE = 0x0d  # Of all controls and format characters that leave no trace in a text.
 SYMBOL, DIGIT, DIGIT_END = 0x50, 0x3f00, 0x3fff
 FIRST_FREE_SYMBOL = 0x100
+FIRST_VARIANT = 0x148   # Eight marks that no character has, for letters whose words have no accent.
+# Characters that take more than two words, and how many they may take.
+LONG, LONGEST = [(0x1023, 0x102a), (0x104c, 0x104f), (0x17a3, 0x17b3), (0xfb03, 0xfb04)], 5
+
+
+def most_words(string):
+    """How many words a string of characters may take; the room for keys is reckoned by it."""
+    return sum(LONGEST if any(first <= code <= last for first, last in LONG) else 2
+               for code in string)
+
+
 # Symbol numbers that people see when an index key is printed.
 SYMBOLS = {
     '_': 0x20, '\u00af': 0x22, '\u00ad': 0x23, '-': 0x24, ',': 0x25, ';': 0x26, ':': 0x27,
@@ -354,15 +365,10 @@ class Orders:
                 self.of[code] = target.cased(0 if char.category == 'Lu' else 2)
 
     def _ligatures(self):
-        """The ligatures of f and s are their letters; those of three letters, for which two words
-        have no room, an f of another form and the last letter."""
-        def plain(letter):
-            return self.of[ord(letter)].words[0]
+        """The ligatures of f and s are their letters."""
         for code, letters in LIGATURES.items():
-            first = plain(letters[0])
-            if len(letters) == 3:
-                first = alphabets.with_accent(first, alphabets.FORM)
-            self.of[code] = Order(LATIN, (first, plain(letters[-1])))
+            words = tuple(self.of[ord(letter)].words[0] for letter in letters)
+            self.of[code] = Order(LATIN, words)
 
     def _multiple_words(self):
         """Letters that found no accent number: the letter and the mark as a symbol."""

@@ -7,8 +7,8 @@ level it differs from the one before it. The rules move letters, and put strings
 import os
 import re
 
-PRIMARY, SECONDARY, TERTIARY = 1, 2, 3
-SIGNS = {'<': PRIMARY, '<<': SECONDARY, '<<<': TERTIARY, '=': TERTIARY}
+PRIMARY, SECONDARY, TERTIARY, IDENTICAL = 1, 2, 3, 4
+SIGNS = {'<': PRIMARY, '<<': SECONDARY, '<<<': TERTIARY, '=': IDENTICAL}
 # What stands in a rule beside letters and leaves no trace: directions of writing.
 MARKS_OF_DIRECTION = dict.fromkeys((0x200e, 0x200f, 0x61c))
 TOKEN = re.compile(r'(&|<<<\*?|<<\*?|<\*?|=\*?)|\[([^]]*)\]|\'([^\']*)\'|\\u([0-9A-Fa-f]{4})'
@@ -41,6 +41,17 @@ def tokens(text):
         yield 'string', string
 
 
+def items(keyed):
+    """Letters in the order of (primary, secondary weights, tertiary, code), each with the level of
+    its difference from the one before."""
+    result, last = [], (None, None)
+    for primary, weights, _, code in sorted(keyed):
+        level = PRIMARY if primary != last[0] else SECONDARY if weights != last[1] else TERTIARY
+        result.append(((code,), level))
+        last = (primary, weights)
+    return result
+
+
 class Letters:
     """Strings in order; `level` of each is that of its difference from the one before."""
 
@@ -48,7 +59,7 @@ class Letters:
         self.strings = [string for string, _ in items]
         self.level = dict(items)
 
-    def _drop(self, string):
+    def drop(self, string):
         if string in self.level:
             place = self.strings.index(string)
             level = self.level.pop(string)
@@ -58,7 +69,7 @@ class Letters:
                 self.level[after] = min(level, self.level[after])
 
     def put_behind(self, anchor, string, level):
-        self._drop(string)
+        self.drop(string)
         place = self.strings.index(anchor) + 1
         while place < len(self.strings) and self.level[self.strings[place]] > level:
             place += 1
@@ -66,7 +77,7 @@ class Letters:
         self.level[string] = level
 
     def put_before(self, anchor, string, level):
-        self._drop(string)
+        self.drop(string)
         place = self.strings.index(anchor)
         while self.level[self.strings[place]] > level:
             place -= 1
@@ -88,7 +99,8 @@ class Letters:
 
 
 def apply(parts, letters):
-    """@return strings that sort as several letters, each with these."""
+    """@return strings that sort as several letters, each with these and the level of the
+    difference."""
     spelled, anchor, before, level, spread = {}, None, 0, 0, False
     for kind, token in parts:
         if kind == 'setting':
@@ -112,9 +124,10 @@ def apply(parts, letters):
 def place(letters, spelled, anchor, string, level, before):
     if ord('/') in string or any(0xfb50 <= code < 0xff00 for code in string):
         return anchor           # Ligatures and presentation forms follow their letters.
-    if anchor not in letters.level:
-        if level > PRIMARY and all((code,) in letters.level for code in anchor):
-            spelled[string] = anchor
+    if anchor not in letters.level or anchor in spelled:
+        if level > PRIMARY and all((code,) in letters.level or (code,) in spelled
+                                   for code in anchor):
+            spelled[string] = anchor, level
         return anchor
     if before:
         letters.put_before(anchor, string, level)

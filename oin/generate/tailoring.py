@@ -11,9 +11,10 @@ import re
 from alphabets import (FREE_NUMBERS, LATIN, LATIN_LAST, NAMED_MARKS, latin_slot, letter_word,
                        with_accent)
 import rules as rules_of_cldr
+import syllables
 from kana import repeated
 from layout import Layout
-from orders import DIGIT, Order
+from orders import DIGIT, LIGATURES, Order, most_words
 
 
 # The voicing marks behind half-width kana, which take a place of their own.
@@ -43,14 +44,14 @@ class Nodes:
     def children(self, number):
         return dict(self.list[number][1])
 
-    def behind(self, order, number):
+    def behind(self, order, number, most):
         """The node `number` with the words of `order` in front; None if that makes too many."""
         own = self.order(number)
-        if len(order.words) + len(own.words) > 2:
+        if len(order.words) + len(own.words) > most:
             return None
         children = {}
         for char, child in self.children(number).items():
-            joined = self.behind(order, child)
+            joined = self.behind(order, child, most)
             if joined is not None:
                 children[char] = joined
         return self.intern(Order(order.script, order.words + own.words), children)
@@ -156,6 +157,7 @@ class Language:
                 self._repeat_kana()
             elif rule not in IDEOGRAPHS:
                 self._apply(*self._parse(rule))
+        self._join_ligatures()
         self._follow()
         for letters in self.reordered:
             self._reorder(letters)
@@ -164,7 +166,11 @@ class Language:
 
     def _lay_out(self):
         tokens = rules_of_cldr.tokens(rules_of_cldr.read(self.db.cldr, self.tag))
-        layout = Layout(self.db, self.orders, self.common, self.script, tokens)
+        if self.tag in syllables.BLOCKS:
+            layout = syllables.Syllables(self.db, self.orders, self.common, self.script, self.tag,
+                                         tokens)
+        else:
+            layout = Layout(self.db, self.orders, self.common, self.script, tokens)
         self.own.update(layout.orders_of_characters())
         for string, order in layout.orders_of_strings():
             self._set(string, order)
@@ -294,6 +300,13 @@ class Language:
                     rest = tuple(mark for mark in marks if mark not in own)
                     self._follow_one(code, leader, rest, numbers)
 
+    def _join_ligatures(self):
+        """Ligatures of letters that contract here."""
+        for code, letters in LIGATURES.items():
+            order = self._plain(tuple(map(ord, letters)))
+            if order.words != self.orders.of[code].words:
+                self.own[code] = order
+
     def _decomposed(self, code):
         base, mark = self.db.pairs.get(code, (code, None))
         if mark is None:
@@ -368,21 +381,39 @@ class Language:
     def _sequence(self, string):
         """The node of several letters that contract, or that begin a contraction. A mark that
         composes with the last of them takes it out of the contraction again."""
-        head, last = string[:-1], string[-1]
-        front = self.strings.get(head) or self._plain(head)
-        order = self.strings.get(string)
-        alone = self.nodes.intern(self._order(last), self._composites(last))
-        tail = self.nodes.behind(front, alone)
-        children = self.nodes.children(tail) if tail is not None else {}
+        contracts = string in self.strings
+        parts = [string[:-1], string[-1:]] if contracts else self._parts(string)
+        last = parts[-1]
+        tail = self._sequence(last) if len(last) > 1 else self._letter(last[0], not contracts)
+        front = self._plain(sum(parts[:-1], ()))
+        joined = self.nodes.behind(front, tail, most_words(string))
+        children = self.nodes.children(joined) if joined is not None else {}
         children.update((char, self._sequence(string + (char,)))
                         for char in self._continuations(string))
-        if order is None:
-            order = self.nodes.order(tail)
+        order = self.strings.get(string) or self.nodes.order(joined)
         return self.nodes.intern(order, children)
 
+    def _letter(self, code, contracts):
+        """The node of a letter behind others, with what contracts with it at once."""
+        children = self._composites(code)
+        if contracts:
+            children.update((char, self._sequence((code, char)))
+                            for char in self._continuations((code,))
+                            if (code, char) in self.strings)
+        return self.nodes.intern(self._order(code), children)
+
+    def _parts(self, string):
+        """Letters, as many as possible taken together each time."""
+        parts = []
+        while string:
+            length = next((n for n in range(len(string), 1, -1) if string[:n] in self.strings), 1)
+            parts.append(string[:length])
+            string = string[length:]
+        return parts
+
     def _plain(self, string):
-        """The letters of a mere beginning of a contraction, one behind the other."""
-        orders = [self._order(code) for code in string]
+        """The order of letters one behind the other."""
+        orders = [self.strings.get(part) or self._order(part[0]) for part in self._parts(string)]
         return Order(orders[0].script, sum((order.words for order in orders), ()))
 
     def _tailored_heads(self):

@@ -48,11 +48,22 @@ class OtOrderTable;
 /// The first of the combining marks. They, and the consonants behind prefixed vowels, are all from
 /// here on up; most heads of contractions have no other followers.
 inline constexpr unsigned short OT_FIRST_MARK = 0x300;
-/// The orders of combining marks, among those of symbols.
-inline constexpr unsigned short OT_FIRST_MARK_ORDER = 0x150;
+/// The orders of combining marks, among those of symbols. The first eight are of no character:
+/// letters whose words have no accent have them in its place.
+inline constexpr unsigned short OT_FIRST_MARK_ORDER = 0x148;
 inline constexpr unsigned short OT_LAST_MARK_ORDER = 0x3f7;
 /// The most characters that contract into one.
 inline constexpr int OT_LONGEST_CONTRACTION = 5;
+/// The most order words of a Unicode character; contracted ones have no more than all of them
+/// together. Most characters have two at most.
+constexpr int OtMostWords(unsigned unicode) {
+  constexpr unsigned kLong[][2] = {
+      {0x1023, 0x102a}, {0x104c, 0x104f}, {0x17a3, 0x17b3}, {0xfb03, 0xfb04}};
+  for (const auto& range : kLong) {
+    if (unicode >= range[0] && unicode <= range[1]) return 5;
+  }
+  return 2;
+}
 
 /// A language: its number, the alphabet of its neutral characters, its names.
 struct OtLanguage {

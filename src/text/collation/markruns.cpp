@@ -47,7 +47,7 @@ class OrderWalk::Run {
   void ForEachRecord(const OtOrderRecord* record, Emit&& emit) {
     if (record == nullptr) {
       if (!IsMark(units_[0].unit)) record = TakeRecord(0);
-    } else if (const OtOrderRecord* pair = record->Contracted(units_[0].unit)) {
+    } else if (const OtOrderRecord* pair = ContractedLetter(*record)) {
       record = pair;
       taken_[0] = true;
     } else {
@@ -116,16 +116,33 @@ class OrderWalk::Run {
     }
   }
 
-  const OtOrderRecord* TakeRecord(int i) {
-    taken_[i] = true;
+  const OtOrderRecord* RecordOf(int i) const {
     const OtOrderRecord* record = &walk_.table_->At(units_[i].unit);
     const OtOrderRecord* own = record->Tailored(walk_.language_);
     return own != nullptr ? own : record;
   }
+  const OtOrderRecord* TakeRecord(int i) {
+    taken_[i] = true;
+    return RecordOf(i);
+  }
 
-  /// What the letter makes of the marks that contract with it: a mark that doesn't only stands in
-  /// the way of those of its own class.
+  /// The record of `head` and the letter together; null if the letter stays alone, also because it
+  /// contracts with marks that don't follow it at once.
+  const OtOrderRecord* ContractedLetter(const OtOrderRecord& head) {
+    const OtOrderRecord* pair = head.Contracted(units_[0].unit);
+    if (pair == nullptr || pair->Contracted(units_[1].unit) != nullptr) return pair;
+    const OtOrderRecord* letter = RecordOf(0);
+    return ForEachMark(letter, [](int) {}) == letter ? pair : nullptr;
+  }
+
   const OtOrderRecord* WithMarks(const OtOrderRecord* record) {
+    return ForEachMark(record, [this](int i) { taken_[i] = true; });
+  }
+
+  /// What the letter makes of the marks that contract with it, each of which is told to `take`: a
+  /// mark that doesn't only stands in the way of those of its own class.
+  template <class Take>
+  const OtOrderRecord* ForEachMark(const OtOrderRecord* record, Take&& take) const {
     unsigned between = 0;
     for (int i = 1; i < count_; ++i) {
       const unsigned markClass = CombiningClass(units_[i].unit);
@@ -133,7 +150,7 @@ class OrderWalk::Run {
           markClass != between ? record->Contracted(units_[i].unit) : nullptr;
       if (pair != nullptr) {
         record = pair;
-        taken_[i] = true;
+        take(i);
       } else {
         between = markClass;
       }
@@ -151,7 +168,8 @@ class OrderWalk::Run {
 
 /// Whether the character with the marks behind it, which begin at `next`, has to be seen in
 /// canonical order: it begins a run of two or more of them, or its own belong behind the next one.
-/// @param flags of the character's record, whatever the language makes of it.
+/// @param flags of the character's record, with kContractions if more can follow what has been
+/// made of it.
 bool OrderWalk::BeginsRun(unsigned flags, unsigned short character, const char* next) const {
   constexpr unsigned kWithNext = OtOrderRecord::kContractions | OtOrderRecord::kCombines;
   if ((flags & kWithNext) == 0) return false;
@@ -197,10 +215,11 @@ std::uint32_t OrderWalk::NextOfRun(bool wantScript) {
   for (;; place += width) {
     const unsigned short character = CharacterAt(place);
     const OtOrderRecord* record = &table_->At(character);
-    if (BeginsRun(record->flags, character, place + width)) break;
     const OtOrderRecord* other =
         head == nullptr ? record->Tailored(language_) : head->Contracted(character);
-    head = other != nullptr ? other : record;
+    if (other == nullptr) other = record;
+    if (BeginsRun(record->flags | other->hasContractions(), character, place + width)) break;
+    head = other;
   }
   Run run(*this, place);
   int count = 0;

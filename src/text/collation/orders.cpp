@@ -155,7 +155,8 @@ template <bool ordersMarks>
   if (const OtOrderRecord* own = record->Tailored(language_)) record = own;
   if (((flags | record->flags) & kWithNext) != 0) {
     unsigned short next = CharacterAt(position_);
-    if (ordersMarks && next >= OT_FIRST_MARK && BeginsRun(flags, character, position_)) {
+    if (ordersMarks && next >= OT_FIRST_MARK &&
+        BeginsRun(flags | record->hasContractions(), character, position_)) {
       return BeginRun(start, start, wantScript);
     }
     while (const OtOrderRecord* pair = record->Contracted(next)) {
@@ -164,7 +165,8 @@ template <bool ordersMarks>
       const unsigned short third = CharacterAt(position_);
       if (ordersMarks && third >= OT_FIRST_MARK) {
         const OtOrderRecord& follower = table_->At(next);
-        if (!follower.IsMark() && BeginsRun(follower.flags, next, position_)) {
+        if (!follower.IsMark() &&
+            BeginsRun(follower.flags | pair->hasContractions(), next, position_)) {
           return BeginRun(start, place, wantScript);
         }
       }

@@ -15,12 +15,25 @@ unsigned long NullStringSize(unsigned long count) {
   return count * kEmptyRecordSize;
 }
 
+/// Order words of a text beyond two for each character.
+std::size_t FurtherWords(const char* text, std::size_t bytes, unsigned char format) {
+  std::size_t words = 0;
+  for (std::size_t i = 0; i + 2 <= bytes; i += 2) {
+    words += static_cast<std::size_t>(OtMostWords(LoadUnit(text + i, true, IsReversed(format))) - 2);
+  }
+  return words;
+}
+
 /// Bytes that `size` bytes of a string take under a format that may ask for a key: then two words
-/// for each character.
-std::size_t ScaledSize(std::size_t size, unsigned char codeSet, unsigned char targetFormat) {
+/// for each character, and those that `textBytes` bytes of text have beyond.
+std::size_t ScaledSize(std::size_t size, unsigned char codeSet, unsigned char targetFormat,
+                       const char* text, std::size_t textBytes, unsigned char textFormat) {
   const unsigned char target = TargetCodeSet(codeSet, targetFormat);
   const bool becomesKey = (targetFormat & kStoreKey) != 0 && target != 0 && target != OT_CS_ORDER;
-  return becomesKey ? 2 / CharWidth(codeSet) * size * 2 : size;
+  if (!becomesKey) return size;
+  const bool isUnicode = codeSet == OT_CS_UNICODE;
+  const std::size_t further = isUnicode ? FurtherWords(text, textBytes, textFormat) : 0;
+  return 2 / CharWidth(codeSet) * size * 2 + 2 * further;
 }
 
 /// The sum of the sizes of stored records. `at(offset, bytes)` answers the record there, or null
@@ -41,7 +54,10 @@ unsigned long RecordSizes(At&& at, unsigned char sourceFormat, unsigned char tar
       return sum + length + 2;
     }
     const auto codeSet = static_cast<unsigned char>(length != 0 ? record[2] : 0);
-    sum += ScaledSize(length, codeSet, targetFormat) + 2;
+    const std::size_t around = kHeaderSize - 2 + kTerminatorSize;
+    sum += ScaledSize(length, codeSet, targetFormat, record + kHeaderSize,
+                      length < around ? 0 : length - around, sourceFormat) +
+           2;
     offset += length + 2;
   }
   return sum;
@@ -285,8 +301,10 @@ unsigned long StringSizeGet(const void* value, unsigned char sourceFormat, unsig
   const auto* strings = static_cast<const OtString*>(value);
   unsigned long sum = 0;
   for (unsigned long i = 0; i < count; ++i) {
-    const std::size_t payload = ot95::StoredTextBytes(strings[i]) + ot95::kTerminatorSize;
-    sum += ot95::ScaledSize(payload, strings[i].GetCodeSetCode(), diskFormat) + ot95::kHeaderSize;
+    const std::size_t bytes = ot95::StoredTextBytes(strings[i]);
+    sum += ot95::ScaledSize(bytes + ot95::kTerminatorSize, strings[i].GetCodeSetCode(), diskFormat,
+                            strings[i].StrGet(), bytes, OT_FORMAT_NATIVE) +
+           ot95::kHeaderSize;
   }
   return sum;
 }

@@ -2,6 +2,7 @@
 // neighbours, in ICU's order of real words, that stand in the same order here.
 //
 //   ot95_agreement [options] FOLDER     FOLDER holds TAG.txt for each language, one word a line
+//   ot95_agreement --dictionary NAME    prints a list of words that ICU has
 //
 // ICU is set to what this system means to do: small letters first, the last accent decides, fixed
 // rank of scripts, spaces and symbols last of all. Where a rule of CLDR says otherwise, the
@@ -22,6 +23,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dictionary.h"
 #include "ot95/oin_version.h"
 #include "ot95/ot95.h"
 
@@ -129,7 +131,7 @@ std::string Utf8(const Word& word) {
 }
 
 struct Options {
-  std::string folder, thresholds, document;
+  std::string folder, thresholds, document, dictionary;
   std::vector<std::string> only;
   unsigned char orderAs = 0;  // Take the order of this language for all, to see it refused.
   bool tags = false;          // Only say which languages there are.
@@ -344,6 +346,8 @@ bool Parse(int count, char** arguments, Options& options) {
       options.accept = true;
     } else if (argument == "--thresholds" && hasValue) {
       options.thresholds = arguments[++i];
+    } else if (argument == "--dictionary" && hasValue) {
+      options.dictionary = arguments[++i];
     } else if (argument == "--document" && hasValue) {
       options.document = arguments[++i];
     } else if (argument == "--examples" && hasValue) {
@@ -359,7 +363,7 @@ bool Parse(int count, char** arguments, Options& options) {
       return false;
     }
   }
-  return options.tags || !options.folder.empty();
+  return options.tags || !options.dictionary.empty() || !options.folder.empty();
 }
 
 }  // namespace
@@ -373,6 +377,7 @@ int main(int count, char** arguments) {
         stderr);
     return 2;
   }
+  if (!options.dictionary.empty()) return PrintDictionary(options.dictionary) ? 0 : 1;
   const std::vector<const OtLanguage*> languages = Languages(options);
   if (options.tags) {
     for (const OtLanguage* language : languages) std::puts(language->tag);

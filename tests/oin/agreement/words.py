@@ -1,7 +1,7 @@
 """Gathers lists of real words, one file TAG.txt a language, to hold orders against.
 
     words.py FOLDER            the word lists of Debian packages, fetched with apt-get download and
-                               unpacked below FOLDER, without installing them
+                               unpacked below FOLDER, without installing them, or those of ICU
     words.py --names FOLDER    the names of countries, languages and scripts that iso-codes has
                                installed
 
@@ -38,6 +38,10 @@ PACKAGES = {
     'bs': 'hunspell-bs', 'uz': 'hunspell-uz', 'hsb': 'aspell-hsb',
     'de-phonebook': 'wngerman', 'es-traditional': 'wspanish', 'sv-traditional': 'wswedish',
 }
+# Languages that write without blanks, by ICU's own lists of words; the program that prints them is
+# that of the environment.
+DICTIONARIES = {'my': 'burmesedict', 'km': 'khmerdict'}
+PROGRAM = os.environ.get('OT95_AGREEMENT', '')
 UNPACKER = 'aspell'     # Unpacks the word lists of its own.
 # Words in another script of the same list are left out.
 ALPHABETS = {'sr': 'CYRILLIC', 'sr-Latn': 'LATIN'}
@@ -140,6 +144,13 @@ def of_package(package, folder):
             yield line.split('\t')[0]
 
 
+def of_dictionary(name):
+    if not PROGRAM:
+        sys.exit('OT95_AGREEMENT has to name the program that prints the words of ICU')
+    words = subprocess.run([PROGRAM, '--dictionary', name], stdout=subprocess.PIPE, check=True)
+    return words.stdout.decode('utf-8').splitlines()
+
+
 def of_cldr(tag):
     """What CLDR calls languages, countries, currencies, units in a language."""
     path = os.path.join(CLDR, ELSEWHERE.get(tag, tag) + '.xml')
@@ -207,7 +218,9 @@ def gather(tag, folder, names):
     words = []
     if tag in PACKAGES:
         words = chosen(of_package(PACKAGES[tag], os.path.join(folder, 'packages')), tag)
-    if len(words) < 2000:
+    if tag in DICTIONARIES:
+        words = chosen(of_dictionary(DICTIONARIES[tag]), tag)
+    if len(words) < 2000 or tag in DICTIONARIES:
         words += chosen(list(of_cldr(tag)) + list(of_translations(tag)), tag)
         words = sorted(set(words))
     return words

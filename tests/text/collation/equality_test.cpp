@@ -35,14 +35,26 @@ std::vector<unsigned char> AllLanguages() {
   return numbers;
 }
 
+constexpr char kStringId = 11;
+constexpr unsigned long kRoom = 0x200;
+
 std::string KeyOf(const Text& text, unsigned char language) {
-  constexpr char kStringId = 11;
-  constexpr unsigned long kRoom = 0x200;
   OtString string(reinterpret_cast<const unsigned short*>(text.c_str()));
   string.SetLanguageCode(language);
   unsigned char key[kRoom];
   OtTypeMgr types;
   const unsigned long size = types.Translate(kStringId, key, 0x81, kRoom, &string, 8, 0, 1);
+  return std::string(reinterpret_cast<char*>(key), size);
+}
+
+std::string SortKeyOf(const Text& text, unsigned char language) {
+  OtString string(reinterpret_cast<const unsigned short*>(text.c_str()));
+  string.SetLanguageCode(language);
+  unsigned char key[kRoom];
+  int status = 0;
+  const unsigned long size = OtTypeMgr().SortKey(kStringId, key, kRoom, &string, 0,
+                                                 OT_CMP_NO_WILDCARDS, 1, 8, status);
+  EXPECT_EQ(status, 0);
   return std::string(reinterpret_cast<char*>(key), size);
 }
 
@@ -60,6 +72,7 @@ std::string Difference(const Text& text1, const Text& text2, unsigned char langu
   if (compare(OT_CMP_ORDER_ONLY) != 0) found += " orders";
   if (hash(text1) != hash(text2)) found += " hash";
   if (KeyOf(text1, language) != KeyOf(text2, language)) found += " key";
+  if (SortKeyOf(text1, language) != SortKeyOf(text2, language)) found += " sort key";
   return found.empty() ? found : Shown(text1) + "~ " + Shown(text2) + "differ in" + found;
 }
 
@@ -143,6 +156,15 @@ TEST(Equality, OfWordsHoweverTheyAreWritten) {
       {"half-width kana", "ja", u"\uff76\uff9e\uff70", u"\u30ac\u30fc", kPlain},
       {"half-width kana in another language", "de", u"\uff8a\uff9f", u"\u30d1", kPlain},
       {"ligatures", "en", u"\ufb01\ufb02\ufb00", u"fiflff", kPlain},
+      {"ligatures of three letters", "tr", u"su\ufb03x \ufb04", u"suffix ffl", kPlain},
+      {"ligatures of letters that contract", "cy", u"\ufb00\ufb03\ufb04", u"ffffiffl", kPlain},
+      {"a mark on the last letter of a contraction", "hu", u"ccs\u0301", u"cc\u015b", kPlain},
+      {"a mark between two that contract", "my", u"\u1031\u102c\u1004\u103a\u1037",
+       u"\u1031\u102c\u1004\u1037\u103a", kPlain},
+      {"marks that contract in this order only", "my", u"\u102f\u1019\u103a\u1037\u1038",
+       u"\u102f\u1019\u1037\u103a\u1038", kPlain},
+      {"a letter written apart", "my", u"\u1025\u102e", u"\u1026", kPlain},
+      {"a letter that sorts as others", "km", u"\u17a5", u"\u17a2\u17b7", kNoAccents},
       {"a letter of the language below another mark", "sv", u"a\u0323\u030a", u"\u00e5\u0323",
        kPlain},
       {"a letter inside a contraction", "hr", u"dz\u0316\u030c", u"d\u017e\u0316", kPlain},

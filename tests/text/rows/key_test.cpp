@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "bytes_testing.h"
+#include "ot95/memfile.h"
 #include "ot95/typemgr.h"
 #include "text/mixedtexts.h"
 #include "text/texts.h"
@@ -61,6 +62,26 @@ TEST(StringKey, LiteralBytes) {
   };
   for (const auto& row : rows) {
     EXPECT_EQ(KeyOf(row.strings, row.count, row.format, row.room), row.hex) << row.name;
+  }
+}
+
+TEST(StringKey, FitsTheRoomThatIsToldForIt) {
+  OtTypeMgr types;
+  const struct {
+    unsigned char language;
+    char16_t unit;
+  } rows[] = {{1, 0xdf}, {1, 0xfb03}, {1, 0x1ec7}, {75, 0x17b2}, {75, 0x17aa}, {74, 0x104c}};
+  for (const auto& row : rows) {
+    const std::u16string units(30, row.unit);
+    OtString text = TextOf(OT_CS_UNICODE, units.c_str());
+    text.SetLanguageCode(row.language);
+    const unsigned long size = types.DiskLenGet(kStringId, &text, kKey, 1, kMemory);
+    EXPECT_EQ(KeyOf(&text, 1, kKey, size), KeyOf(&text, 1, kKey, 0x400))
+        << std::hex << unsigned{row.unit};
+    ExactBlock stored(types.DiskLenGet(kStringId, &text, 2, 1, kMemory));
+    types.Store(kStringId, stored.data(), &text, 2, 1);
+    MemFile file(stored.data(), stored.size());
+    EXPECT_GE(types.DiskLenGetFromMemFile(kStringId, &file, 0x82, 1), size);
   }
 }
 
