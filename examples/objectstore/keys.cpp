@@ -15,14 +15,16 @@ namespace {
 constexpr unsigned char kKeyBit = 0x80;
 constexpr std::size_t kTypes = 41;
 
-View ViewOf(const MDB_val* value) {
-  return {static_cast<const unsigned char*>(value->mv_data), value->mv_size};
-}
-
-// The store's callback has no argument for what it compares, so there is one for each type.
+// The store's callback has no argument for what it compares, so there is one for each type. It
+// asks the row itself, as it is called at every step down a tree.
 template <char type, unsigned char form>
 int Compare(const MDB_val* key1, const MDB_val* key2) {
-  return CompareKeys(type, ViewOf(key1), ViewOf(key2), form);
+  const OtTypeDescriptor& row = *CurrentFactory[static_cast<int>(type)];
+  const auto format = static_cast<unsigned char>(row.isFixed != 0 ? form : form | kKeyBit);
+  int status = 0;
+  const long sign = row.Compare(format, key1->mv_size, key1->mv_data, key2->mv_size, key2->mv_data,
+                                OT_CMP_NO_WILDCARDS, 1, status);
+  return (sign > 0) - (sign < 0);
 }
 
 template <unsigned char form, std::size_t... types>

@@ -78,4 +78,17 @@ void PutBytes(SortKeyWriter& out, const unsigned char* bytes, std::size_t length
   out.Put(0);
 }
 
+unsigned long MakeSortKey(SortKeyFunc keyFunc, const SortInput& input, void* target,
+                          unsigned long room, int& status) {
+  status = OT_ERR_BAD_ARGUMENT;
+  if (keyFunc == nullptr) return 0;
+  SortKeyWriter out(target, room);
+  status = keyFunc(input, out);
+  if (!HasSortKey(status)) return 0;
+  const std::uint64_t size = out.Size();
+  if (status == kUnorderedKey) status = OT_ERR_NOT_SUPPORTED;
+  if (status == 0 && size > room) status = OT_ERR_END_OF_DATA;
+  return static_cast<unsigned long>(size);
+}
+
 }  // namespace ot95

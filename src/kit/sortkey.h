@@ -54,6 +54,14 @@ class Hash64State {
   std::uint64_t length_ = 0;
 };
 
+/// Whether a key was written: an empty one for a status that says there is none.
+constexpr bool HasSortKey(int status) {
+  return status == 0 || status == OT_ERR_END_OF_DATA || status == kUnorderedKey;
+}
+/// What OtTypeMgr::SortKey answers. @param keyFunc null: there is no such type.
+unsigned long MakeSortKey(SortKeyFunc keyFunc, const SortInput& input, void* target,
+                          unsigned long room, int& status);
+
 /// Takes the bytes of a key: into a room that may be too small, or into a hash.
 class SortKeyWriter {
  public:
@@ -105,7 +113,7 @@ class SortKeyWriter {
   unsigned char* end_;
   std::uint64_t before_ = 0;  // bytes before begin_
   Hash64State* hash_ = nullptr;
-  unsigned char block_[64];
+  unsigned char block_[128];
 };
 
 /// Bytes of any value, of any number: a zero byte becomes 00 01, and 00 00 ends them.

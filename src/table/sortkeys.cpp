@@ -87,11 +87,6 @@ bool IsLegacyString(const OtTypeDescriptor* row) {
   return row == &rowOtIString || row == &rowOtCaseIString;
 }
 
-// Whether a key was written: an empty one for a status that says there is none.
-bool HasKey(int status) {
-  return status == 0 || status == OT_ERR_END_OF_DATA || status == kUnorderedKey;
-}
-
 // One end of a range, from the key of the operand or its beginning.
 class RangeEnd {
  public:
@@ -167,21 +162,20 @@ unsigned OtTypeMgr::SortKeyVersion() {
   return version;
 }
 
+// A string in memory is what most keys are made of, and little work.
 unsigned long OtTypeMgr::SortKey(char id, void* target, unsigned long room, const void* value,
                                  unsigned long length, unsigned short cmpOp, unsigned long count,
                                  unsigned char format, int& status) const {
-  const ot95::SortKeyFunc keyFunc = ot95::FindKeyFunc(Row(id), id);
-  status = OT_ERR_BAD_ARGUMENT;
-  if (keyFunc == nullptr) return 0;
-  ot95::SortKeyWriter out(target, room);
-  const ot95::SortInput input{
-      static_cast<const unsigned char*>(value), length, count, cmpOp, format, false};
-  status = keyFunc(input, out);
-  if (!ot95::HasKey(status)) return 0;
-  const std::uint64_t size = out.Size();
-  if (status == ot95::kUnorderedKey) status = OT_ERR_NOT_SUPPORTED;
-  if (status == 0 && size > room) status = OT_ERR_END_OF_DATA;
-  return static_cast<unsigned long>(size);
+  constexpr int text = 11;
+  const bool isString = id == text && factory_[text] == &ot95::rowOtString;
+  const bool isOne = count == 1 && ot95::FormOf(format) == OT_FORMAT_MEMORY;
+  if (isString && isOne && value != nullptr && target != nullptr) {
+    return ot95::SortKeyOfString(*static_cast<const OtString*>(value), cmpOp, target, room, status);
+  }
+  return ot95::MakeSortKey(
+      ot95::FindKeyFunc(Row(id), id),
+      {static_cast<const unsigned char*>(value), length, count, cmpOp, format, false}, target, room,
+      status);
 }
 
 int OtTypeMgr::SortRange(char id, OtSortRange& range, unsigned short op, const void* value,

@@ -141,6 +141,8 @@ struct TextAccess {
     text.codeSet_ = codeSet;
     text.language_ = language;
   }
+  /// The text, of MemLen bytes; null where these are none.
+  static const char* Buffer(const OtString& text) { return text.buffer_; }
   /// Characters, also where they are more than Len can say.
   static std::size_t Length(const OtString& text) { return text.Length(); }
   static OtString Copy(const OtString& text, std::size_t pos, std::size_t n) {

@@ -73,6 +73,8 @@ class OT95_EXPORT FinishedKeys {
 
   /// Whether the language puts records of its own in the place of some.
   bool Tailors() const { return language_->tailorsOrder != 0; }
+  /// The script byte of the language's own letters.
+  unsigned char Script() const { return language_->script; }
 
   /// Makes the page of a unit if there is none. @return whether there is one.
   bool Make(unsigned unit) const { return At(unit) != kUnmade || MakePage(unit >> 8); }

@@ -169,7 +169,15 @@ template <CaseFold fold>
 
 #else
 
-// Units one by one are as well passed over by who called.
+template <std::size_t>
+struct EqualUnits {};
+
+/// None, as units one by one are as well passed over by who called.
+template <class Alike, std::size_t bytes>
+std::size_t AlikeInBlock(const char*, const char*) {
+  return 0;
+}
+
 template <std::size_t width>
 std::size_t PassEqual(const char*, const char*, std::size_t at, std::size_t) {
   return at;

@@ -2,10 +2,6 @@
 
 #include <algorithm>
 
-#include "text/collation/alike.h"
-#include "text/collation/walk.h"
-#include "text/rows/stored.h"
-
 namespace ot95 {
 namespace {
 
@@ -59,9 +55,6 @@ void MeetBehindSymbols(Words& words1, Words& words2, std::uint32_t& key1, std::u
   if (symbol != 0) differences.symbol = symbol;
 }
 
-// The part of a letter's word that ranks before its accent and case.
-constexpr unsigned kLetterRank = 0x7f;
-
 // Goes on to where letters tell how two keys sort. @return 0 where something else comes first.
 [[gnu::always_inline]] inline int CompareLetterWords(Words& words1, Words& words2, bool reversed,
                                                      Differences& differences) {
@@ -80,6 +73,24 @@ constexpr unsigned kLetterRank = 0x7f;
     words1.at += 2;
     words2.at += 2;
   }
+}
+
+// What of a word decides before all else.
+unsigned PrimaryOf(unsigned word) {
+  return IsLetterWord(word) ? word & (kFirstLetter | kLetterRank) : word;
+}
+
+// Where keys go on with symbols or digits, or one ends: how what is behind them sorts. Any other
+// difference weighs less. @return 0 where that can't tell.
+int SignBehindSymbols(Words words1, Words words2, bool reversed) {
+  const auto firstReal = [reversed](Words& words) {
+    unsigned word = words.Next(reversed);
+    while (word != 0 && word < kFirstDigit) word = words.Next(reversed);
+    return word;
+  };
+  const unsigned primary1 = PrimaryOf(firstReal(words1));
+  const unsigned primary2 = PrimaryOf(firstReal(words2));
+  return (primary1 > primary2) - (primary1 < primary2);
 }
 
 [[gnu::noinline]] int CompareWords(Words words1, Words words2, bool reversed, const Levels& levels,
@@ -106,6 +117,18 @@ constexpr unsigned kLetterRank = 0x7f;
   }
 }
 
+[[gnu::always_inline]] inline int CompareWholly(Words words1, Words words2, bool reversed,
+                                                unsigned short cmpOp) {
+  Differences differences;
+  if (words1.script != kBeyondAlphabets) {
+    int sign = CompareLetterWords(words1, words2, reversed, differences);
+    const bool alphabet = words1.script < kBeyondAlphabets;  // with symbols between its letters
+    if (sign == 0 && alphabet) sign = SignBehindSymbols(words1, words2, reversed);
+    if (sign != 0) return sign;
+  }
+  return CompareWords(words1, words2, reversed, Levels(cmpOp), differences);
+}
+
 }  // namespace
 
 std::optional<int> CompareKeysInStep(unsigned char format, unsigned long length1,
@@ -118,12 +141,18 @@ std::optional<int> CompareKeysInStep(unsigned char format, unsigned long length1
   Words words2;
   if (!words1.Read(value1, length1, format) || !words2.Read(value2, length2, format)) return {};
   if (words1.script != words2.script) return {};
-  Differences differences;
-  if (words1.script != kBeyondAlphabets) {
-    const int sign = CompareLetterWords(words1, words2, IsReversed(format), differences);
-    if (sign != 0) return sign;
-  }
-  return CompareWords(words1, words2, IsReversed(format), Levels(cmpOp), differences);
+  return CompareWholly(words1, words2, IsReversed(format), cmpOp);
+}
+
+long CompareKeysFrom(const char* key1, const char* key2, std::size_t at, unsigned short cmpOp,
+                     bool reversed) {
+  const auto from = [at, reversed](const char* key) -> Words {
+    const std::size_t length = LoadUnit(key, true, reversed);
+    const char* const end = key + (length & ~std::size_t{1});
+    return {key + std::min(at, static_cast<std::size_t>(end - key)), end,
+            static_cast<unsigned char>(key[3])};
+  };
+  return CompareWholly(from(key1), from(key2), reversed, cmpOp);
 }
 
 }  // namespace ot95

@@ -3,6 +3,7 @@
 #include "text/collation/sortkey.h"
 
 #include "text/collation/finished.h"
+#include "text/collation/shortkey.h"
 #include "text/collation/sortlevels.h"
 #include "text/collation/walk.h"
 
@@ -324,6 +325,17 @@ void PutWholeKeys(const TextSpan& text, SortKeyWriter& out) {
   out.Put(kEndOfKey);
 }
 
+/// The whole key, if it can be had without a walk.
+bool PutAtOnce(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
+  if (text.codeSet != OT_CS_UNICODE || text.reversed || text.end != kUnbounded) return false;
+  const FinishedKeys* keys = FinishedKeys::Of(LanguageNumber(text));
+  if (keys == nullptr || text.readable == 0) return false;
+  const std::size_t size =
+      PutShortKey(text.text, text.readable, *keys, cmpOp, out.Place(), out.Room());
+  out.SetPlace(out.Place() + size);
+  return size != 0;
+}
+
 bool AllowsWildcards(unsigned short cmpOp) {
   return (cmpOp & (OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY)) == 0;
 }
@@ -348,8 +360,7 @@ int PutTextKey(const TextSpan& text, unsigned short cmpOp, SortKeyWriter& out) {
     PutWholeKeys(text, out);
     return 0;
   }
-  const OtLanguage* language = OtLanguageContext::QueryLanguage(LanguageNumber(text));
-  if (language != nullptr && !wildcards && PutShortKey(text, *language, cmpOp, out)) return 0;
+  if (!wildcards && PutAtOnce(text, cmpOp, out)) return 0;
   TextKey key(text, cmpOp, out);
   if (!key.PutLetters(wildcards)) return OT_ERR_NOT_SUPPORTED;
   key.PutMarks(kMarkLevels);

@@ -42,21 +42,26 @@ inline constexpr std::uint32_t kLetterHead = 0xffff8000;
 /// @tparam values there are besides 0.
 template <unsigned values, class Out>
 class SparseLevel {
+  static constexpr unsigned kMostSteps = 8;
+  static constexpr unsigned kManySteps = 3;
+  static constexpr unsigned kDirect = kManySteps + kMostSteps;
+
  public:
   explicit SparseLevel(Out& out) : out_(out) {}
 
   void Put(std::uint64_t passedOver, unsigned value) {
     if (passedOver >= kStep) [[unlikely]]
       passedOver = PutSteps(passedOver);
-    out_.Put(kDirect + (kStep - 1 - static_cast<unsigned>(passedOver)) * values + value - 1);
+    out_.Put(ByteOf(static_cast<unsigned>(passedOver), value));
+  }
+
+  /// Places that the byte of a value can tell, and that byte.
+  static constexpr unsigned kStep = (256 - kDirect) / values;
+  static constexpr unsigned char ByteOf(unsigned passedOver, unsigned value) {
+    return static_cast<unsigned char>(kDirect + (kStep - 1 - passedOver) * values + value - 1);
   }
 
  private:
-  static constexpr unsigned kMostSteps = 8;
-  static constexpr unsigned kManySteps = 3;
-  static constexpr unsigned kDirect = kManySteps + kMostSteps;
-  static constexpr unsigned kStep = (256 - kDirect) / values;
-
   /// Steps of as many places as a value can't tell: so many at once, or a number of them.
   [[gnu::noinline]] std::uint64_t PutSteps(std::uint64_t passedOver) {
     constexpr std::uint64_t most = kMostSteps * kStep;
@@ -73,7 +78,19 @@ class SparseLevel {
 /// those that are alike in that the last difference decides.
 template <class Out>
 class SymbolLevel {
+  // Kinds of runs, rising: a single symbol below, at, and above the two that names have; two; more.
+  static constexpr unsigned kSpaceAlone = 2, kHyphenAlone = 4, kPair = 6, kLong = 7;
+  static constexpr unsigned kSpace = 6, kHyphen = 0x74;  // as order words
+  static constexpr std::uint64_t kShortest = 3;          // of the long ones
+
  public:
+  using Runs = SparseLevel<kLong, Out>;
+
+  /// The kind of a run that is all said with it: that of one space or hyphen. Otherwise 0.
+  static constexpr unsigned KindAlone(unsigned word) {
+    return word == kSpace ? kSpaceAlone : word == kHyphen ? kHyphenAlone : 0;
+  }
+
   /// @param reals letters, digits and ideographs of the text.
   SymbolLevel(Out& out, std::uint64_t reals) : out_(out), level_(out), end_(reals + 1) {}
 
@@ -91,11 +108,6 @@ class SymbolLevel {
   }
 
  private:
-  // Kinds of runs, rising: a single symbol below, at, and above the two that names have; two; more.
-  static constexpr unsigned kSpaceAlone = 2, kHyphenAlone = 4, kPair = 6, kLong = 7;
-  static constexpr unsigned kSpace = 6, kHyphen = 0x74;  // as order words
-  static constexpr std::uint64_t kShortest = 3;          // of the long ones
-
   static unsigned KindOfRun(std::uint64_t lastIndex, unsigned word) {
     if (lastIndex > 0) return lastIndex == 1 ? kPair : kLong;
     if (word <= kSpace) return word < kSpace ? kSpaceAlone - 1 : kSpaceAlone;
@@ -121,7 +133,7 @@ class SymbolLevel {
   }
 
   Out& out_;
-  SparseLevel<kLong, Out> level_;
+  Runs level_;
   std::uint64_t end_;
 };
 
@@ -142,11 +154,6 @@ class Separators {
   Out& out_;
   unsigned unopened_ = 0;
 };
-
-/// The letters of ordinary Unicode text, at once: those of one alphabet and symbols between them.
-/// @return false, with nothing written, for a text that holds more or is long, or without room.
-bool PutShortKey(const TextSpan& text, const OtLanguage& language, unsigned short keyOp,
-                 SortKeyWriter& out);
 
 }  // namespace ot95
 

@@ -101,9 +101,9 @@ template <bool legacy>
 }  // namespace
 
 template <bool legacy>
-long CompareStrings(unsigned char format, unsigned long length1, void* value1,
-                    unsigned long length2, void* value2, unsigned short cmpOp, unsigned long count,
-                    int& status) {
+[[gnu::noinline]] long CompareStrings(unsigned char format, unsigned long length1, void* value1,
+                                      unsigned long length2, void* value2, unsigned short cmpOp,
+                                      unsigned long count, int& status) {
   status = 0;
   if (count == 1) {
     if (const auto sign = CompareKeysInStep(format, length1, value1, length2, value2, cmpOp)) {
@@ -118,8 +118,36 @@ template long CompareStrings<true>(unsigned char, unsigned long, void*, unsigned
 
 }  // namespace ot95
 
+namespace ot95 {
+namespace {
+
+/// Of two values, as an index compares its keys.
+template <unsigned char format>
+[[gnu::always_inline]] inline long CompareTwo(unsigned long length1, void* value1,
+                                              unsigned long length2, void* value2,
+                                              unsigned short cmpOp, unsigned long count,
+                                              int& status) {
+  constexpr bool reversed = IsReversed(format);
+  const auto* const key1 = static_cast<const char*>(value1);
+  const auto* const key2 = static_cast<const char*>(value2);
+  if (key1 != nullptr && key2 != nullptr) {
+    status = 0;
+    const std::size_t end = EndOfKeys<reversed>(length1, key1, length2, key2);
+    if (end != 0) return CompareWholeKeys<reversed>(key1, key2, end, cmpOp);
+  }
+  return CompareStrings<false>(format, length1, value1, length2, value2, cmpOp, count, status);
+}
+
+}  // namespace
+}  // namespace ot95
+
 long StringCompare(unsigned char format, unsigned long length1, void* value1, unsigned long length2,
                    void* value2, unsigned short cmpOp, unsigned long count, int& status) {
-  return ot95::CompareStrings<false>(format, length1, value1, length2, value2, cmpOp, count,
-                                     status);
+  using namespace ot95;
+  constexpr unsigned short way = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  constexpr unsigned char bigEndian = kStoreKey | OT_FORMAT_BIG_ENDIAN;
+  if ((cmpOp & way) == OT_CMP_NO_WILDCARDS && count == 1 && format == bigEndian) {
+    return CompareTwo<bigEndian>(length1, value1, length2, value2, cmpOp, count, status);
+  }
+  return CompareStrings<false>(format, length1, value1, length2, value2, cmpOp, count, status);
 }

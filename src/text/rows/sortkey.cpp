@@ -1,5 +1,6 @@
 #include "text/rows/sortkey.h"
 
+#include "text/collation/shortkey.h"
 #include "text/rows/stored.h"
 
 namespace ot95 {
@@ -39,6 +40,31 @@ int SortRangeOfStrings(const SortInput& operand, unsigned short keyOp, bool equa
   if (!TakeWhole(cursor, text)) return OT_ERR_END_OF_DATA;
   kind = TextRange{text.text, operand.cmpOp, keyOp, equal}.Put(upper, out);
   return 0;
+}
+
+namespace {
+
+[[gnu::noinline]] unsigned long SortKeyOfAnyString(const OtString& string, unsigned short cmpOp,
+                                                   void* target, unsigned long room, int& status) {
+  const auto* const value = reinterpret_cast<const unsigned char*>(&string);
+  return MakeSortKey(SortKeyOfStrings<false>, {value, 0, 1, cmpOp, OT_FORMAT_MEMORY, false}, target,
+                     room, status);
+}
+
+}  // namespace
+
+unsigned long SortKeyOfString(const OtString& string, unsigned short cmpOp, void* target,
+                              unsigned long room, int& status) {
+  constexpr unsigned short way = OT_CMP_NO_WILDCARDS | OT_CMP_ORDER_ONLY;
+  const FinishedKeys* const keys = FinishedKeys::Known(string.GetLanguageCode());
+  const bool plain = (cmpOp & way) == OT_CMP_NO_WILDCARDS;
+  if (plain && string.GetCodeSetCode() == OT_CS_UNICODE && keys != nullptr) {
+    const std::size_t size = PutShortKey(TextAccess::Buffer(string), string.MemLen(), *keys, cmpOp,
+                                         static_cast<unsigned char*>(target), room);
+    status = 0;
+    if (size != 0) return size;
+  }
+  return SortKeyOfAnyString(string, cmpOp, target, room, status);
 }
 
 template int SortKeyOfStrings<false>(const SortInput&, SortKeyWriter&);

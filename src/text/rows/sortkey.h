@@ -8,6 +8,10 @@
 
 namespace ot95 {
 
+/// The key of one string in memory, answered as OtTypeMgr::SortKey does.
+unsigned long SortKeyOfString(const OtString& string, unsigned short cmpOp, void* target,
+                              unsigned long room, int& status);
+
 /// @tparam legacy a record that the given length cuts is taken for one of the old form.
 template <bool legacy>
 int SortKeyOfStrings(const SortInput& input, SortKeyWriter& out);
