@@ -128,7 +128,7 @@ int Values::Store(unsigned char format, ot95_buffer* out) {
 }
 
 int AskRoom(ot95_buffer* out, std::size_t size) {
-  if (out == nullptr || (out->data == nullptr && out->room != 0)) return OT95_ERR_ARGUMENT;
+  if (!IsBuffer(out)) return OT95_ERR_ARGUMENT;
   out->size = size;
   return size > out->room ? OT95_ERR_ROOM : OT95_OK;
 }

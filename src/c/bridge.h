@@ -108,6 +108,10 @@ class Values {
   unsigned long count_ = 0;
 };
 
+/// Whether a result can be given to a buffer.
+inline bool IsBuffer(const ot95_buffer* out) {
+  return out != nullptr && (out->data != nullptr || out->room == 0);
+}
 /// Says how much a result takes. @return 0 if the buffer has the room.
 int AskRoom(ot95_buffer* out, std::size_t size);
 int Give(ot95_buffer* out, const void* bytes, std::size_t size);

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "text/casechange.h"
 #include "text/collation/compare.h"
 #include "text/collation/comparebytes.h"
 
@@ -85,20 +86,33 @@ class CaseUnits {
   std::unique_ptr<std::uint16_t[]> heap_;
 };
 
-int ChangeCase(const ot95_collation* collation, const ot95_span& utf8, OtCharOperation& operation,
-               ot95_buffer* out) {
-  WideText text;
+/// Where the other case of a letter is longer. @param text in its first case.
+[[gnu::noinline]] int ChangeLength(const ot95_collation& collation, const WideText& text,
+                                   OtCharOperation& operation, ot95_buffer* out) {
   CaseUnits changed;
-  if (collation == nullptr) return OT95_ERR_ARGUMENT;
-  if (const int status = text.Take(utf8.data, utf8.size)) return status;
   if (const int status = changed.Reserve(2 * text.count())) return status;  // tails are one unit
-  OtStringIterator source(text.text(), OT_CS_UNICODE, collation->language, OT_FORMAT_NATIVE);
+  OtStringIterator source(text.text(), OT_CS_UNICODE, collation.language, OT_FORMAT_NATIVE);
   OtStringIterator target(reinterpret_cast<const char*>(changed.units()), OT_CS_UNICODE,
-                          collation->language, OT_FORMAT_NATIVE);
+                          collation.language, OT_FORMAT_NATIVE);
   source.Transform(target, operation);
   std::size_t count = 0;
   while (changed.units()[count] != 0) ++count;
   return GiveUnits(out, changed.units(), count);
+}
+
+template <CaseOp op, class Operation>
+int ChangeCase(const ot95_collation* collation, const ot95_span& utf8, ot95_buffer* out) {
+  WideText text;
+  if (collation == nullptr) return OT95_ERR_ARGUMENT;
+  if (const int status = text.Take(utf8.data, utf8.size)) return status;
+  auto* const units = reinterpret_cast<char*>(text.units());
+  if (ChangeCaseInPlace(op, collation->language, units, text.count() + 1) == text.count()) {
+    return GiveUnits(out, text.units(), text.count());
+  }
+  Operation operation;
+  WideText again;
+  if (const int status = again.Take(utf8.data, utf8.size)) return status;
+  return ChangeLength(*collation, again, operation, out);
 }
 
 }  // namespace
@@ -106,6 +120,7 @@ int ChangeCase(const ot95_collation* collation, const ot95_span& utf8, OtCharOpe
 }  // namespace ot95::c
 
 using namespace ot95::c;
+using ot95::CaseOp;
 
 int ot95_collation_open(const char* tag, unsigned options, ot95_collation** out) {
   return Guarded([&]() -> int {
@@ -156,15 +171,13 @@ int ot95_collation_match(const ot95_collation* collation, const char* text, size
 int ot95_collation_upper(const ot95_collation* collation, const char* text, size_t size,
                          ot95_buffer* out) {
   return Guarded([&] {
-    OtToUpper upper;
-    return ChangeCase(collation, {text, size}, upper, out);
+    return ChangeCase<CaseOp::kUpper, OtToUpper>(collation, {text, size}, out);
   });
 }
 
 int ot95_collation_lower(const ot95_collation* collation, const char* text, size_t size,
                          ot95_buffer* out) {
   return Guarded([&] {
-    OtToLower lower;
-    return ChangeCase(collation, {text, size}, lower, out);
+    return ChangeCase<CaseOp::kLower, OtToLower>(collation, {text, size}, out);
   });
 }

@@ -1,4 +1,5 @@
 // Keys that compare as bytes, their ranges and hashes: of stored arrays, and of texts in UTF-8.
+#include "text/collation/sortkey.h"
 #include "c/collation.h"
 
 namespace ot95::c {
@@ -29,7 +30,7 @@ struct Keyed {
 
 /// The beginning of a key that is longer than its room is written, too.
 int GiveKey(const Keyed& of, ot95_buffer* out) {
-  if (out == nullptr || (out->data == nullptr && out->room != 0)) return OT95_ERR_ARGUMENT;
+  if (!IsBuffer(out)) return OT95_ERR_ARGUMENT;
   int status = 0;
   const unsigned long length = of.manager.SortKey(of.id, out->data, out->room, of.bytes, of.size,
                                                   of.cmpOp, of.count, of.format, status);
@@ -51,9 +52,7 @@ int GiveHash(const Keyed& of, std::uint64_t seed, std::uint64_t* hash) {
 /// @param op relation and options of the comparison with the operand, whose own options those of
 ///   the keys are.
 int GiveRange(const Keyed& operand, unsigned short op, ot95_buffer* lower, ot95_buffer* upper) {
-  for (const ot95_buffer* end : {lower, upper}) {
-    if (end == nullptr || (end->data == nullptr && end->room != 0)) return OT95_ERR_ARGUMENT;
-  }
+  if (!IsBuffer(lower) || !IsBuffer(upper)) return OT95_ERR_ARGUMENT;
   OtSortRange range;
   range.lower = lower->data;
   range.lowerRoom = lower->room;
@@ -114,9 +113,12 @@ int ot95_collation_key(const ot95_collation* collation, const char* text, size_t
                        ot95_buffer* out) {
   return Guarded([&]() -> int {
     WideText wide;
-    if (collation == nullptr) return OT95_ERR_ARGUMENT;
+    if (collation == nullptr || !IsBuffer(out)) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
-    return GiveKey(Keyed::Of(*collation, wide), out);
+    ot95::SortKeyWriter key(out->data, out->room);
+    ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
+    out->size = key.Size();
+    return out->size > out->room ? OT95_ERR_ROOM : OT95_OK;
   });
 }
 
@@ -136,8 +138,12 @@ int ot95_collation_hash(const ot95_collation* collation, const char* text, size_
                         uint64_t seed, uint64_t* hash) {
   return Guarded([&]() -> int {
     WideText wide;
-    if (collation == nullptr) return OT95_ERR_ARGUMENT;
+    if (collation == nullptr || hash == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
-    return GiveHash(Keyed::Of(*collation, wide), seed, hash);
+    ot95::Hash64State state(seed);
+    ot95::SortKeyWriter key(state);
+    ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
+    *hash = key.Finish();
+    return OT95_OK;
   });
 }

@@ -64,36 +64,46 @@ std::uint16_t* PutCharacter(std::uint16_t* to, std::uint32_t character) {
   return to;
 }
 
-/// Whether eight bytes are ASCII and none of them is zero.
-bool AreEightPlain(const unsigned char* at) {
-  constexpr std::uint64_t ones = 0x0101010101010101u, highs = ones << 7;
-  std::uint64_t word;
+/// Widens as many bytes as a word has if they are ASCII and none of them is zero.
+template <class Word>
+[[gnu::always_inline]] inline bool WidenPlain(const unsigned char* at, std::uint16_t* to) {
+  constexpr Word ones = static_cast<Word>(0x0101010101010101u), highs = ones << 7;
+  Word word;
   std::memcpy(&word, at, sizeof word);
-  return ((word | (word - ones)) & highs) == 0;
+  if (((word | (word - ones)) & highs) != 0) return false;
+  for (std::size_t i = 0; i < sizeof word; ++i) to[i] = at[i];
+  return true;
+}
+
+[[gnu::always_inline]] inline bool IsTwoByteSequence(const unsigned char* at) {
+  return *at >= 0xc2 && *at < 0xe0 && (at[1] & 0xc0) == 0x80;
 }
 
 /// @param units room for as many as there are bytes. @return behind the last; null for bad UTF-8.
 std::uint16_t* Decode(const unsigned char* at, const unsigned char* end, std::uint16_t* to) {
   while (at != end) {
-    if (end - at >= 8 && AreEightPlain(at)) {
-      for (int i = 0; i < 8; ++i) to[i] = at[i];
+    while (end - at >= 8 && WidenPlain<std::uint64_t>(at, to)) {
       at += 8;
       to += 8;
-      continue;
     }
-    // Nearly all characters of nearly all texts take one byte or two.
-    if (*at < 0x80 && *at != 0) {
+    if (end - at >= 4 && WidenPlain<std::uint32_t>(at, to)) {
+      at += 4;
+      to += 4;
+    }
+    while (at != end && *at < 0x80) {
+      if (*at == 0) return nullptr;
       *to++ = *at++;
-      continue;
+      if (end - at >= 8) break;  // which may be plain again
     }
-    if (*at >= 0xc2 && *at < 0xe0 && end - at > 1 && (at[1] & 0xc0) == 0x80) {
+    while (end - at > 1 && IsTwoByteSequence(at)) {
       *to++ = static_cast<std::uint16_t>((at[0] & 0x1f) << 6 | (at[1] & 0x3f));
       at += 2;
-      continue;
     }
-    const std::uint32_t character = TakeSequence(at, end);
-    if (character == 0) return nullptr;
-    to = PutCharacter(to, character);
+    while (at != end && *at >= 0x80) {
+      const std::uint32_t character = TakeSequence(at, end);
+      if (character == 0) return nullptr;
+      to = PutCharacter(to, character);
+    }
   }
   return to;
 }
@@ -103,8 +113,11 @@ std::uint16_t* Decode(const unsigned char* at, const unsigned char* end, std::ui
 std::size_t Utf8Size(const std::uint16_t* units, std::size_t count) {
   std::size_t size = 0;
   for (const std::uint16_t *at = units, *end = units + count; at != end;) {
-    const unsigned character = TakeCharacter(at, end);
-    size += character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
+    if (*at < 0x800) [[likely]] {
+      size += *at++ < 0x80 ? std::size_t{1} : 2;
+      continue;
+    }
+    size += TakeCharacter(at, end) < 0x10000 ? std::size_t{3} : 4;
   }
   return size;
 }
@@ -112,11 +125,11 @@ std::size_t Utf8Size(const std::uint16_t* units, std::size_t count) {
 void EncodeUtf8(const std::uint16_t* units, std::size_t count, char* utf8) {
   const auto put = [&utf8](unsigned byte) { *utf8++ = static_cast<char>(byte); };
   for (const std::uint16_t *at = units, *end = units + count; at != end;) {
-    const unsigned character = TakeCharacter(at, end);
-    if (character < 0x80) {
-      put(character);
+    if (*at < 0x80) {
+      put(*at++);
       continue;
     }
+    const unsigned character = TakeCharacter(at, end);
     int following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
     put(kSequences[following - 1].lead | character >> 6 * following);
     while (following-- > 0) put(0x80 | (character >> 6 * following & 0x3f));

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "ot95/text.h"
+#include "text/collation/orders.h"
 
 namespace ot95::c {
 
@@ -25,9 +26,13 @@ class WideText {
   int Take(const char* utf8, std::size_t size);
 
   const std::uint16_t* units() const { return units_; }
+  std::uint16_t* units() { return units_; }
   std::size_t count() const { return count_; }
   /// As the library wants it.
   const char* text() const { return reinterpret_cast<const char*>(units_); }
+  TextSpan Span(unsigned char language) const {
+    return {text(), kUnbounded, 2 * count_ + 2, OT_CS_UNICODE, language, false};
+  }
   /// The text as a string of a code set. @return OT95_ERR_VALUE if that lacks one of the
   /// characters.
   int ToString(unsigned char codeSet, unsigned char language, OtString& text) const;
