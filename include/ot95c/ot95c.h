@@ -363,7 +363,11 @@ typedef struct ot95_collation ot95_collation;
  * @param out to be given back by ot95_free.
  */
 OT95C_EXPORT int ot95_collation_open(const char* tag, unsigned options, ot95_collation** out);
-/** @param sign -1, 0 or 1. */
+/**
+ * Compares two texts. They are read as far as it takes to tell: what is behind that, or the same in
+ * both, need not be UTF-8.
+ * @param sign -1, 0 or 1.
+ */
 OT95C_EXPORT int ot95_collation_compare(const ot95_collation* collation, const char* a,
                                         size_t a_size, const char* b, size_t b_size, int* sign);
 /** Whether a text matches a pattern with `*` and `?`: 1 or 0. */
