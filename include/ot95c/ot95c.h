@@ -20,7 +20,8 @@
  * @endcode
  *
  * - A function returns 0, or a negative status (see ot95_strerror) and then leaves its results as
- *   they were, unless it says otherwise. None throws or ends the process.
+ *   they were, unless it says otherwise; what a buffer held may be lost. None throws or ends the
+ *   process.
  * - Bytes that are read are checked first; they may come from anywhere.
  * - Results go to memory of the caller. What is allocated for one belongs to the caller and goes
  *   back through ot95_free.

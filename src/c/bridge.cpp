@@ -154,6 +154,7 @@ int GiveText(ot95_buffer* out, const OtString& text) {
   } else {
     wide.MapToCodeSet(OT_CS_UNICODE);
   }
+  if (wide.GetCodeSetCode() != OT_CS_UNICODE) return OT95_ERR_MEMORY;
   return GiveUnits(out, reinterpret_cast<const std::uint16_t*>(wide.StrGet()), wide.Len());
 }
 

@@ -43,7 +43,9 @@ int CompareUnits(const ot95_collation& collation, unsigned wildcards, const Wide
 [[gnu::noinline]] int CompareAnyTexts(const ot95_collation* collation, const char* a,
                                       std::size_t aSize, const char* b, std::size_t bSize,
                                       int* sign) {
-  return Guarded([&] { return CompareBoth(collation, 0, {a, aSize}, {b, bSize}, *sign); });
+  return GuardedResult(sign, [&](int& made) {
+    return CompareBoth(collation, 0, {a, aSize}, {b, bSize}, made);
+  });
 }
 
 /// Whether texts of these sizes aren't empty, and short enough for any that are strings.
@@ -158,26 +160,25 @@ int ot95_collation_compare(const ot95_collation* collation, const char* a, size_
 
 int ot95_collation_match(const ot95_collation* collation, const char* text, size_t size,
                          const char* pattern, size_t pattern_size, int* matches) {
-  return Guarded([&]() -> int {
+  return GuardedResult(matches, [&](int& made) {
     int sign = 0;
-    if (matches == nullptr) return OT95_ERR_ARGUMENT;
     const int status =
         CompareBoth(collation, OT_CMP_NO_WILDCARDS, {text, size}, {pattern, pattern_size}, sign);
-    if (status == OT95_OK) *matches = sign == 0;
+    made = sign == 0;
     return status;
   });
 }
 
 int ot95_collation_upper(const ot95_collation* collation, const char* text, size_t size,
                          ot95_buffer* out) {
-  return Guarded([&] {
+  return GuardedFor(out, [&] {
     return ChangeCase<CaseOp::kUpper, OtToUpper>(collation, {text, size}, out);
   });
 }
 
 int ot95_collation_lower(const ot95_collation* collation, const char* text, size_t size,
                          ot95_buffer* out) {
-  return Guarded([&] {
+  return GuardedFor(out, [&] {
     return ChangeCase<CaseOp::kLower, OtToLower>(collation, {text, size}, out);
   });
 }

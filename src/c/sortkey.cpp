@@ -39,14 +39,10 @@ int GiveKey(const Keyed& of, ot95_buffer* out) {
   return length > out->room ? OT95_ERR_ROOM : StatusOf(status);
 }
 
-int GiveHash(const Keyed& of, std::uint64_t seed, std::uint64_t* hash) {
-  if (hash == nullptr) return OT95_ERR_ARGUMENT;
+int MakeHash(const Keyed& of, std::uint64_t seed, std::uint64_t& hash) {
   int status = 0;
-  const std::uint64_t word =
-      of.manager.Hash64(of.id, of.bytes, of.size, of.cmpOp, of.count, of.format, seed, status);
-  if (status != 0) return StatusOf(status);
-  *hash = word;
-  return OT95_OK;
+  hash = of.manager.Hash64(of.id, of.bytes, of.size, of.cmpOp, of.count, of.format, seed, status);
+  return StatusOf(status);
 }
 
 /// @param op relation and options of the comparison with the operand, whose own options those of
@@ -78,7 +74,7 @@ int Open(const ot95_array* array, unsigned options, Stored& stored, unsigned sho
 using namespace ot95::c;
 
 int ot95_sort_key(const ot95_array* array, unsigned options, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Stored stored;
     unsigned short cmpOp = 0;
     if (const int status = Open(array, options, stored, cmpOp)) return status;
@@ -87,11 +83,11 @@ int ot95_sort_key(const ot95_array* array, unsigned options, ot95_buffer* out) {
 }
 
 int ot95_hash64(const ot95_array* array, unsigned options, uint64_t seed, uint64_t* hash) {
-  return Guarded([&]() -> int {
+  return GuardedResult(hash, [&](uint64_t& made) {
     Stored stored;
     unsigned short cmpOp = 0;
     if (const int status = Open(array, options, stored, cmpOp)) return status;
-    return GiveHash(Keyed::Of(stored, cmpOp), seed, hash);
+    return MakeHash(Keyed::Of(stored, cmpOp), seed, made);
   });
 }
 
@@ -111,7 +107,7 @@ int ot95_sort_range(const ot95_array* operand, unsigned relation, unsigned key_o
 
 int ot95_collation_key(const ot95_collation* collation, const char* text, size_t size,
                        ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&]() -> int {
     WideText wide;
     if (collation == nullptr || !IsBuffer(out)) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
@@ -136,14 +132,14 @@ int ot95_collation_range(const ot95_collation* collation, const char* pattern, s
 
 int ot95_collation_hash(const ot95_collation* collation, const char* text, size_t size,
                         uint64_t seed, uint64_t* hash) {
-  return Guarded([&]() -> int {
+  return GuardedResult(hash, [&](uint64_t& made) -> int {
     WideText wide;
-    if (collation == nullptr || hash == nullptr) return OT95_ERR_ARGUMENT;
+    if (collation == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
     ot95::Hash64State state(seed);
     ot95::SortKeyWriter key(state);
     ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
-    *hash = key.Finish();
+    made = key.Finish();
     return OT95_OK;
   });
 }

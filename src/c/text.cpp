@@ -139,11 +139,11 @@ using namespace ot95::c;
 
 int ot95_scan(int type, const ot95_span* texts, size_t count, const ot95_scan_options* options,
               unsigned form, ot95_buffer* out) {
-  return Guarded([&] { return ScanAll(type, texts, count, options, form, out); });
+  return GuardedFor(out, [&] { return ScanAll(type, texts, count, options, form, out); });
 }
 
 int ot95_print(const ot95_array* array, size_t index, const char* format, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Values values;
     if (const int status = LoadFor(array, index, values)) return status;
     return Print(values, index, format, out);
@@ -151,17 +151,16 @@ int ot95_print(const ot95_array* array, size_t index, const char* format, ot95_b
 }
 
 int ot95_is_null(const ot95_array* array, size_t index, int* is_null) {
-  return Guarded([&]() -> int {
+  return GuardedResult(is_null, [&](int& made) -> int {
     Values values;
-    if (is_null == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = LoadFor(array, index, values)) return status;
-    *is_null = values.IsNull(index);
+    made = values.IsNull(index);
     return OT95_OK;
   });
 }
 
 int ot95_default(int type, int nullable, unsigned form, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Type opened;
     Values values;
     unsigned char format = 0;

@@ -168,6 +168,7 @@ int WideText::ToString(unsigned char codeSet, unsigned char language, OtString& 
   change(text, codeSet);
   OtString back(text);
   change(back, OT_CS_UNICODE);
+  if (back.GetCodeSetCode() != OT_CS_UNICODE) return OT95_ERR_MEMORY;
   const bool isSame = back.Len() == count_ && std::memcmp(back.StrGet(), units_, 2 * count_) == 0;
   return isSame ? OT95_OK : OT95_ERR_VALUE;
 }
