@@ -191,13 +191,21 @@ typedef struct ot95_scan_options {
   unsigned code_set;  /**< Of a text that is stored; 253 is Unicode. */
   unsigned language;  /**< Its language, by number; 1 is the neutral one. */
   const char* format; /**< Null: the type's own. */
+  unsigned flags;     /**< OT95_STRICT or 0. */
 } ot95_scan_options;
+
+enum {
+  /** Texts are taken only if their values mean what they say: what would be wrapped, cut or made up
+      is refused with OT95_ERR_VALUE. Without a format dates and times may be in ISO 8601 form. */
+  OT95_STRICT = 1
+};
 
 /**
  * Stores what texts say, one element a text. "{NULL}" is the null.
  * @param options null for Unicode, the neutral language, and the type's format.
  * @return OT95_ERR_VALUE for a text from which the type reads no value, or one that the code set
- *   can't hold. What a type reads of a text is its own: numbers wrap as in C++.
+ *   can't hold. What a type reads of a text is its own, numbers wrap as in C++: OT95_STRICT holds
+ *   it to the text.
  */
 OT95C_EXPORT int ot95_scan(int type, const ot95_span* texts, size_t count,
                            const ot95_scan_options* options, unsigned form, ot95_buffer* out);

@@ -2,7 +2,7 @@
 #define OT95_SRC_C_UTF8_H
 
 /// @file
-/// UTF-8 to the 16-bit units of a text, and back.
+/// Texts in UTF-8 as terminated units, records and strings.
 
 #include <cstddef>
 #include <cstdint>
@@ -10,14 +10,11 @@
 
 #include "ot95/text.h"
 #include "text/collation/orders.h"
+#include "text/utf8.h"
 
 namespace ot95::c {
 
 constexpr std::size_t kMostUnits = 32765;  ///< Of a string, with its terminator in 65,532 bytes.
-
-/// Bytes of the units in UTF-8; an unpaired surrogate counts as U+FFFD.
-std::size_t Utf8Size(const std::uint16_t* units, std::size_t count);
-void EncodeUtf8(const std::uint16_t* units, std::size_t count, char* utf8);
 
 /// A text from UTF-8 as terminated units. Up to 256 bytes of it need no allocation.
 class WideText {

@@ -129,8 +129,9 @@ class Operations {
     return ot95_scan(TypeOf(type), &span, 1, options, OT95_FORM_NATIVE, out);
   }
   static std::vector<Operation> ThatScan() {
-    static constexpr ot95_scan_options latin = {sizeof latin, 1, 1, nullptr};
-    static constexpr ot95_scan_options formatted = {sizeof formatted, 253, 1, "%Y-%m-%d"};
+    static constexpr ot95_scan_options latin = {sizeof latin, 1, 1, nullptr, 0};
+    static constexpr ot95_scan_options formatted = {sizeof formatted, 253, 1, "%Y-%m-%d", 0};
+    static constexpr ot95_scan_options strict = {sizeof strict, 253, 1, nullptr, OT95_STRICT};
     return {
         {"scan a text", [](ot95_buffer* out) { return Scan(out, "OtString", kText); }},
         {"scan a text of another code set",
@@ -142,6 +143,12 @@ class Operations {
         {"scan a date", [](ot95_buffer* out) { return Scan(out, "OtDate", "Sun 02.Jan 2000"); }},
         {"scan a date by a format",
          [](ot95_buffer* out) { return Scan(out, "OtDate", "2000-12-31", &formatted); }},
+        {"scan a date strictly",
+         [](ot95_buffer* out) { return Scan(out, "OtDate", "2000-12-31", &strict); }},
+        {"scan a text strictly",
+         [](ot95_buffer* out) { return Scan(out, "OtString", kText, &strict); }},
+        {"scan a number strictly",
+         [](ot95_buffer* out) { return Scan(out, "OtNull_double", "7.5", &strict); }},
         {"scan an identifier", [](ot95_buffer* out) { return Scan(out, "OtRef", "(1:0-7#2, 5)"); }},
         {"scan an empty blob", [](ot95_buffer* out) { return Scan(out, "OtBlob", ""); }},
     };
