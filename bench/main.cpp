@@ -42,6 +42,7 @@ int main(int argc, char** argv) {
   bench::RegisterScalars();
   bench::RegisterInt64();
   bench::RegisterTemporal();
+  bench::RegisterCInterface();
 #ifdef OT95_BENCH_STORE
   bench::RegisterTrees();
   if (!count) bench::RegisterStore();  // whose time is spent in files

@@ -46,6 +46,7 @@ void RegisterConversion();
 void RegisterScalars();
 void RegisterInt64();
 void RegisterTemporal();
+void RegisterCInterface();
 void RegisterTrees();
 void RegisterStore();
 

@@ -11,6 +11,7 @@
 #include "ot95/istring.h"
 #include "ot95/nullable.h"
 #include "ot95/odmg.h"
+#include "ot95/scanner.h"
 #include "ot95/sort.h"
 #include "ot95/temporal.h"
 #include "ot95/text.h"

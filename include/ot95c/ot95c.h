@@ -20,7 +20,8 @@
  * @endcode
  *
  * - A function returns 0, or a negative status (see ot95_strerror) and then leaves its results as
- *   they were, unless it says otherwise. None throws or ends the process.
+ *   they were, unless it says otherwise; what a buffer held may be lost. None throws or ends the
+ *   process.
  * - Bytes that are read are checked first; they may come from anywhere.
  * - Results go to memory of the caller. What is allocated for one belongs to the caller and goes
  *   back through ot95_free.
@@ -190,13 +191,21 @@ typedef struct ot95_scan_options {
   unsigned code_set;  /**< Of a text that is stored; 253 is Unicode. */
   unsigned language;  /**< Its language, by number; 1 is the neutral one. */
   const char* format; /**< Null: the type's own. */
+  unsigned flags;     /**< OT95_STRICT or 0. */
 } ot95_scan_options;
+
+enum {
+  /** Texts are taken only if their values mean what they say: what would be wrapped, cut or made up
+      is refused with OT95_ERR_VALUE. Without a format dates and times may be in ISO 8601 form. */
+  OT95_STRICT = 1
+};
 
 /**
  * Stores what texts say, one element a text. "{NULL}" is the null.
  * @param options null for Unicode, the neutral language, and the type's format.
  * @return OT95_ERR_VALUE for a text from which the type reads no value, or one that the code set
- *   can't hold. What a type reads of a text is its own: numbers wrap as in C++.
+ *   can't hold. What a type reads of a text is its own, numbers wrap as in C++: OT95_STRICT holds
+ *   it to the text.
  */
 OT95C_EXPORT int ot95_scan(int type, const ot95_span* texts, size_t count,
                            const ot95_scan_options* options, unsigned form, ot95_buffer* out);
@@ -363,7 +372,11 @@ typedef struct ot95_collation ot95_collation;
  * @param out to be given back by ot95_free.
  */
 OT95C_EXPORT int ot95_collation_open(const char* tag, unsigned options, ot95_collation** out);
-/** @param sign -1, 0 or 1. */
+/**
+ * Compares two texts. They are read as far as it takes to tell: what is behind that, or the same in
+ * both, need not be UTF-8.
+ * @param sign -1, 0 or 1.
+ */
 OT95C_EXPORT int ot95_collation_compare(const ot95_collation* collation, const char* a,
                                         size_t a_size, const char* b, size_t b_size, int* sign);
 /** Whether a text matches a pattern with `*` and `?`: 1 or 0. */

@@ -18,6 +18,7 @@ int NoMemoryToGive(unsigned long) {
 
 std::atomic<OtAssertHandler> assertHandler{ReportAssertion};
 std::atomic<OtMemoryHandler> memoryHandler{NoMemoryToGive};
+thread_local unsigned long shortages = 0;
 
 }  // namespace
 
@@ -30,9 +31,18 @@ OtAssertHandler OTDB_SetAssertHandler(OtAssertHandler handler) noexcept {
 }
 
 int OtCallMemoryHandler(unsigned long size) {
+  OtNoteMemoryShortage();
   return memoryHandler.load()(size);
 }
 
 OtMemoryHandler OtSetMemoryHandler(OtMemoryHandler handler) noexcept {
   return memoryHandler.exchange(handler ? handler : NoMemoryToGive);
+}
+
+unsigned long OtMemoryShortages() noexcept {
+  return shortages;
+}
+
+void OtNoteMemoryShortage() noexcept {
+  ++shortages;
 }

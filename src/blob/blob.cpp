@@ -38,7 +38,7 @@ void CopyBytes(unsigned char* target, const void* source, long size) {
 
 template <class... Arguments>
 OtBlobData* NewData(Arguments... arguments) {
-  return new (std::nothrow) OtBlobData(arguments...);
+  return ot95::Noted(new (std::nothrow) OtBlobData(arguments...));
 }
 
 // How much of a range of `length` bytes at `position` there is among `size` bytes; 0 if none.

@@ -128,7 +128,7 @@ int Values::Store(unsigned char format, ot95_buffer* out) {
 }
 
 int AskRoom(ot95_buffer* out, std::size_t size) {
-  if (out == nullptr || (out->data == nullptr && out->room != 0)) return OT95_ERR_ARGUMENT;
+  if (!IsBuffer(out)) return OT95_ERR_ARGUMENT;
   out->size = size;
   return size > out->room ? OT95_ERR_ROOM : OT95_OK;
 }
@@ -154,6 +154,7 @@ int GiveText(ot95_buffer* out, const OtString& text) {
   } else {
     wide.MapToCodeSet(OT_CS_UNICODE);
   }
+  if (wide.GetCodeSetCode() != OT_CS_UNICODE) return OT95_ERR_MEMORY;
   return GiveUnits(out, reinterpret_cast<const std::uint16_t*>(wide.StrGet()), wide.Len());
 }
 

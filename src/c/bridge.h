@@ -7,22 +7,46 @@
 
 #include <new>
 
+#include "ot95/fault.h"
 #include "ot95/text.h"
 #include "ot95/typemgr.h"
 #include "ot95c/ot95c.h"
 
 namespace ot95::c {
 
-/// Runs the body of an exported function: nothing that is thrown leaves it.
+/// Runs the body of an exported function: nothing that is thrown leaves it, and what was made while
+/// memory was short doesn't count.
 template <class Body>
 int Guarded(Body&& body) noexcept {
+  const unsigned long shortages = OtMemoryShortages();
   try {
-    return body();
+    const int status = body();
+    return OtMemoryShortages() == shortages ? status : OT95_ERR_MEMORY;
   } catch (const std::bad_alloc&) {
     return OT95_ERR_MEMORY;
   } catch (...) {
     return OT95_ERR_INTERNAL;
   }
+}
+
+/// The same of one whose result goes to a buffer.
+template <class Body>
+int GuardedFor(ot95_buffer* out, Body&& body) noexcept {
+  if (out == nullptr) return OT95_ERR_ARGUMENT;
+  const std::size_t size = out->size;
+  const int status = Guarded(body);
+  if (status == OT95_ERR_MEMORY) out->size = size;
+  return status;
+}
+
+/// The same of one that `body` gives a place for its result, which counts where it succeeds.
+template <class Result, class Body>
+int GuardedResult(Result* result, Body&& body) noexcept {
+  if (result == nullptr) return OT95_ERR_ARGUMENT;
+  Result made{};
+  const int status = Guarded([&] { return body(made); });
+  if (status == OT95_OK) *result = made;
+  return status;
 }
 
 /// The status here of one of the library's.
@@ -108,6 +132,10 @@ class Values {
   unsigned long count_ = 0;
 };
 
+/// Whether a result can be given to a buffer.
+inline bool IsBuffer(const ot95_buffer* out) {
+  return out != nullptr && (out->data != nullptr || out->room == 0);
+}
 /// Says how much a result takes. @return 0 if the buffer has the room.
 int AskRoom(ot95_buffer* out, std::size_t size);
 int Give(ot95_buffer* out, const void* bytes, std::size_t size);

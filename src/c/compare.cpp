@@ -26,35 +26,30 @@ int Compare(const ot95_array* a, const ot95_array* b, unsigned options, long& re
 using namespace ot95::c;
 
 int ot95_compare(const ot95_array* a, const ot95_array* b, unsigned options, int* sign) {
-  return Guarded([&]() -> int {
+  return GuardedResult(sign, [&](int& made) {
     long result = 0;
-    if (sign == nullptr) return OT95_ERR_ARGUMENT;
-    if (const int status = Compare(a, b, options, result)) return status;
-    *sign = Sign(result);
-    return OT95_OK;
+    const int status = Compare(a, b, options, result);
+    made = Sign(result);
+    return status;
   });
 }
 
 int ot95_match(const ot95_array* array, const ot95_array* pattern, unsigned options, int* matches) {
-  return Guarded([&]() -> int {
+  return GuardedResult(matches, [&](int& made) {
     long result = 0;
-    if (matches == nullptr) return OT95_ERR_ARGUMENT;
-    if (const int status = Compare(array, pattern, options | OT95_WILDCARDS, result)) return status;
-    *matches = result == 0;
-    return OT95_OK;
+    const int status = Compare(array, pattern, options | OT95_WILDCARDS, result);
+    made = result == 0;
+    return status;
   });
 }
 
 int ot95_hash(const ot95_array* array, uint32_t* hash) {
-  return Guarded([&]() -> int {
+  return GuardedResult(hash, [&](uint32_t& made) {
     Stored stored;
-    if (hash == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = stored.Open(array)) return status;
     int status = 0;
-    const unsigned long word = stored.manager().Hash(stored.id(), stored.size(), stored.bytes(),
-                                                     stored.count(), stored.format(), status);
-    if (status != 0) return StatusOf(status);
-    *hash = static_cast<uint32_t>(word);
-    return OT95_OK;
+    made = static_cast<uint32_t>(stored.manager().Hash(stored.id(), stored.size(), stored.bytes(),
+                                                       stored.count(), stored.format(), status));
+    return StatusOf(status);
   });
 }

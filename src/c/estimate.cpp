@@ -34,12 +34,12 @@ std::size_t TakeKey(const void* key, unsigned char length, unsigned char* to) {
 }
 
 int Estimate(const ot95_array* operand, unsigned relation, const ot95_span* low,
-             const ot95_span* high, ot95_estimate_result* out) {
+             const ot95_span* high, ot95_estimate_result& result) {
   constexpr unsigned relations = OT95_EQUAL | OT95_LESS | OT95_GREATER;
   Stored stored;
   OtIdxBounds ends;
   unsigned short cmpOp = 0;
-  if (out == nullptr || (relation & relations) == 0 || (low == nullptr) != (high == nullptr)) {
+  if ((relation & relations) == 0 || (low == nullptr) != (high == nullptr)) {
     return OT95_ERR_ARGUMENT;
   }
   if (const int status = OpenOptions(relation & ~relations, cmpOp)) return status;
@@ -53,12 +53,11 @@ int Estimate(const ot95_array* operand, unsigned relation, const ot95_span* low,
   const float share = stored.manager().EvalAndBound(stored.id(), low != nullptr ? &ends : nullptr,
                                                     op, stored.bytes(), stored.format(),
                                                     stored.count(), &limits, nullptr);
-  ot95_estimate_result result = {};
   result.share = share;
   result.stands_for_range = (op & OT_OP_WILDCARD) != 0;
   result.lower_size = TakeKey(limits.lowerKey, limits.lowerKeyLength, result.lower);
   result.upper_size = TakeKey(limits.upperKey, limits.upperKeyLength, result.upper);
-  return Describe(out, result);
+  return OT95_OK;
 }
 
 }  // namespace
@@ -67,5 +66,9 @@ int Estimate(const ot95_array* operand, unsigned relation, const ot95_span* low,
 
 int ot95_estimate(const ot95_array* operand, unsigned relation, const ot95_span* low,
                   const ot95_span* high, ot95_estimate_result* out) {
-  return ot95::c::Guarded([&] { return ot95::c::Estimate(operand, relation, low, high, out); });
+  ot95_estimate_result result = {};
+  if (out == nullptr) return OT95_ERR_ARGUMENT;
+  const int status =
+      ot95::c::Guarded([&] { return ot95::c::Estimate(operand, relation, low, high, result); });
+  return status == OT95_OK ? ot95::c::Describe(out, result) : status;
 }

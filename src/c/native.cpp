@@ -434,7 +434,7 @@ unsigned KindOf(char id) {
 }  // namespace ot95::c
 
 int ot95_encode(int type, const ot95_value* values, size_t count, unsigned form, ot95_buffer* out) {
-  return ot95::c::Guarded([&] { return ot95::c::Encode(type, values, count, form, out); });
+  return ot95::c::GuardedFor(out, [&] { return ot95::c::Encode(type, values, count, form, out); });
 }
 
 int ot95_decode(const ot95_array* array, ot95_value* values) {

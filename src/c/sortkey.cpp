@@ -1,4 +1,5 @@
 // Keys that compare as bytes, their ranges and hashes: of stored arrays, and of texts in UTF-8.
+#include "text/collation/sortkey.h"
 #include "c/collation.h"
 
 namespace ot95::c {
@@ -29,7 +30,7 @@ struct Keyed {
 
 /// The beginning of a key that is longer than its room is written, too.
 int GiveKey(const Keyed& of, ot95_buffer* out) {
-  if (out == nullptr || (out->data == nullptr && out->room != 0)) return OT95_ERR_ARGUMENT;
+  if (!IsBuffer(out)) return OT95_ERR_ARGUMENT;
   int status = 0;
   const unsigned long length = of.manager.SortKey(of.id, out->data, out->room, of.bytes, of.size,
                                                   of.cmpOp, of.count, of.format, status);
@@ -38,22 +39,16 @@ int GiveKey(const Keyed& of, ot95_buffer* out) {
   return length > out->room ? OT95_ERR_ROOM : StatusOf(status);
 }
 
-int GiveHash(const Keyed& of, std::uint64_t seed, std::uint64_t* hash) {
-  if (hash == nullptr) return OT95_ERR_ARGUMENT;
+int MakeHash(const Keyed& of, std::uint64_t seed, std::uint64_t& hash) {
   int status = 0;
-  const std::uint64_t word =
-      of.manager.Hash64(of.id, of.bytes, of.size, of.cmpOp, of.count, of.format, seed, status);
-  if (status != 0) return StatusOf(status);
-  *hash = word;
-  return OT95_OK;
+  hash = of.manager.Hash64(of.id, of.bytes, of.size, of.cmpOp, of.count, of.format, seed, status);
+  return StatusOf(status);
 }
 
 /// @param op relation and options of the comparison with the operand, whose own options those of
 ///   the keys are.
 int GiveRange(const Keyed& operand, unsigned short op, ot95_buffer* lower, ot95_buffer* upper) {
-  for (const ot95_buffer* end : {lower, upper}) {
-    if (end == nullptr || (end->data == nullptr && end->room != 0)) return OT95_ERR_ARGUMENT;
-  }
+  if (!IsBuffer(lower) || !IsBuffer(upper)) return OT95_ERR_ARGUMENT;
   OtSortRange range;
   range.lower = lower->data;
   range.lowerRoom = lower->room;
@@ -79,7 +74,7 @@ int Open(const ot95_array* array, unsigned options, Stored& stored, unsigned sho
 using namespace ot95::c;
 
 int ot95_sort_key(const ot95_array* array, unsigned options, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Stored stored;
     unsigned short cmpOp = 0;
     if (const int status = Open(array, options, stored, cmpOp)) return status;
@@ -88,11 +83,11 @@ int ot95_sort_key(const ot95_array* array, unsigned options, ot95_buffer* out) {
 }
 
 int ot95_hash64(const ot95_array* array, unsigned options, uint64_t seed, uint64_t* hash) {
-  return Guarded([&]() -> int {
+  return GuardedResult(hash, [&](uint64_t& made) {
     Stored stored;
     unsigned short cmpOp = 0;
     if (const int status = Open(array, options, stored, cmpOp)) return status;
-    return GiveHash(Keyed::Of(stored, cmpOp), seed, hash);
+    return MakeHash(Keyed::Of(stored, cmpOp), seed, made);
   });
 }
 
@@ -112,11 +107,14 @@ int ot95_sort_range(const ot95_array* operand, unsigned relation, unsigned key_o
 
 int ot95_collation_key(const ot95_collation* collation, const char* text, size_t size,
                        ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&]() -> int {
     WideText wide;
-    if (collation == nullptr) return OT95_ERR_ARGUMENT;
+    if (collation == nullptr || !IsBuffer(out)) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
-    return GiveKey(Keyed::Of(*collation, wide), out);
+    ot95::SortKeyWriter key(out->data, out->room);
+    ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
+    out->size = key.Size();
+    return out->size > out->room ? OT95_ERR_ROOM : OT95_OK;
   });
 }
 
@@ -134,10 +132,14 @@ int ot95_collation_range(const ot95_collation* collation, const char* pattern, s
 
 int ot95_collation_hash(const ot95_collation* collation, const char* text, size_t size,
                         uint64_t seed, uint64_t* hash) {
-  return Guarded([&]() -> int {
+  return GuardedResult(hash, [&](uint64_t& made) -> int {
     WideText wide;
     if (collation == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = wide.Take(text, size)) return status;
-    return GiveHash(Keyed::Of(*collation, wide), seed, hash);
+    ot95::Hash64State state(seed);
+    ot95::SortKeyWriter key(state);
+    ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
+    made = key.Finish();
+    return OT95_OK;
   });
 }

@@ -56,16 +56,16 @@ int Translate(const ot95_array* array, unsigned form, ot95_buffer* out) {
   return values.Store(format, out);
 }
 
-int Size(const ot95_array* array, unsigned form, std::size_t* size) {
+int Size(const ot95_array* array, unsigned form, std::size_t& size) {
   Stored stored;
   Values values;
   unsigned char format = 0;
-  if (size == nullptr || (form & kTextFlags) != 0) return OT95_ERR_ARGUMENT;
+  if ((form & kTextFlags) != 0) return OT95_ERR_ARGUMENT;
   if (const int status = OpenForm(form, format)) return status;
   if (const int status = stored.OpenWhole(array)) return status;
   if (const int status = values.Load(stored)) return status;
-  *size = stored.manager().DiskLenGet(stored.id(), values.data(), format, stored.count(),
-                                      OT_FORMAT_MEMORY);
+  size = stored.manager().DiskLenGet(stored.id(), values.data(), format, stored.count(),
+                                     OT_FORMAT_MEMORY);
   return OT95_OK;
 }
 
@@ -105,13 +105,13 @@ int ot95_verify(const ot95_array* array, size_t* end) {
 }
 
 int ot95_size(const ot95_array* array, unsigned form, size_t* size) {
-  return Guarded([&] { return Size(array, form, size); });
+  return GuardedResult(size, [&](std::size_t& made) { return Size(array, form, made); });
 }
 
 int ot95_translate(const ot95_array* array, unsigned form, ot95_buffer* out) {
-  return Guarded([&] { return Translate(array, form, out); });
+  return GuardedFor(out, [&] { return Translate(array, form, out); });
 }
 
 int ot95_convert(const ot95_array* array, int type, unsigned form, ot95_buffer* out) {
-  return Guarded([&] { return Convert(array, type, form, out); });
+  return GuardedFor(out, [&] { return Convert(array, type, form, out); });
 }

@@ -1,10 +1,12 @@
 // Values as text in UTF-8: scan, print, nulls, defaults.
-#include <cstring>
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "c/bridge.h"
 #include "c/utf8.h"
+#include "ot95/scanner.h"
 
 namespace ot95::c {
 
@@ -45,16 +47,11 @@ class Starts {
 class Scanner {
  public:
   int Open(const Type& type, const ot95_scan_options* options) {
-    if (options != nullptr) {
-      if (options->struct_size < sizeof *options) return OT95_ERR_ARGUMENT;
-      const bool isKnown = options->code_set <= OT_CS_UNICODE && options->language < OT_LANG_NULL;
-      if (!isKnown) return OT95_ERR_LANGUAGE;
-      codeSet_ = static_cast<unsigned char>(options->code_set);
-      language_ = static_cast<unsigned char>(options->language);
-      format_ = options->format;
-    }
     type_ = type;
-    return starts_.Make(type);
+    if (options != nullptr) {
+      if (const int status = Take(*options)) return status;
+    }
+    return strict_ ? OT95_OK : starts_.Make(type);
   }
 
   int Scan(const ot95_span& utf8, void* element) {
@@ -62,6 +59,9 @@ class Scanner {
     OtString text;
     if (const int status = wide.Take(utf8.data, utf8.size)) return status;
     if (const int status = wide.ToString(codeSet_, language_, text)) return status;
+    if (strict_) {
+      return strict_->Scan(element, text, utf8.data, utf8.size) ? OT95_OK : OT95_ERR_VALUE;
+    }
     std::vector<unsigned char> results[2];
     bool isTouched = false;
     for (int start = 0; start < 2; ++start) {
@@ -78,6 +78,20 @@ class Scanner {
   }
 
  private:
+  /// A structure that is as an older caller knows it ends before the flags.
+  int Take(const ot95_scan_options& options) {
+    if (options.struct_size < offsetof(ot95_scan_options, flags)) return OT95_ERR_ARGUMENT;
+    const bool isKnown = options.code_set <= OT_CS_UNICODE && options.language < OT_LANG_NULL;
+    if (!isKnown) return OT95_ERR_LANGUAGE;
+    codeSet_ = static_cast<unsigned char>(options.code_set);
+    language_ = static_cast<unsigned char>(options.language);
+    format_ = options.format;
+    const unsigned flags = options.struct_size >= sizeof options ? options.flags : 0;
+    if ((flags & ~unsigned{OT95_STRICT}) != 0) return OT95_ERR_ARGUMENT;
+    if (flags != 0) strict_.emplace(type_.manager, type_.id, format_);
+    return OT95_OK;
+  }
+
   std::vector<unsigned char> Bytes(void* element) {
     std::vector<unsigned char> bytes(
         type_.manager.DiskLenGet(type_.id, element, OT_FORMAT_NATIVE, 1, OT_FORMAT_MEMORY));
@@ -90,6 +104,7 @@ class Scanner {
   unsigned char codeSet_ = OT_CS_UNICODE;
   unsigned char language_ = OT_LANG_NEUTRAL;
   const char* format_ = nullptr;
+  std::optional<OtStrictScanner> strict_;
 };
 
 int ScanAll(int number, const ot95_span* texts, std::size_t count, const ot95_scan_options* options,
@@ -139,11 +154,11 @@ using namespace ot95::c;
 
 int ot95_scan(int type, const ot95_span* texts, size_t count, const ot95_scan_options* options,
               unsigned form, ot95_buffer* out) {
-  return Guarded([&] { return ScanAll(type, texts, count, options, form, out); });
+  return GuardedFor(out, [&] { return ScanAll(type, texts, count, options, form, out); });
 }
 
 int ot95_print(const ot95_array* array, size_t index, const char* format, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Values values;
     if (const int status = LoadFor(array, index, values)) return status;
     return Print(values, index, format, out);
@@ -151,17 +166,16 @@ int ot95_print(const ot95_array* array, size_t index, const char* format, ot95_b
 }
 
 int ot95_is_null(const ot95_array* array, size_t index, int* is_null) {
-  return Guarded([&]() -> int {
+  return GuardedResult(is_null, [&](int& made) -> int {
     Values values;
-    if (is_null == nullptr) return OT95_ERR_ARGUMENT;
     if (const int status = LoadFor(array, index, values)) return status;
-    *is_null = values.IsNull(index);
+    made = values.IsNull(index);
     return OT95_OK;
   });
 }
 
 int ot95_default(int type, int nullable, unsigned form, ot95_buffer* out) {
-  return Guarded([&]() -> int {
+  return GuardedFor(out, [&] {
     Type opened;
     Values values;
     unsigned char format = 0;

@@ -1,4 +1,4 @@
-// UTF-8 and UTF-16. Only well-formed UTF-8 passes, and no zero character, which would end a text.
+// A text in UTF-8 as the library wants it.
 #include "c/utf8.h"
 
 #include <cstring>
@@ -7,121 +7,6 @@
 #include "ot95c/ot95c.h"
 
 namespace ot95::c {
-
-namespace {
-
-constexpr unsigned kReplacement = 0xfffd;
-
-bool IsHigh(unsigned unit) {
-  return (unit & 0xfc00) == 0xd800;
-}
-
-bool IsLow(unsigned unit) {
-  return (unit & 0xfc00) == 0xdc00;
-}
-
-/// The character at a place of 16-bit units, which moves behind it.
-unsigned TakeCharacter(const std::uint16_t*& at, const std::uint16_t* end) {
-  const unsigned unit = *at++;
-  if (IsHigh(unit) && at != end && IsLow(*at)) {
-    return 0x10000 + ((unit & 0x3ff) << 10) + (*at++ & 0x3ff);
-  }
-  return IsHigh(unit) || IsLow(unit) ? kReplacement : unit;
-}
-
-/// The sequences of one length: marks of the lead byte, and the least character that needs it.
-struct Sequence {
-  unsigned char mask, lead;
-  std::uint32_t least;
-};
-constexpr Sequence kSequences[] = {{0xe0, 0xc0, 0x80}, {0xf0, 0xe0, 0x800}, {0xf8, 0xf0, 0x10000}};
-
-/// The character of a sequence of several bytes, 0 for a bad one; `at` moves behind it.
-std::uint32_t TakeSequence(const unsigned char*& at, const unsigned char* end) {
-  for (int following = 1; following <= 3; ++following) {
-    const Sequence& form = kSequences[following - 1];
-    if ((*at & form.mask) != form.lead) continue;
-    if (end - at <= following) return 0;
-    std::uint32_t character = *at++ & static_cast<unsigned char>(~form.mask);
-    for (int i = 0; i < following; ++i, ++at) {
-      if ((*at & 0xc0) != 0x80) return 0;
-      character = character << 6 | (*at & 0x3f);
-    }
-    const bool isCharacter = character >= form.least && character < 0x110000 &&
-                             !(character >= 0xd800 && character < 0xe000);
-    return isCharacter ? character : 0;
-  }
-  return 0;
-}
-
-std::uint16_t* PutCharacter(std::uint16_t* to, std::uint32_t character) {
-  if (character >= 0x10000) {
-    character -= 0x10000;
-    *to++ = static_cast<std::uint16_t>(0xd800 + (character >> 10));
-    character = 0xdc00 + (character & 0x3ff);
-  }
-  *to++ = static_cast<std::uint16_t>(character);
-  return to;
-}
-
-/// Whether eight bytes are ASCII and none of them is zero.
-bool AreEightPlain(const unsigned char* at) {
-  constexpr std::uint64_t ones = 0x0101010101010101u, highs = ones << 7;
-  std::uint64_t word;
-  std::memcpy(&word, at, sizeof word);
-  return ((word | (word - ones)) & highs) == 0;
-}
-
-/// @param units room for as many as there are bytes. @return behind the last; null for bad UTF-8.
-std::uint16_t* Decode(const unsigned char* at, const unsigned char* end, std::uint16_t* to) {
-  while (at != end) {
-    if (end - at >= 8 && AreEightPlain(at)) {
-      for (int i = 0; i < 8; ++i) to[i] = at[i];
-      at += 8;
-      to += 8;
-      continue;
-    }
-    // Nearly all characters of nearly all texts take one byte or two.
-    if (*at < 0x80 && *at != 0) {
-      *to++ = *at++;
-      continue;
-    }
-    if (*at >= 0xc2 && *at < 0xe0 && end - at > 1 && (at[1] & 0xc0) == 0x80) {
-      *to++ = static_cast<std::uint16_t>((at[0] & 0x1f) << 6 | (at[1] & 0x3f));
-      at += 2;
-      continue;
-    }
-    const std::uint32_t character = TakeSequence(at, end);
-    if (character == 0) return nullptr;
-    to = PutCharacter(to, character);
-  }
-  return to;
-}
-
-}  // namespace
-
-std::size_t Utf8Size(const std::uint16_t* units, std::size_t count) {
-  std::size_t size = 0;
-  for (const std::uint16_t *at = units, *end = units + count; at != end;) {
-    const unsigned character = TakeCharacter(at, end);
-    size += character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
-  }
-  return size;
-}
-
-void EncodeUtf8(const std::uint16_t* units, std::size_t count, char* utf8) {
-  const auto put = [&utf8](unsigned byte) { *utf8++ = static_cast<char>(byte); };
-  for (const std::uint16_t *at = units, *end = units + count; at != end;) {
-    const unsigned character = TakeCharacter(at, end);
-    if (character < 0x80) {
-      put(character);
-      continue;
-    }
-    int following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    put(kSequences[following - 1].lead | character >> 6 * following);
-    while (following-- > 0) put(0x80 | (character >> 6 * following & 0x3f));
-  }
-}
 
 int WideText::Take(const char* utf8, std::size_t size) {
   if (utf8 == nullptr && size != 0) return OT95_ERR_ARGUMENT;
@@ -132,7 +17,7 @@ int WideText::Take(const char* utf8, std::size_t size) {
     units_ = heap_.get() + kHeader;
   }
   const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
-  std::uint16_t* const end = size != 0 ? Decode(bytes, bytes + size, units_) : units_;
+  std::uint16_t* const end = size != 0 ? DecodeUtf8(bytes, bytes + size, units_) : units_;
   if (end == nullptr) return OT95_ERR_TEXT;
   *end = 0;
   count_ = static_cast<std::size_t>(end - units_);
@@ -155,6 +40,7 @@ int WideText::ToString(unsigned char codeSet, unsigned char language, OtString& 
   change(text, codeSet);
   OtString back(text);
   change(back, OT_CS_UNICODE);
+  if (back.GetCodeSetCode() != OT_CS_UNICODE) return OT95_ERR_MEMORY;
   const bool isSame = back.Len() == count_ && std::memcmp(back.StrGet(), units_, 2 * count_) == 0;
   return isSame ? OT95_OK : OT95_ERR_VALUE;
 }

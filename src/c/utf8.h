@@ -2,21 +2,19 @@
 #define OT95_SRC_C_UTF8_H
 
 /// @file
-/// UTF-8 to the 16-bit units of a text, and back.
+/// Texts in UTF-8 as terminated units, records and strings.
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
 #include "ot95/text.h"
+#include "text/collation/orders.h"
+#include "text/utf8.h"
 
 namespace ot95::c {
 
 constexpr std::size_t kMostUnits = 32765;  ///< Of a string, with its terminator in 65,532 bytes.
-
-/// Bytes of the units in UTF-8; an unpaired surrogate counts as U+FFFD.
-std::size_t Utf8Size(const std::uint16_t* units, std::size_t count);
-void EncodeUtf8(const std::uint16_t* units, std::size_t count, char* utf8);
 
 /// A text from UTF-8 as terminated units. Up to 256 bytes of it need no allocation.
 class WideText {
@@ -25,9 +23,13 @@ class WideText {
   int Take(const char* utf8, std::size_t size);
 
   const std::uint16_t* units() const { return units_; }
+  std::uint16_t* units() { return units_; }
   std::size_t count() const { return count_; }
   /// As the library wants it.
   const char* text() const { return reinterpret_cast<const char*>(units_); }
+  TextSpan Span(unsigned char language) const {
+    return {text(), kUnbounded, 2 * count_ + 2, OT_CS_UNICODE, language, false};
+  }
   /// The text as a string of a code set. @return OT95_ERR_VALUE if that lacks one of the
   /// characters.
   int ToString(unsigned char codeSet, unsigned char language, OtString& text) const;

@@ -15,6 +15,7 @@
 
 #include "ot95/base.h"
 #include "ot95/bytes.h"
+#include "ot95/fault.h"
 #include "ot95/memfile.h"
 
 namespace ot95 {
@@ -275,7 +276,7 @@ int IsNeverNull(void* value);
 inline void* AllocateElements(unsigned long count, std::size_t width) {
   const std::uint64_t bytes = std::max<std::uint64_t>(SpanOf(count, width), 1);
   if (bytes > PTRDIFF_MAX) return nullptr;
-  return std::malloc(static_cast<std::size_t>(bytes));
+  return Noted(std::malloc(static_cast<std::size_t>(bytes)));
 }
 
 /// Member Create of plain types: the storage isn't cleared.
@@ -317,7 +318,7 @@ void* AllocateCounted(unsigned long count) {
   if (count > UINT32_MAX) return nullptr;
   const std::uint64_t bytes = SpanOf(count, sizeof(T)) + kCountHeader<T>;
   if (bytes > PTRDIFF_MAX) return nullptr;
-  auto* block = static_cast<unsigned char*>(std::malloc(static_cast<std::size_t>(bytes)));
+  auto* block = static_cast<unsigned char*>(Noted(std::malloc(static_cast<std::size_t>(bytes))));
   if (block == nullptr) return nullptr;
   const auto stored = static_cast<std::uint32_t>(count);
   std::memcpy(block + kCountHeader<T> - sizeof stored, &stored, sizeof stored);
@@ -335,7 +336,7 @@ inline std::uint32_t StoredCount(const void* value) {
 /// counted block.
 template <class T>
 void* CreateCounted(unsigned long count) {
-  void* values = count < 2 ? std::malloc(sizeof(T)) : AllocateCounted<T>(count);
+  void* values = count < 2 ? Noted(std::malloc(sizeof(T))) : AllocateCounted<T>(count);
   if (values != nullptr) ConstructValues<T>(values, std::max(count, 1UL), 0);
   return values;
 }
@@ -343,7 +344,7 @@ void* CreateCounted(unsigned long count) {
 /// The same for values that start as zero bytes.
 template <class T>
 void* CreateCountedZero(unsigned long count) {
-  void* values = count < 2 ? std::malloc(sizeof(T)) : AllocateCounted<T>(count);
+  void* values = count < 2 ? Noted(std::malloc(sizeof(T))) : AllocateCounted<T>(count);
   if (values != nullptr) std::memset(values, 0, std::max(count, 1UL) * sizeof(T));
   return values;
 }

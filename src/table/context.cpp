@@ -1,6 +1,7 @@
 // The library's start and end, and who it is.
 #include <new>
 
+#include "ot95/fault.h"
 #include "ot95/oin.h"
 #include "ot95/typemgr.h"
 #include "ot95/version.h"
@@ -34,7 +35,7 @@ OtTypeMgr* DefaultTypeMgr(OtTypeMgr* manager) {
 void ___OtTypemgrContext(int attach) {
   ___OtI18NContext(attach);
   if (attach != 0) {
-    defaultManager = new (std::nothrow) OtTypeMgr(5);
+    defaultManager = ot95::Noted(new (std::nothrow) OtTypeMgr(5));
   } else {
     delete defaultManager;
     defaultManager = nullptr;

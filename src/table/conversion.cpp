@@ -5,6 +5,7 @@
 
 #include "kit/scalartext.h"
 #include "kit/statics.h"
+#include "ot95/fault.h"
 #include "ot95/text.h"
 #include "ot95/typemgr.h"
 #include "table/rows.h"
@@ -29,7 +30,7 @@ void Leave(T& member, T value) {
 
 OtTypeConvertData* OtTypeConvertData::Make(char type, unsigned long count, void* data,
                                            OtTypeMgr* manager) {
-  return new (std::nothrow) OtTypeConvertData(type, count, data, manager);
+  return ot95::Noted(new (std::nothrow) OtTypeConvertData(type, count, data, manager));
 }
 
 OtTypeConvertData::~OtTypeConvertData() {

@@ -260,6 +260,13 @@ void ChangeCase(ot95::CaseOp op, OtString& string) {
 
 }  // namespace
 
+std::size_t ot95::ChangeCaseInPlace(CaseOp op, unsigned char language, char* text,
+                                    std::size_t units) {
+  CaseCache& cache = CacheOfThread();
+  cache.Select(op, OT_CS_UNICODE, language);
+  return ChangeInPlace<true>(cache, text, 2 * units);
+}
+
 OtChar OtToUpper::operator()(OtChar c, OtStringIterator* source) {
   return c.ToUpper(source);
 }

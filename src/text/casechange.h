@@ -1,6 +1,7 @@
 #ifndef OT95_SRC_TEXT_CASECHANGE_H
 #define OT95_SRC_TEXT_CASECHANGE_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "ot95/oin.h"
@@ -16,6 +17,11 @@ struct CaseChange {
 };
 
 CaseChange ChangeCase(CaseOp op, std::uint16_t unit, unsigned char codeSet, unsigned char language);
+
+/// Gives the characters of a terminated Unicode text their other case where they stand, up to the
+/// terminator or to the first whose other case is longer. @param units readable, with the
+/// terminator. @return how many were changed.
+std::size_t ChangeCaseInPlace(CaseOp op, unsigned char language, char* text, std::size_t units);
 
 /// Whether a character is the capital sigma, whose small form depends on what stands around it.
 bool IsCapitalSigma(std::uint16_t unit, unsigned char codeSet);

@@ -62,7 +62,7 @@ OtStringIterator::OtStringIterator(unsigned short* text, unsigned char codeSet,
 
 OtStringIterator::OtStringIterator(OtChar& character)
     : OtStringIterator(character.GetCodeSetCode(), character.GetLanguageCode(), OT_FORMAT_NATIVE,
-                       new (std::nothrow) char[kOwnedBytes]()) {
+                       ot95::Noted(new (std::nothrow) char[kOwnedBytes]())) {
   if (position_ == nullptr) return;
   ot95::StoreUnit(position_, character.GetValue(), ot95::IsWide(codeSet_));
   owned_ = position_;

@@ -523,7 +523,7 @@ long OtMBS2OtString(const char* s, OtString& target, long n) {
   std::unique_ptr<std::uint16_t[]> large;
   std::uint16_t* units = nearby.data();
   if (room > nearby.size()) {
-    large.reset(new (std::nothrow) std::uint16_t[room]);
+    large.reset(ot95::Noted(new (std::nothrow) std::uint16_t[room]));
     if (large == nullptr) return -1;
     units = large.get();
   }
@@ -567,7 +567,7 @@ long OtString2MultiByteString(const OtString& source, char*& out, long& outLen) 
   const UnicodeForm text(source);
   const std::size_t total = text.EncodedLength(text.Length());
   if (!given) {
-    out = new (std::nothrow) char[total + 1];
+    out = ot95::Noted(new (std::nothrow) char[total + 1]);
     outLen = out != nullptr ? static_cast<long>(total) + 1 : 0;
     if (out == nullptr) return -1;
   }

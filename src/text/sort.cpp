@@ -3,6 +3,7 @@
 /// have no more letters, which few do, are compared.
 
 #include "ot95/sort.h"
+#include "ot95/fault.h"
 
 #include <algorithm>
 #include <memory>
@@ -245,7 +246,7 @@ void OtSortTexts(const OtString* const* texts, unsigned long count, unsigned lon
   std::iota(order, order + count, 0UL);
   std::unique_ptr<ot95::Item[]> items;
   if (ot95::HaveHeads(texts, count, cmpOp)) {
-    items.reset(new (std::nothrow) ot95::Item[2 * std::size_t{count}]);
+    items.reset(ot95::Noted(new (std::nothrow) ot95::Item[2 * std::size_t{count}]));
   }
   if (items == nullptr) {
     std::sort(order, order + count, [=](unsigned long a, unsigned long b) {

@@ -11,6 +11,7 @@
 #include <new>
 
 #include "ot95/bytes.h"
+#include "ot95/fault.h"
 #include "ot95/text.h"
 
 /// A function whose callers know nothing of its body.
@@ -93,7 +94,7 @@ inline void CheckTextSize(std::size_t bytes) {
 
 /// Uninitialised memory for a text; null after a failure.
 inline char* NewText(std::size_t bytes) {
-  return new (std::nothrow) char[bytes];
+  return Noted(new (std::nothrow) char[bytes]);
 }
 
 /// How many units ConvertUnits makes of `count`: as many, but where a set spells letters with marks

@@ -124,7 +124,7 @@ TEST(Text, IsStoredAndPrinted) {
 }
 
 TEST(Text, IsRefusedWhereItSaysNoValue) {
-  ot95_scan_options latin = {sizeof latin, 1, 1, nullptr};
+  ot95_scan_options latin = {sizeof latin, 1, 1, nullptr, 0};
   EXPECT_EQ(Scanned(TypeOf("short"), {"abc"}, 1).status, OT95_ERR_VALUE);
   EXPECT_EQ(Scanned(TypeOf("OtBlob"), {"abc"}, 1).status, OT95_ERR_VALUE);
   EXPECT_EQ(Scanned(TypeOf("OtString"), {"\xff"}, 1).status, OT95_ERR_TEXT);
@@ -137,8 +137,40 @@ TEST(Text, IsRefusedWhereItSaysNoValue) {
   EXPECT_EQ(Scanned(TypeOf("short"), {"1"}, 8).status, OT95_ERR_ARGUMENT);
 }
 
+TEST(Text, IsHeldToWhatItSays) {
+  const ot95_scan_options strict = {sizeof strict, 253, 1, nullptr, OT95_STRICT};
+  const struct {
+    const char* type;
+    const char* text;
+    bool isTaken, isTakenStrictly;
+  } cases[] = {{"short", "300", true, true},
+               {"short", " +0300 ", true, true},
+               {"short", "99999", true, false},
+               {"short", "7 dogs", true, false},
+               {"float", "1e99", true, false},
+               {"double", "1e99", true, true},
+               {"OtDate", "2000-12-31", true, true},
+               {"OtDate", "2000-13-45", true, false},
+               {"OtTime", "23:59", true, true},
+               {"OtTime", "23:61", true, false},
+               {"OtBoolean", "TRUE", true, true},
+               {"OtBoolean", "perhaps", true, false},
+               {"char", "ab", true, false},
+               {"OtString", "ab\xe6\x97\xa5", true, true},
+               {"OtIString", "\xe6\x97\xa5", true, false}};
+  for (const auto& one : cases) {
+    SCOPED_TRACE(std::string(one.type) + " " + one.text);
+    EXPECT_EQ(Scanned(TypeOf(one.type), {one.text}, 1).status == OT95_OK, one.isTaken);
+    EXPECT_EQ(Scanned(TypeOf(one.type), {one.text}, 1, &strict).status,
+              one.isTakenStrictly ? OT95_OK : OT95_ERR_VALUE);
+  }
+  ot95_scan_options older = strict;  // without flags
+  older.struct_size = offsetof(ot95_scan_options, flags);
+  EXPECT_EQ(Scanned(TypeOf("short"), {"99999"}, 1, &older).status, OT95_OK);
+}
+
 TEST(Text, FollowsFormats) {
-  ot95_scan_options iso = {sizeof iso, 253, 1, "%Y-%m-%d"};
+  ot95_scan_options iso = {sizeof iso, 253, 1, "%Y-%m-%d", 0};
   const int type = TypeOf("OtDate");
   const Given stored = Scanned(type, {"2000-01-02"}, OT95_FORM_BIG_ENDIAN, &iso);
   EXPECT_EQ(stored.Hex(), "07d00102");
@@ -361,7 +393,7 @@ TEST(Stored, TellTheirSizeInAForm) {
 }
 
 TEST(Stored, BecomeValuesOfOtherTypes) {
-  ot95_scan_options latin = {sizeof latin, 1, 1, nullptr};
+  ot95_scan_options latin = {sizeof latin, 1, 1, nullptr, 0};
   const Given text = Scanned(TypeOf("OtString"), {"-7", "{NULL}"}, OT95_FORM_NATIVE, &latin);
   const ot95_array array = ArrayOf(TypeOf("OtString"), OT95_FORM_NATIVE, text.bytes, 2);
   const Given number = Give([&](ot95_buffer* out) {
@@ -600,7 +632,7 @@ TEST(Collations, MakeKeysRangesAndHashes) {
   EXPECT_FALSE(swedish.Holds("or*", "Osra"));
   EXPECT_FALSE(swedish.Key("").empty());
   // A key is the one of the same text as a stored value.
-  ot95_scan_options options = {sizeof options, 253, 0, nullptr};
+  ot95_scan_options options = {sizeof options, 253, 0, nullptr, 0};
   ot95_language_by_tag("de", &options.language);
   const std::string name =
       "Stra\xc3\x9f"

@@ -110,8 +110,13 @@ class Cases {
 
   Case Encode() {
     const std::vector<std::string> texts = {AnyText(), AnyText()};
-    const Given given = Scanned(type_, texts, form_);
-    Case made{{"encode", Type(), Form(), "--lenient", "--", texts[0], texts[1]}, Json()};
+    const bool isStrict = Below(2) != 0;
+    ot95_scan_options options = {sizeof options, 253, 1, nullptr, 0};
+    if (isStrict) options.flags = OT95_STRICT;
+    const Given given = Scanned(type_, texts, form_, &options);
+    Case made{{"encode", Type(), Form()}, Json()};
+    if (!isStrict) made.arguments.push_back("--lenient");
+    made.arguments.insert(made.arguments.end(), {"--", texts[0], texts[1]});
     if (given.status == OT95_OK) made.answer = {{"bytes", given.Hex()}};
     return made;
   }

@@ -1,4 +1,5 @@
 // ottm: the type manager on the command line. One process answers one command, or a batch of them.
+#include <algorithm>
 #include <iostream>
 
 #include "command.h"
@@ -25,21 +26,21 @@ CommandList AllCommands() {
   return list;
 }
 
-/// The command line of one call: every command as a subcommand, and what was asked for.
+/// The command line of one call: the commands as subcommands, and what was asked for.
 class Program {
  public:
-  Program()
+  /// @param only a command's name: the others are left out, which takes as long as many a command.
+  /// Another text stands for all commands.
+  explicit Program(const std::string& only = "")
       : app_("Does to values on a command line what an engine does to them in memory."),
         commands_(AllCommands()) {
     app_.name("ottm");
     app_.require_subcommand(1);
     ot95::tools::DeclareVersion(app_);
+    const auto isMeant = [&only](const auto& command) { return command->Name() == only; };
+    const bool isOne = std::any_of(commands_.begin(), commands_.end(), isMeant);
     for (auto& command : commands_) {
-      CLI::App* sub = app_.add_subcommand(command->Name(), command->Summary());
-      sub->footer(std::string("Example: ") + command->Example());
-      sub->add_flag("--json", json_, "One JSON object on one line");
-      command->Declare(*sub);
-      sub->callback([this, chosen = command.get()] { chosen_ = chosen; });
+      if (!isOne || isMeant(command)) Declare(*command);
     }
     batch_ = app_.add_subcommand(
         "batch", "Answers one JSON array of arguments per line with one JSON line each");
@@ -53,6 +54,14 @@ class Program {
   int Print() { return chosen_->Print(json_); }
 
  private:
+  void Declare(Command& command) {
+    CLI::App* sub = app_.add_subcommand(command.Name(), command.Summary());
+    sub->footer(std::string("Example: ") + command.Example());
+    sub->add_flag("--json", json_, "One JSON object on one line");
+    command.Declare(*sub);
+    sub->callback([this, &command] { chosen_ = &command; });
+  }
+
   CLI::App app_;
   CommandList commands_;
   Command* chosen_ = nullptr;
@@ -66,8 +75,9 @@ Json ErrorObject(const std::string& message) {
 
 Json AnswerLine(const std::string& line) {
   try {
-    Program program;
-    program.Parse(Json::parse(line).get<std::vector<std::string>>());
+    const auto arguments = Json::parse(line).get<std::vector<std::string>>();
+    Program program(arguments.empty() ? "" : arguments.front());
+    program.Parse(arguments);
     if (program.IsBatch()) return ErrorObject("batch: expected another command");
     return program.Run().json;
   } catch (const CLI::Success&) {

@@ -40,4 +40,22 @@ OT95_EXPORT int OtCallMemoryHandler(unsigned long size);
 /// Puts `handler` in place and returns the one before; null restores the one that stood at first.
 OT95_EXPORT OtMemoryHandler OtSetMemoryHandler(OtMemoryHandler handler) noexcept;
 
+/// How often an allocation of the libraries has failed on this thread. A string that could not be
+/// built is an empty one, or what it was before; who has to know compares this before and after.
+OT95_EXPORT unsigned long OtMemoryShortages() noexcept;
+
+/// Counts one; the memory handler isn't asked.
+OT95_EXPORT void OtNoteMemoryShortage() noexcept;
+
+namespace ot95 {
+
+/// What was allocated; a null is counted.
+template <class T>
+T* Noted(T* allocated) {
+  if (allocated == nullptr) OtNoteMemoryShortage();
+  return allocated;
+}
+
+}  // namespace ot95
+
 #endif

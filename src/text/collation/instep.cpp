@@ -213,13 +213,6 @@ template <class Unit>
   return key1 < key2 ? -1 : 1;
 }
 
-[[gnu::noinline]] long Decide(int accent, int case_, int symbol, unsigned short cmpOp) {
-  const int decides = accent != 0 && (cmpOp & OT_CMP_IGNORE_ACCENT) == 0 ? accent
-                      : case_ != 0 && (cmpOp & OT_CMP_IGNORE_CASE) == 0  ? case_
-                                                                         : symbol;
-  return (decides > 0) - (decides < 0);
-}
-
 /// Whether letters that differ in case alone can be passed over in blocks.
 inline bool Folds(WideKeys keys) {
   return !keys.keys->Tailors();
@@ -298,7 +291,7 @@ template <class Unit, bool bounded, class Texts>
       fold = unit1 < OT_FIRST_MARK ? CaseFold::kLatin : CaseFold::kOthers;
     }
   }
-  return Decide(accent, case_, progress == nullptr ? 0 : progress->differences.symbol, cmpOp);
+  return SignOfMarks(accent, case_, progress == nullptr ? 0 : progress->differences.symbol, cmpOp);
 }
 
 /// From a place that needs a closer look to the end.
@@ -313,13 +306,20 @@ template <class Unit, class Texts>
     const bool goesOn = closely.Pass(progress);
     const Differences& found = progress.differences;
     if (found.primary != 0) return found.primary;
-    if (!goesOn) return Decide(found.accent, found.case_, found.symbol, cmpOp);
+    if (!goesOn) return SignOfMarks(found.accent, found.case_, found.symbol, cmpOp);
     const long sign = CompareByKeys<Unit, kBounded>(keys, texts, cmpOp, &progress);
     if (sign != kCloser) return sign;
   }
 }
 
 }  // namespace
+
+[[gnu::noinline]] long SignOfMarks(int accent, int case_, int symbol, unsigned short cmpOp) {
+  const int decides = accent != 0 && (cmpOp & OT_CMP_IGNORE_ACCENT) == 0 ? accent
+                      : case_ != 0 && (cmpOp & OT_CMP_IGNORE_CASE) == 0  ? case_
+                                                                         : symbol;
+  return (decides > 0) - (decides < 0);
+}
 
 long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
                  unsigned short cmpOp) {

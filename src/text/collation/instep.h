@@ -28,6 +28,9 @@ template <class Unit>
   return key1 < key2 ? -1 : 1;
 }
 
+/// How two texts of the same letters sort. @param accent,case_,symbol their differences.
+long SignOfMarks(int accent, int case_, int symbol, unsigned short cmpOp);
+
 /// What two texts share that run in step.
 struct TextLabels {
   std::uint16_t readable;  ///< Bytes of either that may be read.

@@ -1,5 +1,6 @@
 // The legacy strings as values.
 
+#include "ot95/fault.h"
 #include "ot95/istring.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ namespace {
 // A new terminated buffer for `length` bytes; null for none, and when memory is short.
 char* NewText(unsigned long length) {
   if (length == 0 || length == ~0UL) return nullptr;
-  char* text = new (std::nothrow) char[length + 1];
+  char* text = ot95::Noted(new (std::nothrow) char[length + 1]);
   if (text) text[length] = 0;
   return text;
 }

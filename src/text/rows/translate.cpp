@@ -125,7 +125,7 @@ unsigned long MoveFromMemory(const Place& target, const Place& source, unsigned 
                              unsigned long count) {
   const unsigned char form = FormOf(target.format);
   const std::size_t size = StringSizeGet(source.bytes, OT_FORMAT_MEMORY, form, count);
-  const std::unique_ptr<unsigned char[]> record(new (std::nothrow) unsigned char[size]);
+  const std::unique_ptr<unsigned char[]> record(Noted(new (std::nothrow) unsigned char[size]));
   if (record == nullptr) return 0;
   StringStore(record.get(), source.bytes, form, count);
   return MoveRecord(target, {record.get(), form, size}, codeSet);

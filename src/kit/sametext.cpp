@@ -1,5 +1,5 @@
 // Whether what a value prints is what a text said.
-#include "sametext.h"
+#include "kit/sametext.h"
 
 #include <charconv>
 #include <cmath>
@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace ot95::tools {
+namespace ot95 {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
@@ -121,4 +121,4 @@ bool SaysNumber(std::string_view text, std::string_view value) {
 template bool SaysNumber<float>(std::string_view text, std::string_view value);
 template bool SaysNumber<double>(std::string_view text, std::string_view value);
 
-}  // namespace ot95::tools
+}  // namespace ot95

@@ -1,9 +1,12 @@
-#ifndef OT95_TOOLS_SAMETEXT_H
-#define OT95_TOOLS_SAMETEXT_H
+#ifndef OT95_SRC_KIT_SAMETEXT_H
+#define OT95_SRC_KIT_SAMETEXT_H
+
+/// @file
+/// Whether two texts say the same value.
 
 #include <string_view>
 
-namespace ot95::tools {
+namespace ot95 {
 
 /// Whether two texts say the same value: they may differ in case, blanks, a plus, zeros in front of
 /// a number, and in "0x" where digits are hexadecimal anyway.
@@ -18,6 +21,6 @@ bool SaysNumber(std::string_view text, std::string_view value);
 extern template bool SaysNumber<float>(std::string_view text, std::string_view value);
 extern template bool SaysNumber<double>(std::string_view text, std::string_view value);
 
-}  // namespace ot95::tools
+}  // namespace ot95
 
 #endif
