@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test bench bench-check check-orders format check-format clean release dev ilp32 uchar
-.PHONY: setup-run setup-examples setup-test setup-bench
+.PHONY: all run examples test fuzz bench bench-check check-orders format check-format clean release dev ilp32 uchar
+.PHONY: setup-run setup-examples setup-test setup-fuzz setup-bench
 
 all: setup-bench release
 
@@ -34,11 +34,17 @@ bench-check: setup-bench
 	@scripts/corpora build/corpora
 	@scripts/bench-check build/corpora
 
-setup-run setup-examples setup-test setup-bench:
+setup-run setup-examples setup-test setup-fuzz setup-bench:
 	@scripts/setup $(@:setup-%=%)
 
 release dev ilp32 uchar:
 	@scripts/build $@ $(JOBS)
+
+# Searches for inputs that break something, FOR seconds a target.
+FOR ?= 60
+fuzz: setup-fuzz
+	@scripts/build fuzz $(JOBS)
+	@scripts/fuzz $(FOR)
 
 format:
 	@$(SOURCES) | xargs clang-format-14 -i
