@@ -128,7 +128,7 @@ Datum ottext_typmod_in(PG_FUNCTION_ARGS) {
   if (ot95_language_by_tag(DatumGetCString(items[0]), &language) != OT95_OK) {
     ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
                     errmsg("no language for ottext: \"%s\"", DatumGetCString(items[0])),
-                    errhint("The view ot_languages has their tags.")));
+                    errhint("The view ot_languages has the tags.")));
   }
   if (count == 2) options = OtParseOptions(DatumGetCString(items[1]), OT_ALL_OPTIONS);
   PG_RETURN_INT32((int32)(language | options >> OT_OPTION_SHIFT << 8));
