@@ -351,7 +351,7 @@ OT95C_EXPORT int ot95_estimate(const ot95_array* operand, unsigned relation, con
 /** @} */
 
 /** @name Text without a record
- * All take texts in UTF-8, and none allocates for texts of up to 256 bytes.
+ * All take texts in UTF-8, and none but ot95_collation_find allocates for texts of up to 256 bytes.
  * @{ */
 
 /** A language and options of comparison. It doesn't change: threads may share it. */
@@ -379,6 +379,15 @@ OT95C_EXPORT int ot95_collation_range(const ot95_collation* collation, const cha
 /** A hash that texts share which compare as equal; as ot95_hash64. */
 OT95C_EXPORT int ot95_collation_hash(const ot95_collation* collation, const char* text, size_t size,
                                      uint64_t seed, uint64_t* hash);
+/**
+ * Finds the first stretch of whole characters that equals a text, as long as that takes: "ss" finds
+ * a sharp s. An empty text is nowhere, nor is one of characters that weigh nothing. Allocates.
+ * @param found 1 or 0.
+ * @param place bytes before it; 0 where there is none.
+ */
+OT95C_EXPORT int ot95_collation_find(const ot95_collation* collation, const char* text, size_t size,
+                                     const char* sought, size_t sought_size, int* found,
+                                     size_t* place);
 OT95C_EXPORT int ot95_collation_upper(const ot95_collation* collation, const char* text,
                                       size_t size, ot95_buffer* out);
 OT95C_EXPORT int ot95_collation_lower(const ot95_collation* collation, const char* text,

@@ -553,6 +553,15 @@ class Collation {
     return key >= std::string(lower, from.size) &&
            (to.size == 0 || key < std::string(upper, to.size));
   }
+  /// Bytes before the place; -1 for none.
+  long Find(const std::string& text, const std::string& sought) const {
+    int found = 7;
+    std::size_t place = 7;
+    const int status = ot95_collation_find(collation_, text.data(), text.size(), sought.data(),
+                                           sought.size(), &found, &place);
+    if (status != OT95_OK) return status * 1000;
+    return found != 0 ? static_cast<long>(place) : -1;
+  }
   std::string Upper(const std::string& text) const {
     return Give([&](ot95_buffer* out) {
              return ot95_collation_upper(collation_, text.data(), text.size(), out);
@@ -615,6 +624,22 @@ TEST(Collations, MatchPatterns) {
   EXPECT_EQ(Collation("en", OT95_IGNORE_CASE).Match("Orleans", "orl*"), 1);
   EXPECT_EQ(Collation("en").Match("Orleans", "Orl?ans"), 1);
   EXPECT_EQ(Collation("en").Match("Orleans", "orl*x"), 0);
+}
+
+TEST(Collations, FindTexts) {
+  const unsigned letters = OT95_IGNORE_CASE | OT95_IGNORE_ACCENT;
+  const std::string text =
+      "Stra\xc3\x9f"
+      "e am \xc3\x84rger";
+  EXPECT_EQ(Collation("de", letters).Find(text, "arger"), 11);
+  EXPECT_EQ(Collation("sv", letters).Find(text, "arger"), -1);
+  EXPECT_EQ(Collation("de", letters).Find(text, "SSE"), 4);
+  EXPECT_EQ(Collation("de").Find(text, "strasse"), -1);
+  EXPECT_EQ(Collation("de").Find(text, "a*"), -1);
+  EXPECT_EQ(Collation("de").Find(text, ""), -1);
+  EXPECT_EQ(Collation("de").Find("\xff", "a"), OT95_ERR_TEXT * 1000);
+  int found = 0;
+  EXPECT_EQ(ot95_collation_find(nullptr, "a", 1, "a", 1, &found, nullptr), OT95_ERR_ARGUMENT);
 }
 
 TEST(Collations, ChangeCaseByLanguage) {
