@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test fuzz bench bench-check check-orders format check-format clean release dev ilp32 uchar
-.PHONY: setup-run setup-examples setup-test setup-fuzz setup-bench
+.PHONY: all run examples test test-sqlite fuzz bench bench-sqlite bench-check check-orders
+.PHONY: format check-format clean release dev ilp32 uchar
 
 all: setup-bench release
 
@@ -21,9 +21,18 @@ examples: setup-examples
 test: setup-test check-format
 	@scripts/test
 
+# The extension in SQLite's own shell, with all examples of its README.
+test-sqlite: setup-sqlite
+	@scripts/build release $(JOBS) ot95_sqlite ottm
+	@extensions/sqlite/test.py build/lib/ot95.so build/bin/ottm
+
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
+
+bench-sqlite: setup-bench
+	@scripts/build release $(JOBS) ot95_sqlite ot95_sqlite_bench
+	@extensions/sqlite/bench/run build/bin/ot95_sqlite_bench build/lib/ot95.so
 
 check-orders: setup-test
 	@scripts/check-orders
@@ -34,8 +43,8 @@ bench-check: setup-bench
 	@scripts/corpora build/corpora
 	@scripts/bench-check build/corpora
 
-setup-run setup-examples setup-test setup-fuzz setup-bench:
-	@scripts/setup $(@:setup-%=%)
+setup-%:
+	@scripts/setup $*
 
 release dev ilp32 uchar:
 	@scripts/build $@ $(JOBS)
