@@ -107,9 +107,8 @@ class Auditor {
                     MDB_cmp_func* order) const {
     for (std::size_t i = first; i < page.Count(); ++i) {
       const View key = page.Key(i);
-      const bool isIn =
-          i > first ? CompareInTree(page.Key(i - 1), key, order) < 0
-                    : !between.low || CompareInTree(*between.low, key, order) <= 0;
+      const bool isIn = i > first ? CompareInTree(page.Key(i - 1), key, order) < 0
+                                  : !between.low || CompareInTree(*between.low, key, order) <= 0;
       if (!isIn) throw BadInput("page " + std::to_string(page.Number()) + " is out of order");
     }
     if (between.high && CompareInTree(page.Key(page.Count() - 1), *between.high, order) >= 0) {

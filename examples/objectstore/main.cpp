@@ -3,8 +3,10 @@
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <string_view>
 
 #include "bad_input.h"
 #include "check.h"
@@ -323,8 +325,28 @@ int Run(int argc, char** argv) {
   return status;
 }
 
+// The store is mapped, so that a page that a device doesn't give, or that someone cut off
+// meanwhile, arrives as a signal. What was committed stands.
+void OnUnreadablePage(int number, siginfo_t* info, void*) {
+  if (info->si_code != BUS_ADRERR) {
+    std::signal(number, SIG_DFL);
+    return;  // to the same place, and to its end
+  }
+  constexpr std::string_view kTold = "otdb: expected a store that can be read to its end\n";
+  if (write(STDERR_FILENO, kTold.data(), kTold.size()) < 0) _exit(2);
+  _exit(2);
+}
+
+void TellUnreadablePages() {
+  struct sigaction action {};
+  action.sa_sigaction = OnUnreadablePage;
+  action.sa_flags = SA_SIGINFO;
+  sigaction(SIGBUS, &action, nullptr);
+}
+
 int Main(int argc, char** argv) {
   ot95::tools::TellFileLimits();
+  TellUnreadablePages();
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {

@@ -8,8 +8,8 @@
 
 namespace otdb {
 
-/// What the pages of a tree hold: numbers of free pages, plain values, descriptions of trees, several
-/// values for a key, or, in the tree of such a key, nothing but values of one width.
+/// What the pages of a tree hold: numbers of free pages, plain values, descriptions of trees,
+/// several values for a key, or, in the tree of such a key, nothing but values of one width.
 enum class TreeKind : std::uint8_t { kFree = 1, kPlain, kNames, kDuplicates, kValues };
 
 /// Bytes as a number, wherever they lie. The caller vouches for their being there.
@@ -25,7 +25,7 @@ T NumberAt(View bytes, std::size_t at) {
 template <class Word>
 struct TreeFacts {
   static constexpr std::size_t kSize = 8 + 5 * sizeof(Word);
-  static constexpr Word kNowhere = static_cast<Word>(-1);  ///< The root of an empty tree.
+  static constexpr Word kNowhere = static_cast<Word>(-1);        ///< The root of an empty tree.
   static constexpr unsigned kSeveralValues = 4, kOneWidth = 16;  ///< Flags.
 
   /// @param bytes at least kSize.

@@ -21,11 +21,7 @@ using StorePages = PageFile<MachineWord>;
 struct Tree {
   Tree(const std::string& called, unsigned among, MDB_cmp_func* ordered = nullptr,
        bool several = false)
-      : name(called),
-        number(among),
-        order(ordered),
-        severalValues(several),
-        seed(SeedOf(called)) {}
+      : name(called), number(among), order(ordered), severalValues(several), seed(SeedOf(called)) {}
 
   std::string name;
   unsigned number;      ///< Among the trees of the store.
@@ -37,9 +33,9 @@ struct Tree {
   TreeKind Kind() const { return severalValues ? TreeKind::kDuplicates : TreeKind::kPlain; }
 };
 
-/// What a reader sees: the store as a transaction left it, whatever others write meanwhile. Its pages
-/// are read where they are mapped, and verified when they are come to; what is damaged ends in
-/// BadInput. Views of them live as long as the snapshot.
+/// What a reader sees: the store as a transaction left it, whatever others write meanwhile. Its
+/// pages are read where they are mapped, and verified when they are come to; what is damaged ends
+/// in BadInput. Views of them live as long as the snapshot.
 class Snapshot {
  public:
   /// @param transaction keeps writers from taking pages away.

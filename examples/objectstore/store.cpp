@@ -2,6 +2,7 @@
 #include "store.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -81,6 +82,19 @@ class Transaction : public lmdb::txn {
 
   void Commit() { lmdb::txn_commit(std::exchange(_handle, nullptr)); }
 };
+
+// The engine takes half a write for an error of the device, where a file system has no more room or
+// a file may not grow.
+int ReasonOfHalfAWrite(const std::string& file) {
+  std::error_code unknown;
+  const auto space = std::filesystem::space(file, unknown);
+  if (!unknown && space.available < kSmallestBatch) return ENOSPC;
+  struct rlimit limit {};
+  const auto size = std::filesystem::file_size(file, unknown);
+  const bool mayNotGrow =
+      !unknown && getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < size + kSmallestBatch;
+  return mayNotGrow ? EFBIG : EIO;
+}
 
 // The lock file is mapped: where the disk had no room for it, a write there would end the process.
 void ReserveLockFile(const std::string& directory) {
@@ -207,11 +221,7 @@ Snapshot Store::Read() const {
 }
 
 void Store::Fail(const lmdb::error& error) const {
-  int code = error.code();
-  // The engine takes half a write for an error of the device, where a file system has no more room.
-  std::error_code unknown;
-  const auto space = std::filesystem::space(path_, unknown);
-  if (code == EIO && !unknown && space.available < kSmallestBatch) code = ENOSPC;
+  const int code = error.code() == EIO ? ReasonOfHalfAWrite(file_) : error.code();
   throw BadInput(path_ + ": " + mdb_strerror(code) + " (" + error.origin() + ")");
 }
 
