@@ -16,7 +16,7 @@ struct CheckResult {
 
 /// Verifies every identifier and record, and holds every entry of every index against its object.
 /// @param report is told of each fault.
-CheckResult Check(const Store& store, lmdb::txn& txn,
+CheckResult Check(const Store& store, const Snapshot& snapshot,
                   const std::function<void(const std::string&)>& report);
 
 }  // namespace otdb

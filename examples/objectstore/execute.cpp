@@ -14,11 +14,13 @@ namespace {
 
 class Execution {
  public:
-  Execution(const Store& store, lmdb::txn& txn, const Query& query, const Visitor& visitor)
-      : form_(store.GetSchema().form),
+  Execution(const Store& store, const Snapshot& snapshot, const Query& query,
+            const Visitor& visitor)
+      : store_(store),
+        form_(store.GetSchema().form),
         keys_(store.Keys()),
         trees_(store.TreesOf(*query.type)),
-        txn_(txn),
+        snapshot_(snapshot),
         query_(query),
         visitor_(visitor) {}
 
@@ -36,16 +38,17 @@ class Execution {
 
  private:
   void ScanObjects() {
-    Cursor cursor(txn_, trees_.objects);
+    Cursor cursor(snapshot_, trees_.objects);
     for (bool more = cursor.First(); more; more = cursor.Next()) {
       ++tally_.looked;
-      if (!Offer(cursor.Key(), cursor.Data())) return;
+      const View record = store_.Checked(trees_.objects, cursor.Key(), cursor.Data());
+      if (!Offer(cursor.Key(), record)) return;
     }
   }
 
   bool ScanRange(const Range& range) {
     const char type = trees_.type->members[range.index->member].type;
-    Cursor cursor(txn_, range.index->all);
+    Cursor cursor(snapshot_, range.index->all);
     bool more = range.lower ? cursor.Seek(*range.lower) : cursor.First();
     for (; more; more = cursor.Next()) {
       if (range.upper && IsBehind(type, cursor.Key(), *range.upper, keys_)) break;
@@ -56,7 +59,7 @@ class Execution {
 
   /// The entries outside the limits, of which the lower may be above the upper.
   bool ScanPartial(const Range& range, char type) {
-    Cursor cursor(txn_, range.index->partial);
+    Cursor cursor(snapshot_, range.index->partial);
     const bool none =
         range.lower && range.upper && CompareKeys(type, *range.lower, *range.upper, keys_) > 0;
     bool more = range.lower && cursor.First();
@@ -75,7 +78,7 @@ class Execution {
   bool OfferEntry(View id) {
     ++tally_.looked;
     if (oncePerObject_ && !seen_.emplace(id.begin(), id.end()).second) return true;
-    const auto bytes = Get(txn_, trees_.objects, id);
+    const auto bytes = store_.Find(snapshot_, trees_.objects, id);
     if (!bytes) throw ot95::tools::BadInput("an index of " + trees_.type->name + " is damaged");
     return Offer(id, *bytes);
   }
@@ -88,10 +91,11 @@ class Execution {
     return visitor_(id, record);
   }
 
+  const Store& store_;
   unsigned char form_;
   KeyKind keys_;
   const ClassTrees& trees_;
-  lmdb::txn& txn_;
+  const Snapshot& snapshot_;
   const Query& query_;
   const Visitor& visitor_;
   Tally tally_;
@@ -139,11 +143,11 @@ Visitor UpTo(std::size_t limit, std::size_t& count, const Visitor& visitor) {
   };
 }
 
-Tally ExecuteInOrder(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
-                     const Visitor& visitor) {
+Tally ExecuteInOrder(const Store& store, const Snapshot& snapshot, const Query& query,
+                     const Plan& plan, const Visitor& visitor) {
   const unsigned char form = store.GetSchema().form;
   std::vector<Waiting> waiting;
-  const Tally tally = Execution(store, txn, query, [&](View id, const Record& record) {
+  const Tally tally = Execution(store, snapshot, query, [&](View id, const Record& record) {
                         Waiting next{id, record.All(), {}};
                         for (const auto& order : query.orders)
                           next.members.push_back(record.MemberAt(order.member));
@@ -164,16 +168,16 @@ Tally ExecuteInOrder(const Store& store, lmdb::txn& txn, const Query& query, con
 
 }  // namespace
 
-Tally Execute(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+Tally Execute(const Store& store, const Snapshot& snapshot, const Query& query, const Plan& plan,
               const Visitor& visitor) {
   if (query.limit && *query.limit == 0) return {};
   if (!query.orders.empty() && !query.count) {
-    return ExecuteInOrder(store, txn, query, plan, visitor);
+    return ExecuteInOrder(store, snapshot, query, plan, visitor);
   }
   std::size_t count = 0;
-  if (!query.limit) return Execution(store, txn, query, visitor).Run(plan);
+  if (!query.limit) return Execution(store, snapshot, query, visitor).Run(plan);
   const Visitor limited = UpTo(*query.limit, count, visitor);
-  return Execution(store, txn, query, limited).Run(plan);
+  return Execution(store, snapshot, query, limited).Run(plan);
 }
 
 }  // namespace otdb

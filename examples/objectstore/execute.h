@@ -19,7 +19,7 @@ using Visitor = std::function<bool(View id, const Record& record)>;
 /// Answers a query along a plan: every candidate is held against the whole condition. Without
 /// "order by" objects come as the plan meets them; with it, the identifiers and sort members of all
 /// that qualify are held in memory.
-Tally Execute(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
+Tally Execute(const Store& store, const Snapshot& snapshot, const Query& query, const Plan& plan,
               const Visitor& visitor);
 
 }  // namespace otdb

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "bad_input.h"
 #include "keys.h"
 #include "ot95/text.h"
 #include "utf8text.h"
@@ -44,14 +45,19 @@ std::string LimitsOf(const Query& query, const Range& range, const KeyKind& kind
   return text(range.lower) + " to " + text(range.upper);
 }
 
-std::size_t ObjectsOf(const Store& store, lmdb::txn& txn, const Query& query) {
-  return StatOf(txn, store.TreesOf(*query.type).objects).ms_entries;
+std::size_t ObjectsOf(const Store& store, const Snapshot& snapshot, const Query& query) {
+  return StatOf(snapshot, store.TreesOf(*query.type).objects).ms_entries;
 }
 
 }  // namespace
 
 std::string KeyToText(const Member& member, View key, const KeyKind& kind) {
   if (kind.byteOrder) return HexOf(key);
+  unsigned long consumed = 0;
+  if (Types().VerifyStored(member.type, key.data(), key.size(), KeyFormat(member.type, kind.form),
+                           1, consumed) != 0) {
+    throw ot95::tools::BadInput("a damaged key of " + member.name);
+  }
   void* place = Types().Create(member.type, 1);
   Types().Translate(member.type, place, OT_FORMAT_MEMORY, Types().MemLenGet(member.type, 1),
                     Place(key), KeyFormat(member.type, kind.form), key.size(), 1);
@@ -66,7 +72,8 @@ std::string KeyToText(const Member& member, View key, const KeyKind& kind) {
   return readable;
 }
 
-std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan) {
+std::string Explain(const Store& store, const Snapshot& snapshot, const Query& query,
+                    const Plan& plan) {
   const KeyKind kind = store.Keys();
   std::ostringstream out;
   for (const TermEstimate& term : plan.terms) {
@@ -74,7 +81,7 @@ std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, cons
         << LimitsOf(query, term.range, kind) << "\n";
   }
   if (plan.ranges.empty()) {
-    out << "choice  all " << ObjectsOf(store, txn, query) << " objects of " << query.type->name
+    out << "choice  all " << ObjectsOf(store, snapshot, query) << " objects of " << query.type->name
         << "\n";
   }
   for (const Range& range : plan.ranges) {
@@ -84,9 +91,9 @@ std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, cons
   return out.str();
 }
 
-std::string ExplainTally(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
-                         const Tally& tally) {
-  const auto objects = static_cast<double>(ObjectsOf(store, txn, query));
+std::string ExplainTally(const Store& store, const Snapshot& snapshot, const Query& query,
+                         const Plan& plan, const Tally& tally) {
+  const auto objects = static_cast<double>(ObjectsOf(store, snapshot, query));
   std::ostringstream out;
   out << "rows    estimated " << std::llround(plan.share * objects) << ", looked at "
       << tally.looked << ", found " << tally.found << "\n";

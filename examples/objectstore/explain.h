@@ -12,10 +12,11 @@ namespace otdb {
 std::string KeyToText(const Member& member, View key, const KeyKind& kind);
 
 /// Each estimate, and what was chosen.
-std::string Explain(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan);
+std::string Explain(const Store& store, const Snapshot& snapshot, const Query& query,
+                    const Plan& plan);
 /// What was estimated, beside what came.
-std::string ExplainTally(const Store& store, lmdb::txn& txn, const Query& query, const Plan& plan,
-                         const Tally& tally);
+std::string ExplainTally(const Store& store, const Snapshot& snapshot, const Query& query,
+                         const Plan& plan, const Tally& tally);
 
 }  // namespace otdb
 

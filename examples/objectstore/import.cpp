@@ -80,14 +80,17 @@ class Importer {
   }
 
   void Flush() {
-    try {
+    TellingAdded([this] {
       if (!batch_.empty()) store_.Add(type_, batch_);
-    } catch (const BadInput& error) {
-      throw BadInput(error.what() + Added());
-    }
+    });
     result_.objects += batch_.size();
     batch_.clear();
     if (options_.progress) options_.progress(share_, result_.objects);
+  }
+
+  /// What the next queries are planned by.
+  void Measure() {
+    TellingAdded([this] { Analyze(store_, {}); });
   }
 
   /// @return the bytes read, 0 at the end. A file that can't be read to its end ends the import.
@@ -109,6 +112,15 @@ class Importer {
   const ImportResult& Result() const { return result_; }
 
  private:
+  /// What an action refuses is told with the number of objects that are in.
+  template <class Action>
+  void TellingAdded(const Action& action) const {
+    try {
+      action();
+    } catch (const BadInput& error) {
+      throw BadInput(error.what() + Added());
+    }
+  }
   std::string Added() const {
     return " (" + std::to_string(result_.objects) + " objects were added)";
   }
@@ -235,7 +247,7 @@ ImportResult Import(Store& store, const Class& type, const std::string& file,
   parser.Finish(feed);
   importer.RequireHeader();
   importer.Flush();
-  Analyze(store, {});
+  importer.Measure();
   return importer.Result();
 }
 

@@ -3,8 +3,10 @@
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <string_view>
 
 #include "bad_input.h"
 #include "check.h"
@@ -129,8 +131,8 @@ int RunReindex(const Arguments& arguments) {
   Store store(arguments.directory, Access::kReindex);
   std::vector<IndexName> indexes;
   if (arguments.index.empty()) {
-    auto txn = store.Read();
-    indexes = OutdatedIndexes(store, txn);
+    const Snapshot snapshot = store.Read();
+    indexes = OutdatedIndexes(store, snapshot);
   } else {
     indexes.push_back(IndexNamed(store, arguments.index));
   }
@@ -149,20 +151,20 @@ int RunReindex(const Arguments& arguments) {
 }
 
 /// Runs a command that only reads.
-template <int (*command)(const Store&, lmdb::txn&, const Arguments&)>
+template <int (*command)(const Store&, const Snapshot&, const Arguments&)>
 int Reading(const Arguments& arguments) {
   const Store store(arguments.directory, Access::kRead);
-  auto txn = store.Read();
-  const int status = command(store, txn, arguments);
+  const Snapshot snapshot = store.Read();
+  const int status = command(store, snapshot, arguments);
   store.RequireUnchanged();
   return status;
 }
 
-int RunGet(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
+int RunGet(const Store& store, const Snapshot& snapshot, const Arguments& arguments) {
   const unsigned char form = store.GetSchema().form;
   const Bytes id = IdFromText(arguments.id, form);
   for (const ClassTrees& trees : store.Trees()) {
-    const auto bytes = Get(txn, trees.objects, id);
+    const auto bytes = store.Find(snapshot, trees.objects, id);
     if (!bytes) continue;
     Arguments asJson = arguments;
     asJson.json = true;
@@ -173,7 +175,7 @@ int RunGet(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
   return 1;
 }
 
-int RunDump(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
+int RunDump(const Store& store, const Snapshot& snapshot, const Arguments& arguments) {
   if (arguments.csv && arguments.className.empty()) throw BadInput("--csv: expected a CLASS");
   for (const ClassTrees& trees : store.Trees()) {
     if (!arguments.className.empty() &&
@@ -184,9 +186,10 @@ int RunDump(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
     how.json = !how.csv;
     Printer printer(*trees.type, store.GetSchema().form, how);
     printer.Header();
-    Cursor cursor(txn, trees.objects);
+    Cursor cursor(snapshot, trees.objects);
     for (bool more = cursor.First(); more; more = cursor.Next()) {
-      printer.Print(cursor.Key(), Record(*trees.type, cursor.Data(), store.GetSchema().form));
+      const View record = store.Checked(trees.objects, cursor.Key(), cursor.Data());
+      printer.Print(cursor.Key(), Record(*trees.type, record, store.GetSchema().form));
     }
   }
   return 0;
@@ -208,49 +211,50 @@ std::string StatColumns(const std::string& name, const MDB_stat& stat, const cha
          Padded(std::to_string(SizeOf(stat)), 12) + " bytes";
 }
 
-std::string StatOfIndex(const Store& store, lmdb::txn& txn, const ClassTrees& trees,
+std::string StatOfIndex(const Store& store, const Snapshot& snapshot, const ClassTrees& trees,
                         const IndexTrees& index) {
   const Member& member = trees.type->members[index.member];
-  std::string line = StatColumns("  " + member.name, StatOf(txn, index.all), "entries");
-  Cursor first(txn, index.all), last(txn, index.all);
+  std::string line = StatColumns("  " + member.name, StatOf(snapshot, index.all), "entries");
+  Cursor first(snapshot, index.all), last(snapshot, index.all);
   if (first.First() && last.Last()) {
     line += "  " + KeyToText(member, first.Key(), store.Keys()) + " to " +
             KeyToText(member, last.Key(), store.Keys());
   }
-  const std::size_t partial = StatOf(txn, index.partial).ms_entries;
+  const std::size_t partial = StatOf(snapshot, index.partial).ms_entries;
   if (partial != 0) line += "  (" + std::to_string(partial) + " partial keys)";
   return line + "\n";
 }
 
-int RunStat(const Store& store, lmdb::txn& txn, const Arguments&) {
+int RunStat(const Store& store, const Snapshot& snapshot, const Arguments&) {
   for (const ClassTrees& trees : store.Trees()) {
-    WriteOut(StatColumns(trees.type->name, StatOf(txn, trees.objects), "objects") + "\n");
-    for (const IndexTrees& index : trees.indexes) WriteOut(StatOfIndex(store, txn, trees, index));
+    WriteOut(StatColumns(trees.type->name, StatOf(snapshot, trees.objects), "objects") + "\n");
+    for (const IndexTrees& index : trees.indexes)
+      WriteOut(StatOfIndex(store, snapshot, trees, index));
   }
   return 0;
 }
 
-int RunCheck(const Store& store, lmdb::txn& txn, const Arguments&) {
+int RunCheck(const Store& store, const Snapshot& snapshot, const Arguments&) {
   const CheckResult result =
-      Check(store, txn, [](const std::string& fault) { WriteOut(fault + "\n"); });
+      Check(store, snapshot, [](const std::string& fault) { WriteOut(fault + "\n"); });
   WriteOut(std::to_string(result.objects) + " objects, " + std::to_string(result.entries) +
            " index entries, " + std::to_string(result.faults) + " faults\n");
   return result.faults == 0 ? 0 : 1;
 }
 
-int RunQuery(const Store& store, lmdb::txn& txn, const Arguments& arguments) {
+int RunQuery(const Store& store, const Snapshot& snapshot, const Arguments& arguments) {
   const Query query = ParseQuery(store.GetSchema(), arguments.query);
-  const Plan plan = MakePlan(store, txn, query);
-  if (arguments.explain) std::cerr << Explain(store, txn, query, plan);
+  const Plan plan = MakePlan(store, snapshot, query);
+  if (arguments.explain) std::cerr << Explain(store, snapshot, query, plan);
   Printer printer(*query.type, store.GetSchema().form, arguments);
   if (!query.count) printer.Header();
-  const Tally tally = Execute(store, txn, query, plan, [&](View id, const Record& record) {
+  const Tally tally = Execute(store, snapshot, query, plan, [&](View id, const Record& record) {
     if (!query.count) printer.Print(id, record);
     return true;
   });
   if (query.count) WriteOut(std::to_string(tally.found) + "\n");
   FlushOut();
-  if (arguments.explain) std::cerr << ExplainTally(store, txn, query, plan, tally);
+  if (arguments.explain) std::cerr << ExplainTally(store, snapshot, query, plan, tally);
   return 0;
 }
 
@@ -321,8 +325,28 @@ int Run(int argc, char** argv) {
   return status;
 }
 
+// The store is mapped, so that a page that a device doesn't give, or that someone cut off
+// meanwhile, arrives as a signal. What was committed stands.
+void OnUnreadablePage(int number, siginfo_t* info, void*) {
+  if (info->si_code != BUS_ADRERR) {
+    std::signal(number, SIG_DFL);
+    return;  // to the same place, and to its end
+  }
+  constexpr std::string_view kTold = "otdb: expected a store that can be read to its end\n";
+  if (write(STDERR_FILENO, kTold.data(), kTold.size()) < 0) _exit(2);
+  _exit(2);
+}
+
+void TellUnreadablePages() {
+  struct sigaction action {};
+  action.sa_sigaction = OnUnreadablePage;
+  action.sa_flags = SA_SIGINFO;
+  sigaction(SIGBUS, &action, nullptr);
+}
+
 int Main(int argc, char** argv) {
   ot95::tools::TellFileLimits();
+  TellUnreadablePages();
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {

@@ -21,12 +21,12 @@ double TotalOf(const Ranges& ranges) {
 
 class Planner {
  public:
-  Planner(const Store& store, lmdb::txn& txn, const Query& query)
+  Planner(const Store& store, const Snapshot& snapshot, const Query& query)
       : store_(store),
         form_(store.GetSchema().form),
         keys_(store.Keys()),
         trees_(store.TreesOf(*query.type)),
-        txn_(txn) {}
+        snapshot_(snapshot) {}
 
   Plan Run(const Condition& where) {
     if (auto ranges = RangesFor(where)) {
@@ -128,9 +128,9 @@ class Planner {
     if (!null.SetNull(0)) return {};
     Nulls nulls{null.Stored(form_), {}, 0};
     nulls.key = KeyOf(member, nulls.stored, keys_);
-    Cursor at(txn_, index.all);
+    Cursor at(snapshot_, index.all);
     if (!at.Seek(nulls.key) || CompareKeys(member.type, at.Key(), nulls.key, keys_) != 0) return {};
-    const auto entries = static_cast<double>(StatOf(txn_, index.all).ms_entries);
+    const auto entries = static_cast<double>(StatOf(snapshot_, index.all).ms_entries);
     nulls.share = static_cast<double>(at.Count()) / entries;
     return nulls;
   }
@@ -138,7 +138,7 @@ class Planner {
   /// The whole of an index as one stretch, without its nulls: they stand so far off that all values
   /// would look like one. Nothing where there are only nulls.
   Statistics WholeOf(const IndexTrees& index, const std::optional<Nulls>& nulls) const {
-    Cursor first(txn_, index.all), last(txn_, index.all);
+    Cursor first(snapshot_, index.all), last(snapshot_, index.all);
     if (!first.First() || !last.Last()) return {};
     if (nulls && CompareKeys(MemberOf(index).type, first.Key(), nulls->key, keys_) == 0 &&
         !first.NextKey()) {
@@ -163,7 +163,7 @@ class Planner {
   }
 
   Statistics StretchesOf(const IndexTrees& index, const std::optional<Nulls>& nulls) const {
-    auto stretches = StatisticsOf(store_, txn_, trees_, index);
+    auto stretches = StatisticsOf(store_, snapshot_, trees_, index);
     return stretches && !stretches->empty() ? *stretches : WholeOf(index, nulls);
   }
 
@@ -208,14 +208,14 @@ class Planner {
   unsigned char form_;
   KeyKind keys_;
   const ClassTrees& trees_;
-  lmdb::txn& txn_;
+  const Snapshot& snapshot_;
   Plan plan_;
 };
 
 }  // namespace
 
-Plan MakePlan(const Store& store, lmdb::txn& txn, const Query& query) {
-  return Planner(store, txn, query).Run(query.where);
+Plan MakePlan(const Store& store, const Snapshot& snapshot, const Query& query) {
+  return Planner(store, snapshot, query).Run(query.where);
 }
 
 }  // namespace otdb

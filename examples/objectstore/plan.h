@@ -35,7 +35,7 @@ struct Plan {
   std::vector<TermEstimate> terms;  ///< Of all terms on indexed members, also those not taken.
 };
 
-Plan MakePlan(const Store& store, lmdb::txn& txn, const Query& query);
+Plan MakePlan(const Store& store, const Snapshot& snapshot, const Query& query);
 
 }  // namespace otdb
 

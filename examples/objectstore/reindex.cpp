@@ -28,6 +28,10 @@ bool BeginsWith(View bytes, View start) {
   return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
 
+View ViewOf(const MDB_val* value) {
+  return {static_cast<const unsigned char*>(value->mv_data), value->mv_size};
+}
+
 std::string OrderFact(const std::string& index) {
   return "order " + index;
 }
@@ -53,16 +57,16 @@ IndexName IndexNamed(const Store& store, const std::string& name) {
   throw BadInput("CLASS.MEMBER: " + ot95::tools::Unknown("index", name, known));
 }
 
-std::vector<IndexName> OutdatedIndexes(const Store& store, lmdb::txn& txn) {
+std::vector<IndexName> OutdatedIndexes(const Store& store, const Snapshot& snapshot) {
   std::vector<IndexName> found;
   for (const ClassTrees& trees : store.Trees()) {
     for (const IndexTrees& index : trees.indexes) {
       const Member& member = trees.type->members[index.member];
       const std::string name = NameOf(trees, index);
-      const auto kept = store.Fact(txn, OrderFact(name));
+      const auto kept = store.Fact(snapshot, OrderFact(name));
       const Bytes version = VersionOf(member);
       const bool isCurrent = kept && kept->size() == version.size() && BeginsWith(*kept, version);
-      if ((member.IsText() && !isCurrent) || store.Fact(txn, ProgressFact(name))) {
+      if ((member.IsText() && !isCurrent) || store.Fact(snapshot, ProgressFact(name))) {
         found.push_back({&trees, &index});
       }
     }
@@ -75,13 +79,13 @@ void Store::KeepOrder(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees&
 }
 
 void Store::RequireOrders() const {
-  auto txn = Read();
-  const auto outdated = OutdatedIndexes(*this, txn);
+  const Snapshot snapshot = Read();
+  const auto outdated = OutdatedIndexes(*this, snapshot);
   if (outdated.empty()) return;
   const auto& [trees, index] = outdated.front();
   const Member& member = trees->type->members[index->member];
   const std::string name = NameOf(*trees, *index);
-  const std::string why = Fact(txn, ProgressFact(name))
+  const std::string why = Fact(snapshot, ProgressFact(name))
                               ? "is built in part"
                               : "holds keys in another order than that of language " +
                                     std::to_string(member.language) + " now";
@@ -104,8 +108,8 @@ class Reindexer {
     store_.Write([&](lmdb::txn& txn) {
       const auto progress = store_.Fact(txn, ProgressFact(name_));
       if (progress && BeginsWith(*progress, version_)) return;
-      lmdb::dbi_drop(txn, index_.all, false);
-      lmdb::dbi_drop(txn, index_.partial, false);
+      lmdb::dbi_drop(txn, index_.all.handle, false);
+      lmdb::dbi_drop(txn, index_.partial.handle, false);
       store_.DropStatistics(txn, name_);
       store_.SetFact(txn, ProgressFact(name_), version_);
     });
@@ -131,24 +135,23 @@ class Reindexer {
   std::size_t Objects() const { return Count(trees_.objects); }
 
  private:
-  std::size_t Count(MDB_dbi tree) const {
-    auto txn = store_.Read();
-    return StatOf(txn, tree).ms_entries;
-  }
+  std::size_t Count(const Tree& tree) const { return StatOf(store_.Read(), tree).ms_entries; }
 
   void Read(lmdb::txn& txn, std::size_t batch, std::vector<Bytes>& ids,
             std::vector<Bytes>& records) const {
     const View progress = store_.Fact(txn, ProgressFact(name_)).value_or(View());
     if (progress.size() < kVersionBytes) throw BadInput(name_ + ": damaged progress of reindex");
     const View last = progress.subspan(kVersionBytes);
-    Cursor cursor(txn, trees_.objects);
-    bool more = last.empty() ? cursor.First() : cursor.Seek(last);
-    if (more && std::equal(last.begin(), last.end(), cursor.Key().begin(), cursor.Key().end())) {
-      more = cursor.Next();
+    auto cursor = lmdb::cursor::open(txn, trees_.objects.handle);
+    lmdb::val id(last.data(), last.size()), kept;
+    bool more = lmdb::cursor_get(cursor, id, kept, last.empty() ? MDB_FIRST : MDB_SET_RANGE);
+    if (more && std::ranges::equal(last, ViewOf(id))) {
+      more = lmdb::cursor_get(cursor, id, kept, MDB_NEXT);
     }
-    for (; more && ids.size() < batch; more = cursor.Next()) {
-      ids.emplace_back(cursor.Key().begin(), cursor.Key().end());
-      records.emplace_back(cursor.Data().begin(), cursor.Data().end());
+    for (; more && ids.size() < batch; more = lmdb::cursor_get(cursor, id, kept, MDB_NEXT)) {
+      const View record = store_.Checked(trees_.objects, ViewOf(id), ViewOf(kept));
+      ids.emplace_back(ViewOf(id).begin(), ViewOf(id).end());
+      records.emplace_back(record.begin(), record.end());
     }
   }
 

@@ -25,7 +25,7 @@ std::string NameOf(const ClassTrees& trees, const IndexTrees& index);
 IndexName IndexNamed(const Store& store, const std::string& name);
 /// Indexes whose keys were made under another order than that of their language now, and those
 /// that are built in part.
-std::vector<IndexName> OutdatedIndexes(const Store& store, lmdb::txn& txn);
+std::vector<IndexName> OutdatedIndexes(const Store& store, const Snapshot& snapshot);
 
 /// Builds an index anew from the objects, in transactions: a process that is killed leaves an index
 /// that is told to be built in part, and the next call goes on where it ended. @return its entries.

@@ -31,8 +31,9 @@ class Rewriter {
       Flush(trees);
     }
     to_.Write([&](lmdb::txn& txn) {
-      lmdb::dbi_put(txn, to_.facts_, lmdb::val("nextId"), lmdb::val(nextId_.data(), nextId_.size()),
-                    0);
+      const std::string name = "nextId";
+      const View key(reinterpret_cast<const unsigned char*>(name.data()), name.size());
+      to_.SetFact(txn, name, to_.Checked(to_.facts_, key, nextId_));
     });
     Analyze(to_, {});
   }
@@ -49,10 +50,11 @@ class Rewriter {
     });
     if (json.empty() || nextId.empty())
       throw BadInput("a store of another machine, without a schema");
-    return Schema::FromJson(json);
+    return Schema::FromJson(json, Schema::kFirstVersion);
   }
 
-  void Take(const ClassTrees& trees, View id, View record) {
+  void Take(const ClassTrees& trees, View id, View kept) {
+    const View record = to_.Checked(trees.objects, id, kept);
     if (!IsId(id, schema_.form) || !Record(*trees.type, record, schema_.form).IsSound()) {
       throw BadInput("a damaged object in the store");
     }

@@ -99,6 +99,27 @@ Class ClassFrom(const Json& json) {
   return made;
 }
 
+// The version stands behind the form, where programs that know no other than the first refuse it in
+// words that tell why.
+constexpr const char* kVersionStart = ", version ";
+constexpr const char* kVersionEnd = ": needs a newer otdb";
+
+std::string VersionText(unsigned version) {
+  return kVersionStart + std::to_string(version) + kVersionEnd;
+}
+
+/// Takes the version from behind a form that names one.
+void TakeVersion(std::string& form, unsigned& version) {
+  const std::size_t at = form.find(kVersionStart);
+  if (at == std::string::npos) return;
+  if (form.substr(at) != VersionText(Schema::kNewestVersion)) {
+    throw BadInput("schema: form: expected a store of version " +
+                   std::to_string(Schema::kNewestVersion) + " or less, found " + Quoted(form));
+  }
+  version = Schema::kNewestVersion;
+  form.resize(at);
+}
+
 }  // namespace
 
 bool Member::IsText() const {
@@ -122,12 +143,14 @@ const Class& Schema::ClassNamed(const std::string& name) const {
   return *found;
 }
 
-Schema Schema::FromJson(const std::string& text) {
+Schema Schema::FromJson(const std::string& text, unsigned version) {
   Schema schema;
+  schema.version = version;
   try {
     const Json json = Json::parse(text, nullptr, true, true);
     RequireKnownKeys(json, {"form", "sortKeyVersion", "classes"}, "schema: ");
-    const std::string form = Field(json, "form", std::string("big-endian"));
+    std::string form = Field(json, "form", std::string("big-endian"));
+    TakeVersion(form, schema.version);
     if (form != "big-endian" && form != "native") {
       throw BadInput("schema: form: expected big-endian or native, found " + Quoted(form));
     }
@@ -151,7 +174,8 @@ Schema Schema::FromJson(const std::string& text) {
 }
 
 std::string Schema::ToJson() const {
-  Json json = {{"form", form == OT_FORMAT_NATIVE ? "native" : "big-endian"},
+  const std::string formText = form == OT_FORMAT_NATIVE ? "native" : "big-endian";
+  Json json = {{"form", formText + (version == kFirstVersion ? "" : VersionText(version))},
                {"classes", Json::array()}};
   if (sortKeyVersion != 0) json["sortKeyVersion"] = sortKeyVersion;
   for (const Class& each : classes) {

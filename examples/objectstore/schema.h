@@ -37,10 +37,15 @@ struct Schema {
   /// Whether the indexes hold sort keys, and of which layout: 0 where the types' own comparison
   /// orders them.
   unsigned sortKeyVersion = 0;
+  /// Of the store. Objects and facts of the first have no checksums.
+  unsigned version = kNewestVersion;
   std::vector<Class> classes;
 
+  static constexpr unsigned kFirstVersion = 1, kNewestVersion = 2;
+
   /// Throws BadInput that names what is wrong.
-  static Schema FromJson(const std::string& text);
+  /// @param version where the text doesn't tell.
+  static Schema FromJson(const std::string& text, unsigned version = kNewestVersion);
   std::string ToJson() const;
 
   const Class& ClassNamed(const std::string& name) const;

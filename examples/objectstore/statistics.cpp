@@ -24,8 +24,9 @@ std::string NameOf(const ClassTrees& trees, const IndexTrees& index) {
 /// Walks an index twice: to find the frequent keys, and to cut it.
 class Measurer {
  public:
-  Measurer(lmdb::txn& txn, const Member& member, const IndexTrees& index, const KeyKind& keys)
-      : txn_(txn), member_(member), index_(index), keys_(keys) {}
+  Measurer(const Snapshot& snapshot, const Member& member, const IndexTrees& index,
+           const KeyKind& keys)
+      : snapshot_(snapshot), member_(member), index_(index), keys_(keys) {}
 
   Statistics Run() {
     FindFrequent();
@@ -37,7 +38,7 @@ class Measurer {
   template <class Action>
   void ForEachKey(const Action& action) const {
     const auto null = NullKeyOf(member_, keys_);
-    Cursor cursor(txn_, index_.all);
+    Cursor cursor(snapshot_, index_.all);
     for (bool more = cursor.First(); more; more = cursor.NextKey()) {
       if (null && CompareKeys(member_.type, cursor.Key(), *null, keys_) == 0) continue;
       action(cursor.Key(), cursor.Count());
@@ -108,7 +109,7 @@ class Measurer {
     best_.reset();
   }
 
-  lmdb::txn& txn_;
+  const Snapshot& snapshot_;
   const Member& member_;
   const IndexTrees& index_;
   KeyKind keys_;
@@ -198,11 +199,11 @@ void Analyze(Store& store,
   std::map<std::string, Bytes> kept;
   std::map<std::string, std::size_t> sizes;
   {
-    auto txn = store.Read();
+    const Snapshot snapshot = store.Read();
     for (const ClassTrees& trees : store.Trees()) {
       for (const IndexTrees& index : trees.indexes) {
         const Statistics measured =
-            Measurer(txn, trees.type->members[index.member], index, store.Keys()).Run();
+            Measurer(snapshot, trees.type->members[index.member], index, store.Keys()).Run();
         kept[NameOf(trees, index)] = Kept(measured);
         sizes[NameOf(trees, index)] = measured.size();
       }
@@ -213,9 +214,10 @@ void Analyze(Store& store,
   for (const auto& [name, size] : sizes) report(name, size);
 }
 
-std::optional<Statistics> StatisticsOf(const Store& store, lmdb::txn& txn, const ClassTrees& trees,
-                                       const IndexTrees& index, bool* isDamaged) {
-  const auto kept = store.KeptStatistics(txn, NameOf(trees, index));
+std::optional<Statistics> StatisticsOf(const Store& store, const Snapshot& snapshot,
+                                       const ClassTrees& trees, const IndexTrees& index,
+                                       bool* isDamaged) {
+  const auto kept = store.KeptStatistics(snapshot, NameOf(trees, index));
   if (!kept) return {};
   const char type = trees.type->members[index.member].type;
   auto statistics = Reader(*kept, type, store.Keys()).Run();

@@ -28,8 +28,9 @@ void Analyze(Store& store,
 
 /// What is kept of an index. Nothing where it was never measured.
 /// @param isDamaged is set where there is something that can't be read; may be null.
-std::optional<Statistics> StatisticsOf(const Store& store, lmdb::txn& txn, const ClassTrees& trees,
-                                       const IndexTrees& index, bool* isDamaged = nullptr);
+std::optional<Statistics> StatisticsOf(const Store& store, const Snapshot& snapshot,
+                                       const ClassTrees& trees, const IndexTrees& index,
+                                       bool* isDamaged = nullptr);
 
 /// The key of an index's nulls. Nothing where the type has none.
 std::optional<Bytes> NullKeyOf(const Member& member, const KeyKind& keys);

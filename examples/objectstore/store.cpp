@@ -2,6 +2,7 @@
 #include "store.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "audit.h"
 #include "bad_input.h"
 #include "message.h"
 #include "ot95/identity.h"
@@ -28,11 +30,19 @@ using ot95::tools::BadInput;
 constexpr char kObjId = 15;
 constexpr unsigned kMostTrees = 1000;
 constexpr std::size_t kFirstMapSize = std::size_t{16} << 20;
+constexpr const char* kFacts = "facts";
 constexpr const char* kSchemaKey = "schema";
+// Programs of the first version read the schema as it is, so that its checksum stands apart.
+constexpr const char* kSchemaChecksumKey = "schema checksum";
 constexpr const char* kNextIdKey = "nextId";
 constexpr const char* kStatistics = "~statistics";  // no class and no index is called so
 constexpr std::size_t kSmallestBatch = 65536;       // bytes that a write takes at least
 constexpr std::size_t kLockFileSize = 8192;         // of the storage engine's table of readers
+constexpr int kAttempts = 1000;  // to begin reading before two more transactions are written
+
+View ViewOf(const MDB_val& value) {
+  return {static_cast<const unsigned char*>(value.mv_data), value.mv_size};
+}
 
 View ViewOf(std::string_view text) {
   return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
@@ -73,6 +83,19 @@ class Transaction : public lmdb::txn {
   void Commit() { lmdb::txn_commit(std::exchange(_handle, nullptr)); }
 };
 
+// The engine takes half a write for an error of the device, where a file system has no more room or
+// a file may not grow.
+int ReasonOfHalfAWrite(const std::string& file) {
+  std::error_code unknown;
+  const auto space = std::filesystem::space(file, unknown);
+  if (!unknown && space.available < kSmallestBatch) return ENOSPC;
+  struct rlimit limit {};
+  const auto size = std::filesystem::file_size(file, unknown);
+  const bool mayNotGrow =
+      !unknown && getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < size + kSmallestBatch;
+  return mayNotGrow ? EFBIG : EIO;
+}
+
 // The lock file is mapped: where the disk had no room for it, a write there would end the process.
 void ReserveLockFile(const std::string& directory) {
   const std::string path = directory + "/lock.mdb";
@@ -100,13 +123,30 @@ const ClassTrees& Store::TreesOf(const Class& type) const {
 }
 
 Store::Store(const std::string& path, unsigned flags, const Schema* fresh)
-    : path_(path), env_(lmdb::env::create()) {
+    : path_(path),
+      file_((flags & MDB_NOSUBDIR) != 0 ? path : path + "/data.mdb"),
+      env_(lmdb::env::create()),
+      facts_(kFacts, 0),
+      statistics_(kStatistics, 1) {
   try {
-    if (fresh) env_.set_mapsize(kFirstMapSize);
+    if (fresh) {
+      env_.set_mapsize(kFirstMapSize);
+      Open(flags);
+      Make(*fresh);
+      return;
+    }
+    StorePages{file_};  // refuses a damaged head
     Open(flags);
-    Transaction txn(Begin(fresh ? 0 : MDB_RDONLY));
-    Load(txn, fresh);
-    txn.Commit();  // also of a reader, whose trees would be closed else
+    const bool writes = (flags & MDB_RDONLY) == 0;
+    {
+      const Snapshot snapshot = Read();
+      Load(snapshot);
+      if (writes) RequireSoundPages(snapshot.Pages());
+    }
+    if (!writes) return;
+    Transaction txn(Begin(MDB_RDONLY));
+    OpenTrees(txn, 0);
+    txn.Commit();  // the trees would be closed else
   } catch (const lmdb::error& error) {
     Fail(error);
   }
@@ -131,35 +171,57 @@ void Store::Open(unsigned flags) {
   unregisteredSince_ = LastTransaction();
 }
 
-void Store::Load(lmdb::txn& txn, const Schema* fresh) {
-  const unsigned create = fresh ? MDB_CREATE : 0;
-  facts_ = lmdb::dbi::open(txn, "facts", create).handle();
-  const lmdb::val schemaKey(kSchemaKey);
-  if (fresh) {
-    lmdb::dbi_put(txn, facts_, schemaKey, lmdb::val(fresh->ToJson()), 0);
-    const Bytes first = StoredId(++OtObjId(), fresh->form);
-    lmdb::dbi_put(txn, facts_, lmdb::val(kNextIdKey), ValOf(first), 0);
+void Store::Make(const Schema& schema) {
+  schema_ = schema;
+  NameTrees();
+  Transaction txn(Begin(0));
+  OpenTrees(txn, MDB_CREATE);
+  const std::string json = schema.ToJson();
+  lmdb::dbi_put(txn, facts_.handle, lmdb::val(kSchemaKey), lmdb::val(json), 0);
+  if (HasChecksums()) {
+    const Bytes checksum = ChecksumOf(facts_.seed, ViewOf(kSchemaKey), ViewOf(json));
+    lmdb::dbi_put(txn, facts_.handle, lmdb::val(kSchemaChecksumKey), ValOf(checksum), 0);
   }
-  lmdb::val json;
-  if (!lmdb::dbi_get(txn, facts_, schemaKey, json)) throw BadInput(path_ + ": holds no schema");
-  schema_ = ot95::tools::Naming(
-      path_, [&] { return Schema::FromJson(std::string(json.data(), json.size())); });
-  OpenTrees(txn, create);
+  SetFact(txn, kNextIdKey, StoredId(++OtObjId(), schema.form));
   for (const ClassTrees& trees : trees_) {
-    for (const IndexTrees& index : trees.indexes) {
-      if (fresh) KeepOrder(txn, trees, index);
-    }
+    for (const IndexTrees& index : trees.indexes) KeepOrder(txn, trees, index);
   }
-  MDB_dbi statistics = 0;
-  if (mdb_dbi_open(txn, kStatistics, create, &statistics) == MDB_SUCCESS) statistics_ = statistics;
+  txn.Commit();
+}
+
+void Store::Load(const Snapshot& snapshot) {
+  const auto json = Get(snapshot, facts_, ViewOf(kSchemaKey));
+  const auto checksum = Get(snapshot, facts_, ViewOf(kSchemaChecksumKey));
+  if (!json) throw BadInput(path_ + ": holds no schema");
+  const Bytes expected = ChecksumOf(facts_.seed, ViewOf(kSchemaKey), *json);
+  const bool isSound = !checksum || std::ranges::equal(*checksum, expected);
+  if (isSound) {
+    schema_ = ot95::tools::Naming(path_, [&] {
+      return Schema::FromJson(std::string(json->begin(), json->end()), Schema::kFirstVersion);
+    });
+  }
+  if (!isSound || HasChecksums() != checksum.has_value()) {
+    throw BadInput(path_ + ": the schema is damaged");
+  }
+  NameTrees();
+  hasStatistics_ = snapshot.Facts(statistics_) != nullptr;
+  if (!hasStatistics_ && HasChecksums()) snapshot.Require(statistics_);
+  for (const auto& [name, tree] : TreesByName()) {
+    if (tree != &statistics_) snapshot.Require(*tree);
+  }
+}
+
+Snapshot Store::Read() const {
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    lmdb::txn txn(Begin(MDB_RDONLY));
+    auto pages = StorePages::Of(file_, mdb_txn_id(txn));
+    if (pages) return Snapshot(std::move(txn), std::move(*pages));
+  }
+  throw BadInput(file_ + ": the head of the file is damaged");
 }
 
 void Store::Fail(const lmdb::error& error) const {
-  int code = error.code();
-  // The engine takes half a write for an error of the device, where a file system has no more room.
-  std::error_code unknown;
-  const auto space = std::filesystem::space(path_, unknown);
-  if (code == EIO && !unknown && space.available < kSmallestBatch) code = ENOSPC;
+  const int code = error.code() == EIO ? ReasonOfHalfAWrite(file_) : error.code();
   throw BadInput(path_ + ": " + mdb_strerror(code) + " (" + error.origin() + ")");
 }
 
@@ -204,30 +266,54 @@ void Store::Create(const std::string& directory, const Schema& schema) {
   }
 }
 
-MDB_dbi Store::OpenTree(lmdb::txn& txn, const std::string& name, unsigned flags,
-                        MDB_cmp_func* order) {
-  auto tree = lmdb::dbi::open(txn, name.c_str(), flags);
-  if (order) tree.set_compare(txn, order);
-  return tree.handle();
-}
-
-void Store::OpenTrees(lmdb::txn& txn, unsigned flags) {
-  const unsigned ofIndex = flags | MDB_DUPSORT | MDB_DUPFIXED;
+void Store::NameTrees() {
+  unsigned number = statistics_.number;
   // Compare of identifiers walks from the last byte to the first, which is by serial number only in
   // the native form of most machines. Big-endian ones are so by their bytes.
   MDB_cmp_func* const bySerial =
       schema_.form == OT_FORMAT_BIG_ENDIAN ? nullptr : KeyComparer(kObjId, schema_.form);
   for (const Class& type : schema_.classes) {
-    ClassTrees trees{&type, OpenTree(txn, type.name, flags, bySerial), {}};
+    ClassTrees trees{&type, Tree(type.name, ++number, bySerial), {}};
     for (std::size_t i = 0; i < type.members.size(); ++i) {
       const Member& member = type.members[i];
       if (!member.indexed) continue;
       const std::string name = type.name + "." + member.name;
       MDB_cmp_func* const order = KeyComparer(member.type, Keys());
-      trees.indexes.push_back(
-          {i, OpenTree(txn, name, ofIndex, order), OpenTree(txn, name + "~", ofIndex, order)});
+      const Tree all(name, ++number, order, true), partial(name + "~", ++number, order, true);
+      trees.indexes.push_back({i, all, partial});
     }
     trees_.push_back(std::move(trees));
+  }
+}
+
+std::map<std::string, const Tree*> Store::TreesByName() const {
+  std::map<std::string, const Tree*> trees = {{facts_.name, &facts_},
+                                              {statistics_.name, &statistics_}};
+  for (const ClassTrees& each : trees_) {
+    trees[each.objects.name] = &each.objects;
+    for (const IndexTrees& index : each.indexes) {
+      trees[index.all.name] = &index.all;
+      trees[index.partial.name] = &index.partial;
+    }
+  }
+  return trees;
+}
+
+void Store::OpenTrees(lmdb::txn& txn, unsigned create) {
+  const auto open = [&](Tree& tree) {
+    const unsigned flags = create | (tree.severalValues ? MDB_DUPSORT | MDB_DUPFIXED : 0);
+    auto opened = lmdb::dbi::open(txn, tree.name.c_str(), flags);
+    if (tree.order) opened.set_compare(txn, tree.order);
+    tree.handle = opened.handle();
+  };
+  open(facts_);
+  if (hasStatistics_) open(statistics_);
+  for (ClassTrees& trees : trees_) {
+    open(trees.objects);
+    for (IndexTrees& index : trees.indexes) {
+      open(index.all);
+      open(index.partial);
+    }
   }
 }
 
@@ -250,46 +336,91 @@ void Store::Write(const std::function<void(lmdb::txn&)>& body) {
   }
 }
 
-std::optional<View> Store::KeptStatistics(lmdb::txn& txn, const std::string& index) const {
-  if (!statistics_) return {};
-  return Get(txn, *statistics_, ViewOf(index));
+std::optional<View> Store::Sound(const Tree& tree, View key, View kept) const {
+  if (!HasChecksums()) return kept;
+  return Unsealed(tree.seed, key, kept);
+}
+
+View Store::Checked(const Tree& tree, View key, View kept) const {
+  const auto sound = Sound(tree, key, kept);
+  if (!sound) throw BadInput(path_ + ": a damaged entry in " + tree.name);
+  return *sound;
+}
+
+Bytes Store::Kept(const Tree& tree, View key, View value) const {
+  if (HasChecksums()) return Sealed(tree.seed, key, value);
+  return {value.begin(), value.end()};
+}
+
+std::optional<View> Store::Find(const Snapshot& snapshot, const Tree& tree, View key) const {
+  const auto kept = Get(snapshot, tree, key);
+  if (!kept) return {};
+  return Checked(tree, key, *kept);
+}
+
+std::optional<View> Store::KeptStatistics(const Snapshot& snapshot,
+                                          const std::string& index) const {
+  if (!hasStatistics_) return {};
+  return Find(snapshot, statistics_, ViewOf(index));
 }
 
 void Store::KeepStatistics(const std::map<std::string, Bytes>& statistics) {
-  MDB_dbi tree = 0;
   Write([&](lmdb::txn& txn) {
-    tree = statistics_ ? *statistics_ : lmdb::dbi::open(txn, kStatistics, MDB_CREATE).handle();
-    for (const auto& [index, kept] : statistics) {
-      lmdb::dbi_put(txn, tree, ValOf(ViewOf(index)), ValOf(kept), 0);
+    if (!hasStatistics_) {
+      statistics_.handle = lmdb::dbi::open(txn, kStatistics, MDB_CREATE).handle();
+    }
+    for (const auto& [index, value] : statistics) {
+      const Bytes kept = Kept(statistics_, ViewOf(index), value);
+      lmdb::dbi_put(txn, statistics_.handle, ValOf(ViewOf(index)), ValOf(kept), 0);
     }
   });
-  statistics_ = tree;
+  hasStatistics_ = true;
 }
 
 void Store::DropStatistics(lmdb::txn& txn, const std::string& index) {
-  if (statistics_) lmdb::dbi_del(txn, *statistics_, ValOf(ViewOf(index)));
+  if (hasStatistics_) lmdb::dbi_del(txn, statistics_.handle, ValOf(ViewOf(index)));
+}
+
+std::optional<View> Store::Fact(const Snapshot& snapshot, const std::string& name) const {
+  return Find(snapshot, facts_, ViewOf(name));
 }
 
 std::optional<View> Store::Fact(lmdb::txn& txn, const std::string& name) const {
-  return Get(txn, facts_, ViewOf(name));
+  MDB_val found{};
+  if (!lmdb::dbi_get(txn, facts_.handle, ValOf(ViewOf(name)), &found)) return {};
+  return Checked(facts_, ViewOf(name), ViewOf(found));
+}
+
+bool Store::HasSoundFacts(const Snapshot& snapshot) const {
+  for (const Tree* tree : {&facts_, &statistics_}) {
+    if (snapshot.Facts(*tree) == nullptr) continue;
+    Cursor cursor(snapshot, *tree);
+    for (bool more = cursor.First(); more; more = cursor.Next()) {
+      const std::string name(cursor.Key().begin(), cursor.Key().end());
+      const bool standsApart =
+          tree == &facts_ && (name == kSchemaKey || name == kSchemaChecksumKey);
+      if (!standsApart && !Sound(*tree, cursor.Key(), cursor.Data())) return false;
+    }
+  }
+  return true;
 }
 
 void Store::SetFact(lmdb::txn& txn, const std::string& name, View value) {
-  lmdb::dbi_put(txn, facts_, ValOf(ViewOf(name)), ValOf(value), 0);
+  const Bytes kept = Kept(facts_, ViewOf(name), value);
+  lmdb::dbi_put(txn, facts_.handle, ValOf(ViewOf(name)), ValOf(kept), 0);
 }
 
 void Store::DropFact(lmdb::txn& txn, const std::string& name) {
-  lmdb::dbi_del(txn, facts_, ValOf(ViewOf(name)));
+  lmdb::dbi_del(txn, facts_.handle, ValOf(ViewOf(name)));
 }
 
 std::vector<Bytes> Store::TakeIds(lmdb::txn& txn, std::size_t count) {
-  const auto stored = Get(txn, facts_, ViewOf(kNextIdKey));
+  const auto stored = Fact(txn, kNextIdKey);
   if (!stored) throw BadInput("the store doesn't tell its next identifier");
   OtObjId next = LoadedId(*stored, schema_.form);
   std::vector<Bytes> ids;
   for (std::size_t i = 0; i < count; ++i, ++next) ids.push_back(StoredId(next, schema_.form));
-  const Bytes after = StoredId(next, schema_.form);
-  lmdb::dbi_put(txn, facts_, lmdb::val(kNextIdKey), ValOf(after), 0);
+  SetFact(txn, kNextIdKey, StoredId(next, schema_.form));
   return ids;
 }
 
@@ -299,10 +430,12 @@ void Store::Add(const Class& type, const std::vector<Bytes>& records) {
 
 void Store::Put(lmdb::txn& txn, const ClassTrees& trees, const std::vector<Bytes>& ids,
                 const std::vector<Bytes>& records) {
+  const MDB_dbi tree = trees.objects.handle;
   for (std::size_t i = 0; i < records.size(); ++i) {
+    const Bytes kept = Kept(trees.objects, ids[i], records[i]);
     // New identifiers belong at the end until the serial number passes 32 bits.
-    if (lmdb::dbi_put(txn, trees.objects, ValOf(ids[i]), ValOf(records[i]), MDB_APPEND)) continue;
-    lmdb::dbi_put(txn, trees.objects, ValOf(ids[i]), ValOf(records[i]), 0);
+    if (lmdb::dbi_put(txn, tree, ValOf(ids[i]), ValOf(kept), MDB_APPEND)) continue;
+    lmdb::dbi_put(txn, tree, ValOf(ids[i]), ValOf(kept), 0);
   }
   for (const IndexTrees& index : trees.indexes) PutEntries(txn, trees, index, ids, records);
 }
@@ -324,41 +457,12 @@ void Store::PutEntries(lmdb::txn& txn, const ClassTrees& trees, const IndexTrees
     return CompareKeys(member.type, keys[a], keys[b], Keys());
   });
   // A cursor finds a neighbour of its last entry without a way down the tree.
-  auto cursor = lmdb::cursor::open(txn, index.all);
+  auto cursor = lmdb::cursor::open(txn, index.all.handle);
   for (const std::size_t i : order) {
     lmdb::cursor_put(cursor, ValOf(keys[i]), ValOf(ids[i]), 0);
     if (IsWhole(member.type, keys[i], Keys())) continue;
-    lmdb::dbi_put(txn, index.partial, ValOf(keys[i]), ValOf(ids[i]), 0);
+    lmdb::dbi_put(txn, index.partial.handle, ValOf(keys[i]), ValOf(ids[i]), 0);
   }
-}
-
-bool Cursor::Seek(View key) {
-  key_ = {key.size(), Place(key)};
-  return Get(MDB_SET_RANGE);
-}
-
-bool Cursor::Find(View key, View value) {
-  key_ = {key.size(), Place(key)};
-  data_ = {value.size(), Place(value)};
-  return Get(MDB_GET_BOTH);
-}
-
-std::size_t Cursor::Count() const {
-  std::size_t count = 0;
-  lmdb::cursor_count(cursor_, count);
-  return count;
-}
-
-std::optional<View> Get(lmdb::txn& txn, MDB_dbi tree, View key) {
-  MDB_val found{};
-  if (!lmdb::dbi_get(txn, tree, ValOf(key), &found)) return {};
-  return View(static_cast<const unsigned char*>(found.mv_data), found.mv_size);
-}
-
-MDB_stat StatOf(lmdb::txn& txn, MDB_dbi tree) {
-  MDB_stat stat;
-  lmdb::dbi_stat(txn, tree, &stat);
-  return stat;
 }
 
 bool IsId(View id, unsigned char form) {

@@ -239,8 +239,8 @@ class QueryWriter {
 };
 
 /// Identifiers as often as they are found, in order of their bytes.
-std::vector<std::string> Found(const otdb::Store& store, lmdb::txn& txn, const otdb::Query& query,
-                               const otdb::Plan& plan) {
+std::vector<std::string> Found(const otdb::Store& store, const otdb::Snapshot& txn,
+                               const otdb::Query& query, const otdb::Plan& plan) {
   std::vector<std::string> ids;
   otdb::Execute(store, txn, query, plan, [&](otdb::View id, const otdb::Record&) {
     ids.push_back(otdb::IdToText(id, store.GetSchema().form));

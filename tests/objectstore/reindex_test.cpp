@@ -40,11 +40,15 @@ void Outdate(const std::string& path) {
   env.open(path.c_str(), 0, 0644);
   auto txn = lmdb::txn::begin(env);
   auto facts = lmdb::dbi::open(txn, "facts");
-  const std::string key = "order Note.text", other = "12345678";
+  const std::string key = "order Note.text", version = "12345678";
+  const auto view = [](const std::string& text) {
+    return otdb::View(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+  };
+  const otdb::Bytes other = otdb::Sealed(otdb::SeedOf("facts"), view(key), view(version));
   lmdb::val before;
   ASSERT_TRUE(facts.get(txn, lmdb::val(key), before)) << "a version stands beside the index";
   ASSERT_EQ(before.size(), other.size());
-  lmdb::dbi_put(txn, facts, lmdb::val(key), lmdb::val(other), 0);
+  lmdb::dbi_put(txn, facts, lmdb::val(key), lmdb::val(other.data(), other.size()), 0);
   auto index = lmdb::dbi::open(txn, "Note.text", MDB_DUPSORT | MDB_DUPFIXED);
   lmdb::dbi_drop(txn, index, false);
   txn.commit();

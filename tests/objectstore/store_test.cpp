@@ -174,6 +174,8 @@ class Damage : public testing::TestWithParam<StoreKind> {
       auto txn = lmdb::txn::begin(env);
       Trees trees{txn, lmdb::dbi::open(txn, "C"), lmdb::dbi::open(txn, "C.text"),
                   lmdb::dbi::open(txn, "C.text~")};
+      MDB_cmp_func* const bySerial = otdb::KeyComparer(15, form_);
+      if (form_ == OT_FORMAT_NATIVE) trees.objects.set_compare(txn, bySerial);
       for (lmdb::dbi* tree : {&trees.all, &trees.partial}) {
         MDB_cmp_func* const order = otdb::KeyComparer(type_.members[0].type, kind_);
         if (order != nullptr) tree->set_compare(txn, order);
@@ -221,8 +223,8 @@ TEST_P(Damage, RecordCutByAByteOrLongerByOne) {
   cut.pop_back();
   longer.push_back(0);
   EXPECT_EQ(After([&](Trees& trees) {
-              trees.Put(trees.objects, ids_[0], cut);
-              trees.Put(trees.objects, ids_[2], longer);
+              trees.Put(trees.objects, ids_[0], otdb::Sealed(otdb::SeedOf("C"), ids_[0], cut));
+              trees.Put(trees.objects, ids_[2], otdb::Sealed(otdb::SeedOf("C"), ids_[2], longer));
             }),
             "C 1: a damaged record\nC 3: a damaged record\n");
 }
