@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
 .PHONY: all run examples test bench bench-check check-orders format check-format clean release dev ilp32 uchar
-.PHONY: setup-run setup-examples setup-test setup-bench
+.PHONY: test-python setup-run setup-examples setup-test setup-bench setup-python
 
 all: setup-bench release
 
@@ -25,6 +25,11 @@ bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
 
+# The module for Python and its guide.
+test-python: setup-python
+	@scripts/build release $(JOBS) ot95Otms ot95_python
+	@ctest --test-dir build/release -R '^python$$' --output-on-failure
+
 check-orders: setup-test
 	@scripts/check-orders
 
@@ -34,7 +39,7 @@ bench-check: setup-bench
 	@scripts/corpora build/corpora
 	@scripts/bench-check build/corpora
 
-setup-run setup-examples setup-test setup-bench:
+setup-run setup-examples setup-test setup-bench setup-python:
 	@scripts/setup $(@:setup-%=%)
 
 release dev ilp32 uchar:
