@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
 .PHONY: all run examples test bench bench-check check-orders format check-format clean release dev ilp32 uchar
-.PHONY: test-python setup-run setup-examples setup-test setup-bench setup-python
+.PHONY: test-python check-abi accept-abi setup-run setup-examples setup-test setup-bench setup-python
 
 all: setup-bench release
 
@@ -24,6 +24,10 @@ test: setup-test check-format
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
+
+# What programs that were built before rely on; accept-abi after a release that may change it.
+check-abi accept-abi: setup-test
+	@scripts/check-abi $(if $(filter accept-abi,$@),--accept)
 
 # The module for Python and its guide.
 test-python: setup-python
