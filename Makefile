@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test test-sqlite fuzz bench bench-sqlite bench-check check-orders
-.PHONY: format check-format clean release dev ilp32 uchar
+.PHONY: all run examples test test-sqlite test-python fuzz bench bench-sqlite bench-check
+.PHONY: check-orders check-abi accept-abi format check-format clean release dev ilp32 uchar
 
 all: setup-bench release
 
@@ -33,6 +33,15 @@ bench: setup-bench
 bench-sqlite: setup-bench
 	@scripts/build release $(JOBS) ot95_sqlite ot95_sqlite_bench
 	@extensions/sqlite/bench/run build/bin/ot95_sqlite_bench build/lib/ot95.so
+
+# What programs that were built before rely on; accept-abi after a release that may change it.
+check-abi accept-abi: setup-test
+	@scripts/check-abi $(if $(filter accept-abi,$@),--accept)
+
+# The module for Python and its guide.
+test-python: setup-python
+	@scripts/build release $(JOBS) ot95Otms ot95_python
+	@ctest --test-dir build/release -R '^python$$' --output-on-failure
 
 check-orders: setup-test
 	@scripts/check-orders

@@ -32,12 +32,13 @@ check_cxx_compiler_flag(-fno-gnu-unique OT95_HAS_GNU_UNIQUE)
 
 add_library(ot95_warnings INTERFACE)
 target_compile_options(ot95_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Werror)
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow
+  $<$<BOOL:${OT95_WERROR}>:-Werror>)
 
-# One of the three libraries: an object library for tests of internals, and the shared library
-# of it that users link.
+# One of the three libraries: an object library for tests of internals, and the library of it that
+# users link, as ot95::<ALIAS> or by its own name.
 function(ot95_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;INCLUDE;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "" "ALIAS" "SOURCES;INCLUDE;DEPENDS" ${ARGN})
   add_library(${name}_objects OBJECT ${ARG_SOURCES})
   target_include_directories(${name}_objects PUBLIC
     ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
@@ -49,17 +50,28 @@ function(ot95_library name)
     target_include_directories(${name}_objects PUBLIC
       $<TARGET_PROPERTY:${dependency},INTERFACE_INCLUDE_DIRECTORIES>)
   endforeach()
-  add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
+  add_library(${name} $<TARGET_OBJECTS:${name}_objects>)
   add_library(ot95::${name} ALIAS ${name})
+  add_library(ot95::${ARG_ALIAS} ALIAS ${name})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/${ARG_INCLUDE}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS})
-  target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now)
+  # Installed siblings find each other wherever they are put.
+  set_target_properties(${name} PROPERTIES EXPORT_NAME ${ARG_ALIAS}
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
+  if(BUILD_SHARED_LIBS)
+    ot95_shared(${name})
+  endif()
+endfunction()
+
+# Names carry the version that brought them, see cmake/ot95.map.
+function(ot95_shared name)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/ot95.map)
+  target_link_options(${name} PRIVATE
+    -Wl,-z,relro -Wl,-z,now -Wl,--version-script=${map})
+  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${map})
   if(NOT OT95_FUZZ)  # there the sanitizers are in the programs alone
     target_link_options(${name} PRIVATE -Wl,--no-undefined)
   endif()
-  # Installed siblings find each other wherever they are put.
-  set_target_properties(${name} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION 9 INSTALL_RPATH "$ORIGIN")
 endfunction()

@@ -2,7 +2,7 @@
 #define OT95_VERSION_H
 
 /// @file
-/// The release of this library, and the check that a library built on it was built for it.
+/// The versions of this library, and the check that a library built on it was built for it.
 ///
 /// @code
 ///   int same = CheckOtVersionNumber(OT_VERSION_MAJOR, OT_VERSION_MINOR, OT_VERSION_REVISION,
@@ -15,8 +15,12 @@
 
 #include "ot95/base.h"
 
-/// The five numbers of the release: 9.5.26.340.0. Stored forms, keys and hashes are the same in all
-/// releases.
+/// The release of the package that this header came with. Unlike the five numbers, which stand for
+/// what an engine is built for, it rises with every release.
+#define OT95_RELEASE "9.6.0"
+
+/// The five numbers that the library is asked for: 9.5.26.340.0. Stored forms, keys and hashes are
+/// the same in all releases.
 enum : unsigned long {
   OT_VERSION_MAJOR = 9,
   OT_VERSION_MINOR = 5,
