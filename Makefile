@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test test-sqlite fuzz bench bench-sqlite bench-check check-orders
+.PHONY: all run examples test test-threads test-sqlite fuzz bench bench-sqlite bench-check check-orders
 .PHONY: format check-format clean release dev ilp32 uchar
 
 all: setup-bench release
@@ -25,6 +25,11 @@ test: setup-test check-format
 test-sqlite: setup-sqlite
 	@scripts/build release $(JOBS) ot95_sqlite ottm
 	@extensions/sqlite/test.py build/lib/ot95.so build/bin/ottm
+
+# The tests of the C interface under the thread sanitizer; `test` has them under the other ones.
+test-threads: setup-test
+	@scripts/build tsan $(JOBS)
+	@ctest --preset tsan
 
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
