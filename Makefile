@@ -2,8 +2,8 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test test-sqlite test-python fuzz bench bench-sqlite bench-check
-.PHONY: check-orders check-abi accept-abi format check-format clean release dev ilp32 uchar
+# No target is a file.
+.PHONY: $(shell sed -n 's/^\([a-z0-9 -]*\):.*/\1/p' $(firstword $(MAKEFILE_LIST)))
 
 all: setup-bench release
 
@@ -25,6 +25,11 @@ test: setup-test check-format
 test-sqlite: setup-sqlite
 	@scripts/build release $(JOBS) ot95_sqlite ottm
 	@extensions/sqlite/test.py build/lib/ot95.so build/bin/ottm
+
+# The tests of the C interface under the thread sanitizer; `test` has them under the other ones.
+test-threads: setup-test
+	@scripts/build tsan $(JOBS)
+	@ctest --preset tsan
 
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench

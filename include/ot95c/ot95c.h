@@ -275,6 +275,20 @@ OT95C_EXPORT int ot95_translate(const ot95_array* array, unsigned form, ot95_buf
 /** Stores the array as values of another type. Numbers come whole out of texts of one-byte code
    sets only: of others every character counts as a digit. */
 OT95C_EXPORT int ot95_convert(const ot95_array* array, int type, unsigned form, ot95_buffer* out);
+/** A member of a record: an array. */
+typedef struct ot95_member {
+  int type;
+  size_t count; /**< Elements, at least 1. */
+} ot95_member;
+
+/**
+ * Takes a record apart: arrays that stand one behind another, all in one form.
+ * @param arrays receives one for each member, which points into the record.
+ * @param end where the record ends, or how far it is good: answered as by ot95_verify. The next
+ *   record may begin there.
+ */
+OT95C_EXPORT int ot95_record(const ot95_member* members, size_t member_count, unsigned form,
+                             const void* bytes, size_t size, ot95_array* arrays, size_t* end);
 /** @} */
 
 /** @name Comparison
@@ -405,6 +419,117 @@ OT95C_EXPORT int ot95_collation_upper(const ot95_collation* collation, const cha
                                       size_t size, ot95_buffer* out);
 OT95C_EXPORT int ot95_collation_lower(const ot95_collation* collation, const char* text,
                                       size_t size, ot95_buffer* out);
+
+/** @} */
+
+/** @name Texts changed and taken apart
+ * These allocate. Places and counts are in 16-bit units.
+ * @{ */
+
+/** What of a text is changed, and how. */
+typedef struct ot95_edit {
+  size_t struct_size;
+  int operation; /**< OT95_TRIM ... */
+  ot95_span text;
+  ot95_span with; /**< What is inserted, written or put in the place of `from`; one character to
+                       fill with. */
+  ot95_span from; /**< Of OT95_REPLACE_ALL: what is sought, by the collation's language. */
+  size_t place;   /**< Where it begins, 0 to 65535. */
+  size_t count;   /**< Units; OT95_REST for all behind the place. */
+} ot95_edit;
+
+enum {
+  OT95_TRIM,        /**< Without the blanks at its ends. */
+  OT95_CUT,         /**< Without `count` units from `place` on. */
+  OT95_COPY,        /**< These alone. */
+  OT95_INSERT,      /**< `with` put before `place`. */
+  OT95_WRITE,       /**< `with` written over what stands at `place`, no further than the end. */
+  OT95_REPLACE_ALL, /**< Every `from` behind `place` becomes `with`. */
+  OT95_FILL,        /**< `count` times `with`, and nothing else. */
+  OT95_EXPAND       /**< Made `count` units long by `with` at its end. */
+};
+
+#define OT95_REST ((size_t)-1)
+
+/** Gives a text that is made from another one. */
+OT95C_EXPORT int ot95_collation_edit(const ot95_collation* collation, const ot95_edit* edit,
+                                     ot95_buffer* out);
+/**
+ * Gives the next item of a list, trimmed. A separator at the very start is passed over; elsewhere
+ * two in a row enclose an empty item.
+ * @param place 0 for the first item; moves behind the item with OT95_OK only.
+ * @return OT95_ERR_ENDS where there is none.
+ */
+OT95C_EXPORT int ot95_collation_split(const ot95_collation* collation, const char* text,
+                                      size_t size, const char* separator, size_t separator_size,
+                                      size_t* place, ot95_buffer* out);
+
+/** What of a text counts at one place: docs/orders.md draws the words. */
+typedef struct ot95_order {
+  unsigned word;
+  unsigned script; /**< Ranks alphabets against each other. */
+  uint32_t key;    /**< Both in the order of comparison. */
+} ot95_order;
+
+/** The order words of a text. @param count how many there are, also with OT95_ERR_ROOM, where
+    `orders` holds the first. */
+OT95C_EXPORT int ot95_collation_orders(const ot95_collation* collation, const char* text,
+                                       size_t size, ot95_order* orders, size_t room, size_t* count);
+/** @} */
+
+/** @name Arithmetic
+ * @{ */
+
+enum {
+  OT95_ADD,
+  OT95_SUBTRACT,
+  OT95_MULTIPLY,
+  OT95_DIVIDE,    /**< Truncates toward zero. */
+  OT95_REMAINDER, /**< Has the sign of the dividend. */
+  OT95_SHIFT_LEFT,
+  OT95_SHIFT_RIGHT, /**< Keeps the sign. */
+  OT95_NEGATE,      /**< Of `a`; `b` doesn't count. */
+  OT95_ABSOLUTE
+};
+
+/**
+ * 64-bit arithmetic as the system does it.
+ * @param result receives what is left modulo 2^64 also with OT95_ERR_VALUE, which says that the
+ *   number itself is beyond 64 bits.
+ * @return OT95_ERR_ARGUMENT for a divisor of 0 and a shift by a negative number.
+ */
+OT95C_EXPORT int ot95_int64(int operation, int64_t a, int64_t b, int64_t* result);
+/** The whole part by way of seven decimal digits, rounded; cut at plus and minus 2^63 - 1. */
+OT95C_EXPORT int ot95_int64_from_real(double real, int64_t* result);
+
+/**
+ * Adds to a date or time: days to OtDate and d_Date, seconds to the others.
+ * @param type of these six. @return OT95_ERR_VALUE where the type or C can't hold the moment.
+ */
+OT95C_EXPORT int ot95_moment_add(int type, const ot95_moment* moment, int32_t amount,
+                                 ot95_moment* result);
+/** What lies between two: days of OtDate, seconds of OtTime and d_Time; other types have no such
+    operation. */
+OT95C_EXPORT int ot95_moment_difference(int type, const ot95_moment* a, const ot95_moment* b,
+                                        double* difference);
+/** Whether two spans of time, each of a first and a last moment, share any: 1 or 0. Of d_Date,
+   d_Time and d_Timestamp. */
+OT95C_EXPORT int ot95_moment_overlaps(int type, const ot95_moment a[2], const ot95_moment b[2],
+                                      int* overlaps);
+
+enum {
+  OT95_DAY_NUMBER,    /**< Of OtDate: as ot95_moment_of_day takes it. */
+  OT95_WEEKDAY,       /**< Of OtDate and d_Date: 0 for Sunday to 6. */
+  OT95_DAY_OF_YEAR,   /**< Of d_Date, from 1. */
+  OT95_DAYS_IN_MONTH, /**< Of d_Date. */
+  OT95_IS_DATE        /**< Of OtDate: 1 if it is in the calendar. */
+};
+
+/** Answers a question of the calendar. */
+OT95C_EXPORT int ot95_moment_ask(int type, int question, const ot95_moment* moment,
+                                 int32_t* answer);
+/** The OtDate of a day number. */
+OT95C_EXPORT int ot95_moment_of_day(int32_t day, ot95_moment* result);
 /** @} */
 
 #ifdef __cplusplus

@@ -30,8 +30,14 @@ using namespace ot95::c;
 
 int ot95_collation_find(const ot95_collation* collation, const char* text, size_t size,
                         const char* sought, size_t sought_size, int* found, size_t* place) {
-  return Guarded([&]() -> int {
-    if (collation == nullptr || found == nullptr || place == nullptr) return OT95_ERR_ARGUMENT;
-    return Find(*collation, {text, size}, {sought, sought_size}, found, place);
+  int isFound = 0;
+  size_t bytes = 0;
+  if (collation == nullptr || found == nullptr || place == nullptr) return OT95_ERR_ARGUMENT;
+  const int status = Guarded([&] {
+    return Find(*collation, {text, size}, {sought, sought_size}, &isFound, &bytes);
   });
+  if (status != OT95_OK) return status;
+  *found = isFound;
+  *place = bytes;
+  return OT95_OK;
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "c/bridge.h"
+#include "c/moments.h"
 #include "ot95/blob.h"
 #include "ot95/boolean.h"
 #include "ot95/identity.h"
@@ -24,15 +25,11 @@ namespace {
 // From the fields of C to a value, as far as it can hold them, and back. Nulls are seen to before.
 
 template <class T>
-bool Narrow(std::int64_t from, T& to) {
-  to = static_cast<T>(from);
-  return std::in_range<T>(from);
-}
-
-template <class T>
 bool Put(const ot95_value& value, T& to) {
   if constexpr (std::is_integral_v<T>) {
     return Narrow(value.as.integer, to);
+  } else if constexpr (requires { PutMoment(value.as.moment, to); }) {
+    return PutMoment(value.as.moment, to);
   } else {
     to = static_cast<T>(value.as.real);
     return true;
@@ -42,6 +39,8 @@ template <class T>
 void Get(const T& from, ot95_value& value) {
   if constexpr (std::is_integral_v<T>) {
     value.as.integer = from;
+  } else if constexpr (requires { GetMoment(from, value.as.moment); }) {
+    GetMoment(from, value.as.moment);
   } else {
     value.as.real = from;
   }
@@ -82,78 +81,6 @@ bool Put(const ot95_value& value, d_Interval& to) {
 }
 void Get(const d_Interval& from, ot95_value& value) {
   value.as.real = from.seconds;
-}
-
-template <class Date>
-bool PutDay(const ot95_moment& moment, Date& to) {
-  return Narrow(moment.year, to.year) && Narrow(moment.month, to.month) &&
-         Narrow(moment.day, to.day);
-}
-template <class Date>
-void GetDay(const Date& from, ot95_moment& moment) {
-  moment.year = from.year;
-  moment.month = from.month;
-  moment.day = from.day;
-}
-template <class Time>
-bool PutClock(const ot95_moment& moment, Time& to) {
-  return Narrow(moment.hour, to.hour) && Narrow(moment.minute, to.minute) &&
-         Narrow(moment.second, to.second);
-}
-template <class Time>
-void GetClock(const Time& from, ot95_moment& moment) {
-  moment.hour = from.hour;
-  moment.minute = from.minute;
-  moment.second = from.second;
-}
-bool PutZone(const ot95_moment& moment, d_Time& to) {
-  return Narrow(moment.hundredth, to.hundredths) && Narrow(moment.zone_hour, to.tzHour) &&
-         Narrow(moment.zone_minute, to.tzMinute);
-}
-void GetZone(const d_Time& from, ot95_moment& moment) {
-  moment.hundredth = from.hundredths;
-  moment.zone_hour = from.tzHour;
-  moment.zone_minute = from.tzMinute;
-}
-
-bool Put(const ot95_value& value, OtDate& to) {
-  return PutDay(value.as.moment, to);
-}
-void Get(const OtDate& from, ot95_value& value) {
-  GetDay(from, value.as.moment);
-}
-bool Put(const ot95_value& value, d_Date& to) {
-  return PutDay(value.as.moment, to);
-}
-void Get(const d_Date& from, ot95_value& value) {
-  GetDay(from, value.as.moment);
-}
-bool Put(const ot95_value& value, OtTime& to) {
-  return PutClock(value.as.moment, to);
-}
-void Get(const OtTime& from, ot95_value& value) {
-  GetClock(from, value.as.moment);
-}
-bool Put(const ot95_value& value, OtDateTime& to) {
-  return Put(value, to.date) && Put(value, to.time);
-}
-void Get(const OtDateTime& from, ot95_value& value) {
-  Get(from.date, value);
-  Get(from.time, value);
-}
-bool Put(const ot95_value& value, d_Time& to) {
-  return PutClock(value.as.moment, to) && PutZone(value.as.moment, to);
-}
-void Get(const d_Time& from, ot95_value& value) {
-  GetClock(from, value.as.moment);
-  GetZone(from, value.as.moment);
-}
-bool Put(const ot95_value& value, d_Timestamp& to) {
-  return Put(value, to.date) && Put(value, to.time);
-}
-void Get(const d_Timestamp& from, ot95_value& value) {
-  Get(from.date, value);
-  Get(from.time, value);
 }
 
 template <class T>

@@ -12,6 +12,11 @@ namespace {
 constexpr unsigned char kFormMask = 0x0f, kTextFlags = 0xf0, kKeyFlag = OT95_FORM_KEY;
 constexpr std::size_t kMostKeyBytes = 65534;  // where the length of a key has its end
 
+/// Whether a status says what bytes are.
+bool IsVerdict(int status) {
+  return status == OT95_OK || status == OT95_ERR_ENDS || status == OT95_ERR_DAMAGED;
+}
+
 /// Strings with flags in the target's form: what their row's own Translate makes, which wants the
 /// byte order of both sides to be the same or makes keys.
 int TranslateTexts(Stored& stored, unsigned char format, ot95_buffer* out) {
@@ -86,6 +91,24 @@ int Convert(const ot95_array* array, int number, unsigned form, ot95_buffer* out
   return target.Store(format, out);
 }
 
+/// @param end answered with a verdict.
+int TakeApart(const ot95_member* members, std::size_t memberCount, unsigned form,
+              const ot95_span& record, ot95_array* arrays, std::size_t& end) {
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < memberCount; ++i) {
+    const char* place = record.data != nullptr ? record.data + at : nullptr;
+    arrays[i] = {members[i].type, form, place, record.size - at, members[i].count};
+    Stored stored;
+    const int status = stored.OpenWhole(&arrays[i]);
+    if (!IsVerdict(status)) return status;
+    at += stored.size();
+    end = at;
+    if (status != OT95_OK) return status;
+    arrays[i].size = stored.size();
+  }
+  return OT95_OK;
+}
+
 }  // namespace
 
 }  // namespace ot95::c
@@ -97,9 +120,7 @@ int ot95_verify(const ot95_array* array, size_t* end) {
     Stored stored;
     unsigned long consumed = 0;
     const int status = stored.Open(array, consumed);
-    const bool isVerdict =
-        status == OT95_OK || status == OT95_ERR_ENDS || status == OT95_ERR_DAMAGED;
-    if (isVerdict && end != nullptr) *end = consumed;
+    if (IsVerdict(status) && end != nullptr) *end = consumed;
     return status;
   });
 }
@@ -114,4 +135,16 @@ int ot95_translate(const ot95_array* array, unsigned form, ot95_buffer* out) {
 
 int ot95_convert(const ot95_array* array, int type, unsigned form, ot95_buffer* out) {
   return GuardedFor(out, [&] { return Convert(array, type, form, out); });
+}
+
+int ot95_record(const ot95_member* members, size_t member_count, unsigned form, const void* bytes,
+                size_t size, ot95_array* arrays, size_t* end) {
+  return Guarded([&]() -> int {
+    if (members == nullptr || member_count == 0 || arrays == nullptr || end == nullptr) {
+      return OT95_ERR_ARGUMENT;
+    }
+    if (bytes == nullptr && size != 0) return OT95_ERR_ARGUMENT;
+    return TakeApart(members, member_count, form, {static_cast<const char*>(bytes), size}, arrays,
+                     *end);
+  });
 }

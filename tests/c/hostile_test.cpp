@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
 
 #include "c/arrays.h"
 
@@ -82,14 +83,15 @@ bool TryAll(const ot95_array& array, const ot95_array& other, unsigned options, 
   return verdict == OT95_OK;
 }
 
-TEST(Hostile, BytesOfEveryTypeAreChecked) {
-  Random random(95);
+/// Runs mutated arrays of every type through all functions. @return how many were good, and bad.
+std::pair<long, long> TryTypes(unsigned seed, int tries) {
+  Random random(seed);
   long good = 0, bad = 0;
   for (int type = 0; type < 40; ++type) {
     for (const unsigned form : {1u, 2u, 0x81u, 0x82u}) {
       const std::vector<std::string> seeds = SeedsOf(type, form & 3);
-      ASSERT_FALSE(seeds[0].empty()) << type;
-      for (int i = 0; i < 150; ++i) {
+      EXPECT_FALSE(seeds[0].empty()) << type;
+      for (int i = 0; i < tries; ++i) {
         const auto pick = [&] {
           return Mutated(random, seeds[Below(random, static_cast<unsigned>(seeds.size()))]);
         };
@@ -103,8 +105,156 @@ TEST(Hostile, BytesOfEveryTypeAreChecked) {
       }
     }
   }
+  return {good, bad};
+}
+
+TEST(Hostile, BytesOfEveryTypeAreChecked) {
+  const auto [good, bad] = TryTypes(95, 150);
   EXPECT_GT(good, 2000);
   EXPECT_GT(bad, 2000);
+}
+
+/// Runs texts, good ones and any bytes, through all functions of a collation.
+void TryText(const ot95_collation* collation, Random& random, const std::string& a,
+             const std::string& b) {
+  int answer = 0;
+  size_t size = 0, place = Below(random, 20);
+  uint64_t hash = 0;
+  ot95_order orders[4];
+  const ot95_edit edit = {
+      sizeof edit,          static_cast<int>(Below(random, 9)), {a.data(), a.size()},
+      {b.data(), b.size()}, {b.data(), Below(random, 2)},       Below(random, 9),
+      Below(random, 9)};
+  char range[2][20];
+  ot95_buffer lower = {range[0], sizeof range[0], 0}, upper = {range[1], sizeof range[1], 0};
+  const auto give = [&](auto function) {
+    return Give([&](ot95_buffer* out) { return function(collation, a.data(), a.size(), out); })
+        .status;
+  };
+  const int statuses[] = {
+      ot95_collation_compare(collation, a.data(), a.size(), b.data(), b.size(), &answer),
+      ot95_collation_match(collation, a.data(), a.size(), b.data(), b.size(), &answer),
+      ot95_collation_find(collation, a.data(), a.size(), b.data(), b.size(), &answer, &size),
+      ot95_collation_hash(collation, a.data(), a.size(), 1, &hash),
+      ot95_collation_range(collation, a.data(), a.size(), &lower, &upper),
+      ot95_collation_orders(collation, a.data(), a.size(), orders, 4, &size),
+      give(ot95_collation_key),
+      give(ot95_collation_upper),
+      give(ot95_collation_lower),
+      Give([&](ot95_buffer* out) { return ot95_collation_edit(collation, &edit, out); }).status,
+      Give([&](ot95_buffer* out) {
+        size_t next = place;
+        return ot95_collation_split(collation, a.data(), a.size(), b.data(), b.size(), &next, out);
+      }).status,
+  };
+  for (const int status : statuses) EXPECT_TRUE(IsStatus(status)) << status;
+}
+
+/// Texts in exact blocks, so that a read behind one is seen.
+void TryTexts(const ot95_collation* collation, unsigned seed, int tries) {
+  static const std::string kSeeds[] = {
+      "stra\xc3\x9f"
+      "e",
+      "a*b?c",
+      "\xd0\x9f\xd1\x80\xd0\xb8",
+      "\xe6\x97\xa5\xe6\x9c\xac",
+      "e\xcc\x81\xcc\xa3 x",
+      "\xf0\x9f\x98\x80!",
+      "1, 2,,3",
+      ""};
+  Random random(seed);
+  const auto pick = [&] {
+    std::string text;
+    for (unsigned parts = Below(random, 4); parts-- > 0;) {
+      text += kSeeds[Below(random, std::size(kSeeds))];
+    }
+    return Mutated(random, text);
+  };
+  for (int i = 0; i < tries; ++i) {
+    const std::string a = pick(), b = Below(random, 3) == 0 ? Mutated(random, a) : pick();
+    const ExactBlock blockA(a.data(), a.size()), blockB(b.data(), b.size());
+    int sign = 0;
+    TryText(collation, random, a, b);
+    ot95_collation_compare(collation, reinterpret_cast<const char*>(blockA.data()), a.size(),
+                           reinterpret_cast<const char*>(blockB.data()), b.size(), &sign);
+    ot95_collation_match(collation, reinterpret_cast<const char*>(blockA.data()), a.size(),
+                         reinterpret_cast<const char*>(blockB.data()), b.size(), &sign);
+  }
+}
+
+TEST(Hostile, TextsOfAnyBytesAreChecked) {
+  for (const char* tag : {"", "cs", "es-traditional", "zh"}) {
+    for (const unsigned options : {0u, unsigned{OT95_IGNORE_CASE} | OT95_IGNORE_SPACE}) {
+      ot95_collation* collation = nullptr;
+      ASSERT_EQ(ot95_collation_open(tag, options, &collation), OT95_OK);
+      TryTexts(collation, 15, 1500);
+      ot95_free(collation);
+    }
+  }
+}
+
+TEST(Hostile, ThreadsMayTryAllOfItAtOnce) {
+  ot95_collation* collation = nullptr;
+  ASSERT_EQ(ot95_collation_open("hu", 0, &collation), OT95_OK);
+  std::vector<std::thread> threads;
+  for (unsigned seed = 0; seed < 4; ++seed) {
+    threads.emplace_back([=] {
+      TryTexts(collation, seed, 1000);
+      const auto [good, bad] = TryTypes(seed, 10);
+      EXPECT_GT(good, 100);
+      EXPECT_GT(bad, 100);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  ot95_free(collation);
+}
+
+TEST(Hostile, MomentsOfAnyFieldsAreTaken) {
+  Random random(12);
+  const auto field = [&random] {
+    const int odd[] = {0, -1, 1, 12, 31, 127, -128, 32767, -32768, 1 << 30};
+    return Below(random, 3) == 0 ? static_cast<int32_t>(random()) : odd[Below(random, 10)];
+  };
+  for (int i = 0; i < 20000; ++i) {
+    ot95_moment moments[4], result;
+    for (ot95_moment& moment : moments) {
+      moment = {field(), field(), field(), field(), field(), field(), field(), field(), field()};
+    }
+    int32_t answer = 0;
+    int overlaps = 0;
+    double difference = 0;
+    const int type = static_cast<int>(Below(random, 26));
+    const int statuses[] = {
+        ot95_moment_add(type, &moments[0], field(), &result),
+        ot95_moment_difference(type, &moments[0], &moments[1], &difference),
+        ot95_moment_overlaps(type, &moments[0], &moments[2], &overlaps),
+        ot95_moment_ask(type, static_cast<int>(Below(random, 6)), &moments[0], &answer),
+        ot95_moment_of_day(field(), &result),
+    };
+    for (const int status : statuses) EXPECT_TRUE(IsStatus(status)) << status;
+  }
+}
+
+TEST(Hostile, RecordsEndWhereTheyAreBad) {
+  Random random(18);
+  const ot95_member members[] = {{1, 2}, {11, 1}, {18, 1}};
+  const std::string good =
+      Scanned(1, {"7", "8"}, 1).bytes + Scanned(11, {"text"}, 1).bytes + Scanned(18, {""}, 1).bytes;
+  ot95_array arrays[3];
+  size_t end = 0;
+  ASSERT_EQ(ot95_record(members, 3, 1, good.data(), good.size(), arrays, &end), OT95_OK);
+  EXPECT_EQ(end, good.size());
+  EXPECT_EQ(Printed(arrays[1], 0).bytes, "text");
+  for (int i = 0; i < 3000; ++i) {
+    const std::string bytes = Mutated(random, good);
+    const ExactBlock block(bytes.data(), bytes.size());
+    EXPECT_TRUE(IsStatus(ot95_record(members, 3, 1, block.data(), bytes.size(), arrays, &end)));
+    EXPECT_LE(end, bytes.size());
+  }
+  EXPECT_EQ(ot95_record(members, 0, 1, good.data(), good.size(), arrays, &end), OT95_ERR_ARGUMENT);
+  const ot95_member none = {40, 1};
+  EXPECT_EQ(ot95_record(&none, 1, 1, good.data(), good.size(), arrays, &end),
+            OT95_ERR_NOT_SUPPORTED);
 }
 
 TEST(Hostile, CountsAndNullPointersAreRefused) {

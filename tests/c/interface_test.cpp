@@ -551,6 +551,7 @@ class Collation {
   Collation(const Collation&) = delete;
   Collation& operator=(const Collation&) = delete;
 
+  const ot95_collation* get() const { return collation_; }
   int Compare(const std::string& a, const std::string& b) const {
     int sign = 7;
     const int status =
@@ -685,6 +686,63 @@ TEST(Collations, ChangeCaseByLanguage) {
   std::string text;
   for (char c : sharps) text += std::string("\xc3") + c;
   EXPECT_EQ(Collation("de").Upper(text), std::string(6000, 'S'));
+}
+
+TEST(Collations, EditsAreRefusedThatHaveNoMeaning) {
+  const Collation collation("de");
+  const std::string text = "text";
+  const ot95_edit good = {sizeof good, OT95_EXPAND, Span(text), {"x", 1}, {"", 0}, 0, 6};
+  const auto status = [&](const ot95_edit& edit) {
+    return Give([&](ot95_buffer* out) { return ot95_collation_edit(collation.get(), &edit, out); })
+        .status;
+  };
+  EXPECT_EQ(status(good), OT95_OK);
+  ot95_edit bad[] = {good, good, good, good, good, good};
+  bad[0].operation = OT95_EXPAND + 1;
+  bad[1].place = 65536;
+  bad[2].count = 40000;
+  bad[3].count = OT95_REST;
+  bad[4].with = {"xy", 2};
+  bad[5].struct_size = 8;
+  for (const ot95_edit& edit : bad) EXPECT_EQ(status(edit), OT95_ERR_ARGUMENT);
+  bad[0] = good;
+  bad[0].text = {"\xff", 1};
+  EXPECT_EQ(status(bad[0]), OT95_ERR_TEXT);
+}
+
+TEST(Arithmetic, TellsOfOverflow) {
+  constexpr int64_t kLeast = INT64_MIN, kMost = INT64_MAX;
+  const struct {
+    int operation;
+    int64_t a, b;
+    int status;
+    int64_t result;
+  } cases[] = {{OT95_ADD, kMost, 1, OT95_ERR_VALUE, kLeast},
+               {OT95_ADD, kMost, -1, OT95_OK, kMost - 1},
+               {OT95_SUBTRACT, kLeast, 1, OT95_ERR_VALUE, kMost},
+               {OT95_MULTIPLY, kMost, 2, OT95_ERR_VALUE, -2},
+               {OT95_MULTIPLY, 1 << 20, -(1 << 20), OT95_OK, -(int64_t{1} << 40)},
+               {OT95_DIVIDE, kLeast, -1, OT95_ERR_VALUE, kLeast},
+               {OT95_DIVIDE, -7, 2, OT95_OK, -3},
+               {OT95_DIVIDE, 1, 0, OT95_ERR_ARGUMENT, 5},
+               {OT95_REMAINDER, kLeast, -1, OT95_OK, 0},
+               {OT95_REMAINDER, -7, 2, OT95_OK, -1},
+               {OT95_SHIFT_LEFT, 1, 62, OT95_OK, int64_t{1} << 62},
+               {OT95_SHIFT_LEFT, 1, 63, OT95_ERR_VALUE, kLeast},
+               {OT95_SHIFT_LEFT, 0, 100, OT95_OK, 0},
+               {OT95_SHIFT_LEFT, -1, 63, OT95_OK, kLeast},
+               {OT95_SHIFT_LEFT, 1, 64, OT95_ERR_VALUE, 0},
+               {OT95_SHIFT_LEFT, 1, -1, OT95_ERR_ARGUMENT, 5},
+               {OT95_SHIFT_RIGHT, -8, 200, OT95_OK, -1},
+               {OT95_NEGATE, kLeast, 0, OT95_ERR_VALUE, kLeast},
+               {OT95_ABSOLUTE, -9, 0, OT95_OK, 9},
+               {OT95_ABSOLUTE, kLeast, 0, OT95_ERR_VALUE, kLeast},
+               {OT95_ABSOLUTE + 1, 1, 1, OT95_ERR_ARGUMENT, 5}};
+  for (const auto& one : cases) {
+    int64_t result = 5;
+    EXPECT_EQ(ot95_int64(one.operation, one.a, one.b, &result), one.status);
+    EXPECT_EQ(result, one.result) << one.operation << " " << one.a << " " << one.b;
+  }
 }
 
 TEST(Collations, AreSharedByThreads) {
