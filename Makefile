@@ -51,6 +51,11 @@ test-python: setup-python
 check-orders: setup-test
 	@scripts/check-orders
 
+# Attacks stores, for as long as it takes or FOR=seconds.
+torture: setup-run
+	@scripts/build release $(JOBS) otdb
+	@scripts/torture $(if $(FOR),--for $(FOR)) $(if $(SEED),--seed $(SEED))
+
 # The instructions of the most important loops against the committed ones.
 bench-check: setup-bench
 	@scripts/build release $(JOBS) ot95_bench

@@ -96,13 +96,12 @@ class Checker {
                        Cursor& cursor) {
     std::size_t partial = 0;
     bool isOfOne = false;  // or of one that was told to be damaged
-    for (std::size_t i = 0, count = cursor.Count(); i < count; ++i) {
-      if (i != 0) cursor.Next();
+    do {
       ++result_.entries;
       const Bytes key = CheckEntry(trees, index, name, cursor);
       isOfOne = isOfOne || key.empty() || std::ranges::equal(key, cursor.Key());
       partial += !key.empty() && IsPartial(index, name, trees, key, cursor.Data());
-    }
+    } while (cursor.NextValue());
     if (!isOfOne) {
       Fault("index " + name + ": a key that is no object's, of " + NameOf(trees, cursor.Data()));
     }

@@ -65,14 +65,16 @@ class Cursor {
   /// @return whether there is an entry at the new place.
   bool First() { return keys_.First() && Enter(false); }
   bool Last() { return keys_.Last() && Enter(true); }
-  bool Next() { return (values_ && values_->Next()) || NextKey(); }
+  bool Next() { return NextValue() || NextKey(); }
+  /// Of the same key.
+  bool NextValue() { return values_ && values_->Next(); }
   bool NextKey() { return keys_.Next() && Enter(false); }
   /// To the first entry whose key isn't below `key`.
   bool Seek(View key) { return keys_.Seek(key, order_) && Enter(false); }
   /// To the entry of exactly this key and value, of a tree with several values for a key.
   bool Find(View key, View value);
 
-  /// Entries of the key at this place.
+  /// Entries of the key at this place, as far as the store can be believed.
   std::size_t Count() const;
   View Key() const { return keys_.Key(); }
   View Data() const { return values_ ? values_->Key() : data_; }

@@ -25,7 +25,8 @@ std::string SchemaOf(const StoreKind& kind) {
     {"name": "number", "type": "int", "indexed": true}]}]})";
 }
 
-void Fill(otdb::Store& store, int from, int count, std::size_t length) {
+std::vector<otdb::Bytes> Records(const otdb::Store& store, int from, int count,
+                                 std::size_t length) {
   const otdb::Class& type = store.GetSchema().ClassNamed("Note");
   std::vector<otdb::Bytes> records;
   for (int i = from; i < from + count; ++i) {
@@ -34,7 +35,11 @@ void Fill(otdb::Store& store, int from, int count, std::size_t length) {
     object.MemberAt(1).Scan(0, std::to_string(i));
     records.push_back(object.Stored());
   }
-  store.Add(type, records);
+  return records;
+}
+
+void Fill(otdb::Store& store, int from, int count, std::size_t length) {
+  store.Add(store.GetSchema().ClassNamed("Note"), Records(store, from, count, length));
 }
 
 /// The file of a store of objects with short texts, and some with long ones.
@@ -115,6 +120,10 @@ class Hostile {
     }
   }
 
+  void Write(const Scratch& directory, const std::string& name) const {
+    directory.File(name, bytes_);
+  }
+
   /// Reads its objects and facts. @return the entries seen, or none when it was refused.
   std::size_t Walk(const Scratch& directory) const {
     const std::string path = directory.File("hostile", bytes_);
@@ -178,6 +187,103 @@ TEST_P(StorePages, EndInRefusalOrAResultWhateverTheyHold) {
   }
   EXPECT_GT(refused, 400U);
   EXPECT_LT(refused, 3600U);
+}
+
+/// What a store that passes its check holds, by its own walk; what else it says, otherwise.
+std::string HeldBy(const std::string& path, Entries& held) {
+  return RefusalOf([&] {
+    const otdb::Store store(path, otdb::Access::kRead);
+    const std::string faults = FaultsOf(store);
+    if (!faults.empty()) throw ot95::tools::BadInput(faults);
+    const otdb::Snapshot snapshot = store.Read();
+    const otdb::Tree& tree = store.Trees().front().objects;
+    otdb::Cursor cursor(snapshot, tree);
+    for (bool more = cursor.First(); more; more = cursor.Next()) {
+      const otdb::View record = store.Checked(tree, cursor.Key(), cursor.Data());
+      held.emplace_back(otdb::Bytes(cursor.Key().begin(), cursor.Key().end()),
+                        otdb::Bytes(record.begin(), record.end()));
+    }
+  });
+}
+
+/// Of the objects that FileOf makes, from what it makes them of.
+Entries ExpectedOf(const otdb::Store& store, int objects, std::size_t longText) {
+  std::vector<otdb::Bytes> records = Records(store, 0, objects, 30);
+  for (auto& record : Records(store, objects, 3, longText)) records.push_back(record);
+  Entries expected;
+  for (auto& record : records) {
+    const std::string id = std::to_string(expected.size() + 1);
+    expected.emplace_back(otdb::IdFromText(id, store.GetSchema().form), std::move(record));
+  }
+  return expected;
+}
+
+class DamagedStores : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, DamagedStores, testing::ValuesIn(kStoreKinds), NameOfKind);
+
+TEST_P(DamagedStores, AreToldOrHoldWhatTheyHeld) {
+  const Scratch directory;
+  const Hostile good(ReadWhole(FileOf(GetParam(), directory, 700, 9000)));
+  Entries expected;
+  {
+    const otdb::Store store(directory / "store");
+    expected = ExpectedOf(store, 700, 9000);
+  }
+  std::filesystem::create_directory(directory / "bad");
+  Dice dice(7);
+  std::size_t clean = 0, told = 0, written = 0;
+  for (int round = 0; round < 300; ++round) {
+    Hostile bad = good;
+    const std::size_t page = dice.Below(good.PageCount()) * Hostile::kPage;
+    const std::size_t place = page + dice.Below(dice.Chance(50) ? 120 : Hostile::kPage);
+    bad.Put(place, static_cast<unsigned char>(bad.At<unsigned char>(place) ^ 1U << dice.Below(8)));
+    if (dice.Chance(10)) bad.Cut(dice.Below(bad.Size()));
+    bad.Write(directory, "bad/data.mdb");
+    Entries held;
+    const std::string refusal = HeldBy(directory / "bad", held);
+    told += !refusal.empty();
+    clean += refusal.empty();
+    ASSERT_TRUE(!refusal.empty() || held == expected) << "round " << round << " at " << place;
+    if (!dice.Chance(20)) continue;
+    const std::string second = RefusalOf([&] {
+      otdb::Store store(directory / "bad");
+      Fill(store, 0, 40, 700);
+    });
+    written += second.empty();
+    ASSERT_TRUE(!refusal.empty() || second.empty()) << "round " << round << ": " << second;
+    if (!refusal.empty()) continue;
+    EXPECT_EQ(FaultsOf(otdb::Store(directory / "bad")), "");
+  }
+  EXPECT_GT(told, 60U);
+  EXPECT_GT(clean, 20U);
+  EXPECT_GT(written, 6U);
+}
+
+// A store of the first version has no checksums; programs of the first version say of one that has
+// them what stands in its form.
+TEST_P(DamagedStores, OfTheFirstVersionOpenAndStayOfIt) {
+  const Scratch directory;
+  const std::string path = directory / "store";
+  otdb::Schema schema = otdb::Schema::FromJson(SchemaOf(GetParam()));
+  EXPECT_NE(schema.ToJson().find(std::string("\"form\":\"") + GetParam().form +
+                                 ", version 2: needs a newer otdb\""),
+            std::string::npos);
+  schema.version = 1;
+  EXPECT_NE(schema.ToJson().find(std::string("\"form\":\"") + GetParam().form + "\""),
+            std::string::npos);
+  otdb::Store::Create(path, schema);
+  {
+    otdb::Store store(path);
+    Fill(store, 0, 20, 30);
+    Fill(store, 20, 3, 5000);
+  }
+  const otdb::Store store(path);
+  EXPECT_EQ(FaultsOf(store), "");
+  const Entries expected = ExpectedOf(store, 20, 5000);
+  EXPECT_TRUE(EntriesOf(Pages(path + "/data.mdb"), "Note") == expected);  // as they are
+  Entries held;
+  EXPECT_EQ(HeldBy(path, held), "");
+  EXPECT_TRUE(held == expected);
 }
 
 /// Starts an import and kills it after a while. @return whether it was still running.

@@ -325,6 +325,8 @@ TEST(BadInputs, OfSchemasAreToldByMember) {
       {R"({"classes": 5})", "schema: "},
       {R"({"form": "middle", "classes": []})",
        "schema: form: expected big-endian or native, found 'middle'"},
+      {R"({"form": "native, version 3: needs a newer otdb", "classes": []})",
+       "schema: form: expected a store of version 2 or less, found 'native, version 3"},
       {R"({"classes": [{"name": "C"}]})", "schema: "},
       {R"({"clases": []})", "schema: unknown key 'clases'; the nearest is 'classes'"},
       {R"({"classes": [{"name": "C", "member": []}]})",
