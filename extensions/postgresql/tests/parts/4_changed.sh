@@ -26,10 +26,13 @@ refused() {
   grep -q "\"$2\"" "$work/said" || { echo "$1: no word of $2:"; cat "$work/said"; return 1; }
 }
 answers() { # STATEMENT ANSWER
-  diff <(sql -d changed -c "$1" 2>&1) <(printf '%s\n' "$2") || { echo "wrong: $1"; return 1; }
+  local answer
+  answer=$(sql -d changed -c "$1" 2>&1) || true
+  [[ $answer == "$2" ]] || { printf 'wrong: %s\n%s\n' "$1" "$answer"; return 1; }
 }
 
 refused "SET enable_seqscan = off; SELECT name FROM city WHERE name = 'å'" city_pkey
+grep -q 'REINDEX INDEX city_pkey;' "$work/said"
 refused "SET enable_seqscan = off; SELECT name FROM city WHERE name =~ 'å*'" city_pkey
 refused "SET enable_seqscan = off; SET enable_indexscan = off; SELECT name FROM city WHERE name >= 'å'" city_pkey
 refused "SET enable_seqscan = off; SELECT max(name) FROM city" city_pkey
@@ -42,7 +45,6 @@ refused "PREPARE p(ottext) AS INSERT INTO unread VALUES (\$1); EXECUTE p('a')" u
 refused "DO \$\$ BEGIN INSERT INTO unread VALUES ('a'); END \$\$" unread_pkey
 refused "SELECT * FROM parts" parts
 refused "COPY parts FROM PROGRAM 'echo åa'" parts
-sql -d changed -c "SET enable_seqscan = off; SELECT name FROM city WHERE name = 'å'" 2>&1 | grep -q 'REINDEX INDEX city_pkey;'
 refused "SET max_parallel_workers_per_gather = 2; SET parallel_setup_cost = 0; SET parallel_tuple_cost = 0; SET min_parallel_index_scan_size = 0;
   SET enable_seqscan = off; SET enable_bitmapscan = off; ALTER TABLE city SET (parallel_workers = 2); SELECT count(*) FROM city WHERE name > 'a'" city_pkey
 
