@@ -90,6 +90,9 @@ static Node* IndexConditions(SupportRequestIndexCondition* request) {
 
 Datum ottext_match_support(PG_FUNCTION_ARGS) {
   Node* request = (Node*)PG_GETARG_POINTER(0);
+  if (IsA(request, SupportRequestSimplify)) {
+    PG_RETURN_POINTER(OtSimplify((SupportRequestSimplify*)request));
+  }
   PG_RETURN_POINTER(IsA(request, SupportRequestIndexCondition)
                         ? IndexConditions((SupportRequestIndexCondition*)request)
                         : NULL);

@@ -41,7 +41,7 @@ static int SqlState(int status) {
       return ERRCODE_INVALID_TEXT_REPRESENTATION;
     case OT95_ERR_ENDS:
     case OT95_ERR_DAMAGED:
-      return ERRCODE_DATA_CORRUPTED;
+      return ERRCODE_INVALID_BINARY_REPRESENTATION;
     case OT95_ERR_MEMORY:
       return ERRCODE_OUT_OF_MEMORY;
     case OT95_ERR_NOT_SUPPORTED:

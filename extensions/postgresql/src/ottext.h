@@ -101,6 +101,10 @@ extern Oid OtTypeOid(void);
 /** Its schema. */
 extern Oid OtSchemaOid(void);
 
+/** Gives what meets a column in a call its order; null where there is nothing to give. */
+struct SupportRequestSimplify;
+extern struct Node* OtSimplify(struct SupportRequestSimplify* request);
+
 extern void OtInstallPlanner(void);
 extern void OtInstallVersions(void);
 

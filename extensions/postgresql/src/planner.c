@@ -8,9 +8,13 @@
 #include "access/table.h"
 #include "catalog/indexing.h"
 #include "catalog/pg_extension.h"
+#include "catalog/pg_operator.h"
 #include "catalog/pg_type.h"
 #include "commands/extension.h"
+#include "nodes/makefuncs.h"
 #include "nodes/nodeFuncs.h"
+#include "nodes/supportnodes.h"
+#include "optimizer/optimizer.h"
 #include "optimizer/planner.h"
 #include "parser/parse_coerce.h"
 #include "utils/fmgroids.h"
@@ -20,6 +24,8 @@
 #include "utils/syscache.h"
 
 #include "ottext.h"
+
+PG_FUNCTION_INFO_V1(ottext_order_support);
 
 static planner_hook_type nextPlanner;
 
@@ -120,6 +126,41 @@ static void MeetArguments(List* arguments) {
   rightTypmod = TypmodOf(*right);
   if (leftTypmod >= 0 && rightTypmod < 0) GiveOrder(right, leftTypmod);
   if (rightTypmod >= 0 && leftTypmod < 0) GiveOrder(left, rightTypmod);
+}
+
+/** The operator of a function of two ottext. */
+static Oid OperatorOf(Oid function) {
+  static const char* const names[][2] = {
+      {"ottext_eq", "="},  {"ottext_ne", "<>"}, {"ottext_lt", "<"},     {"ottext_le", "<="},
+      {"ottext_gt", ">"},  {"ottext_ge", ">="}, {"ottext_match", "=~"}, {"ottext_nmatch", "!=~"}};
+  const char* name = get_func_name(function);
+  for (size_t i = 0; name != NULL && i < lengthof(names); ++i) {
+    if (strcmp(names[i][0], name) != 0) continue;
+    return GetSysCacheOid4(OPERNAMENSP, Anum_pg_operator_oid, CStringGetDatum(names[i][1]),
+                           ObjectIdGetDatum(installed.type), ObjectIdGetDatum(installed.type),
+                           ObjectIdGetDatum(installed.schema));
+  }
+  return InvalidOid;
+}
+
+/* The bodies of functions are put in their places while a query is planned, after it was walked. */
+Node* OtSimplify(SupportRequestSimplify* request) {
+  List* arguments = list_copy(request->fcall->args);
+  Oid operator;
+  if (!OidIsValid(OtTypeOid())) return NULL;
+  MeetArguments(arguments);
+  if (equal(arguments, request->fcall->args)) return NULL;
+  operator= OperatorOf(request->fcall->funcid);
+  if (!OidIsValid(operator)) return NULL;
+  arguments = (List*)eval_const_expressions(request->root, (Node*)arguments);
+  return (Node*)make_opclause(operator, BOOLOID, false, linitial(arguments), lsecond(arguments),
+                              InvalidOid, InvalidOid);
+}
+
+Datum ottext_order_support(PG_FUNCTION_ARGS) {
+  Node* request = (Node*)PG_GETARG_POINTER(0);
+  PG_RETURN_POINTER(
+      IsA(request, SupportRequestSimplify) ? OtSimplify((SupportRequestSimplify*)request) : NULL);
 }
 
 static bool Walk(Node* node, void* context) {

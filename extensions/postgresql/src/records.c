@@ -4,9 +4,8 @@
 
 #include "common/jsonapi.h"
 #include "funcapi.h"
-#include "libpq/libpq-fs.h"
+#include "libpq/be-fsstubs.h"
 #include "miscadmin.h"
-#include "storage/large_object.h"
 #include "utils/builtins.h"
 #include "utils/json.h"
 #include "utils/jsonb.h"
@@ -38,8 +37,9 @@ typedef struct Layout {
 typedef struct Window {
   const char* bytes;
   size_t size;
-  uint64 offset;              /**< Of `bytes` in the whole. */
-  LargeObjectDesc* source;    /**< Of more bytes; null where all are at hand. */
+  uint64 offset; /**< Of `bytes` in the whole. */
+  Oid source;    /**< Large object that has more bytes; invalid where all are at hand. */
+  uint64 read;   /**< Bytes of it that have been read. */
   StringInfoData held;
 } Window;
 
@@ -104,18 +104,19 @@ static Layout ParseLayout(char* list, unsigned form) {
 
 /** Reads more bytes behind those at hand. @return false where there are none. */
 static bool Grow(Window* window) {
-  int got;
-  size_t piece;
-  if (window->source == NULL) return false;
+  const size_t piece = Max(OT_PIECE, window->size); /* so that a long member is read in few steps */
+  bytea* got;
+  if (!OidIsValid(window->source)) return false;
+  got = DatumGetByteaPP(
+      DirectFunctionCall3(be_lo_get_fragment, ObjectIdGetDatum(window->source),
+                          Int64GetDatum((int64)window->read), Int32GetDatum((int32)piece)));
   memmove(window->held.data, window->bytes, window->size);
   window->held.len = (int)window->size;
-  piece = Max(OT_PIECE, window->size); /* so that a long member is read in few steps */
-  enlargeStringInfo(&window->held, (int)piece);
-  got = inv_read(window->source, window->held.data + window->held.len, (int)piece);
-  window->held.len += got;
+  appendBinaryStringInfo(&window->held, VARDATA_ANY(got), (int)VARSIZE_ANY_EXHDR(got));
+  window->read += VARSIZE_ANY_EXHDR(got);
   window->bytes = window->held.data;
   window->size = (size_t)window->held.len;
-  return got > 0;
+  return VARSIZE_ANY_EXHDR(got) > 0;
 }
 
 static void Drop(Window* window, size_t size) {
@@ -257,11 +258,10 @@ Datum ot_records(PG_FUNCTION_ARGS) {
 
 /** (large object, layout, form) */
 Datum ot_records_large(PG_FUNCTION_ARGS) {
-  Window window = {.source = inv_open(PG_GETARG_OID(0), INV_READ, CurrentMemoryContext)};
+  Window window = {.source = PG_GETARG_OID(0)};
   initStringInfo(&window.held);
   window.bytes = window.held.data;
   InitMaterializedSRF(fcinfo, MAT_SRF_USE_EXPECTED_DESC);
   PutAll(fcinfo, &window);
-  inv_close(window.source);
   return (Datum)0;
 }

@@ -77,37 +77,61 @@ static void AddVersion(StringInfo orders, int32 typmod) {
   appendStringInfo(orders, "*:%016llx", (unsigned long long)version);
 }
 
-static void AddVersionOfColumn(StringInfo orders, Oid relation, AttrNumber column) {
+/** @return false where the column isn't an ottext. */
+static bool AddVersionOfColumn(StringInfo orders, Oid relation, AttrNumber column) {
   HeapTuple tuple = SearchSysCache2(ATTNUM, ObjectIdGetDatum(relation), Int16GetDatum(column));
   Form_pg_attribute attribute;
   int32 typmod;
-  if (!HeapTupleIsValid(tuple)) return;
+  Oid type;
+  if (!HeapTupleIsValid(tuple)) return false;
   attribute = (Form_pg_attribute)GETSTRUCT(tuple);
   typmod = attribute->atttypmod;
-  if (getBaseTypeAndTypmod(attribute->atttypid, &typmod) == OtTypeOid()) AddVersion(orders, typmod);
+  type = getBaseTypeAndTypmod(attribute->atttypid, &typmod);
   ReleaseSysCache(tuple);
+  if (type == OtTypeOid()) AddVersion(orders, typmod);
+  return type == OtTypeOid();
+}
+
+/* A hash index holds numbers; what they are made of the table says, where it isn't an expression. */
+static void AddVersionOfIndexColumn(StringInfo orders, Form_pg_index index, Oid operatorClass,
+                                    int column) {
+  const AttrNumber source = index->indkey.values[column];
+  if (get_opclass_input_type(operatorClass) != OtTypeOid()) return;
+  if (AddVersionOfColumn(orders, index->indexrelid, (AttrNumber)(column + 1))) return;
+  if (source != 0 && AddVersionOfColumn(orders, index->indrelid, source)) return;
+  AddVersion(orders, -1);
+}
+
+static void AddVersionsOfIndex(StringInfo orders, HeapTuple tuple) {
+  Form_pg_index index = (Form_pg_index)GETSTRUCT(tuple);
+  bool isNull;
+  const oidvector* classes = (const oidvector*)DatumGetPointer(
+      SysCacheGetAttr(INDEXRELID, tuple, Anum_pg_index_indclass, &isNull));
+  for (int i = 0; i < index->indnkeyatts; ++i) {
+    AddVersionOfIndexColumn(orders, index, classes->values[i], i);
+  }
+}
+
+static void AddVersionsOfTable(StringInfo orders, HeapTuple tuple) {
+  Form_pg_partitioned_table table = (Form_pg_partitioned_table)GETSTRUCT(tuple);
+  for (int i = 0; i < table->partnatts; ++i) {
+    const AttrNumber column = table->partattrs.values[i];
+    if (column == 0) AddVersion(orders, -1);
+    if (column != 0) AddVersionOfColumn(orders, table->partrelid, column);
+  }
 }
 
 /** The versions of the orders of an index, or of the key of a partitioned table. */
 static char* OrdersNow(Oid relation, char kind) {
-  StringInfoData orders;
-  HeapTuple tuple =
-      SearchSysCache1(kind == RELKIND_PARTITIONED_TABLE ? PARTRELID : INDEXRELID,
-                      ObjectIdGetDatum(relation));
+  const bool isTable = kind == RELKIND_PARTITIONED_TABLE;
+  HeapTuple tuple = SearchSysCache1(isTable ? PARTRELID : INDEXRELID, ObjectIdGetDatum(relation));
   ot95_versions versions = {.struct_size = sizeof versions};
+  StringInfoData orders;
   initStringInfo(&orders);
-  if (HeapTupleIsValid(tuple) && kind == RELKIND_PARTITIONED_TABLE) {
-    Form_pg_partitioned_table table = (Form_pg_partitioned_table)GETSTRUCT(tuple);
-    for (int i = 0; i < table->partnatts; ++i) {
-      const AttrNumber column = table->partattrs.values[i];
-      if (column == 0) AddVersion(&orders, -1);
-      if (column != 0) AddVersionOfColumn(&orders, relation, column);
-    }
-  } else if (HeapTupleIsValid(tuple)) {
-    const int columns = ((Form_pg_index)GETSTRUCT(tuple))->indnkeyatts;
-    for (int i = 1; i <= columns; ++i) AddVersionOfColumn(&orders, relation, (AttrNumber)i);
+  if (HeapTupleIsValid(tuple)) {
+    (isTable ? AddVersionsOfTable : AddVersionsOfIndex)(&orders, tuple);
+    ReleaseSysCache(tuple);
   }
-  if (HeapTupleIsValid(tuple)) ReleaseSysCache(tuple);
   OtCheck(ot95_version(&versions), "versions of the library");
   appendStringInfo(&orders, " /%u", versions.sort_key); /* hashes are of keys */
   return orders.data;

@@ -33,10 +33,11 @@ build_extension() {
 }
 
 # start NAME LIBRARIES [OPTION...]: the server of a data folder, made where there is none, with the
-# library that LIBRARIES holds.
+# library that LIBRARIES holds. One that runs is stopped.
 start() {
   local data=$work/$1 libraries=$2
   shift 2
+  stop
   if [[ ! -d $data ]]; then
     silently "${as[@]}" "$bin/initdb" -D "$data" -U tester -A trust -E UTF8 --no-locale --no-sync
   fi
