@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 SOURCES = git ls-files '*.h' '*.cpp' | grep -v '^oin/data/'
 
-.PHONY: all run examples test test-sqlite test-python fuzz bench bench-sqlite bench-check
+.PHONY: all run examples cluster test test-sqlite test-python fuzz bench bench-sqlite bench-check
 .PHONY: check-orders check-abi accept-abi format check-format clean release dev ilp32 uchar
 
 all: setup-bench release
@@ -25,6 +25,11 @@ test: setup-test check-format
 test-sqlite: setup-sqlite
 	@scripts/build release $(JOBS) ot95_sqlite ottm
 	@extensions/sqlite/test.py build/lib/ot95.so build/bin/ottm
+
+# A coordinator and three shards of PostgreSQL on this machine, of which one moves and one dies.
+cluster: setup-postgresql
+	@scripts/build release $(JOBS) ot95Otms
+	@examples/cluster/run build
 
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
