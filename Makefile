@@ -31,6 +31,11 @@ test-threads: setup-test
 	@scripts/build tsan $(JOBS)
 	@ctest --preset tsan
 
+# A coordinator and three shards of PostgreSQL on this machine, of which one moves and one dies.
+cluster: setup-postgresql
+	@scripts/build release $(JOBS) ot95Otms
+	@examples/cluster/run build
+
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
