@@ -236,10 +236,11 @@ constexpr int kCloser = 3;
 
 /// The loop, from where `progress` stands, null for the beginning. What needs a closer look is kept
 /// apart, so that it holds its state in registers. @param bounded whether a text may end without a
-/// terminator.
+/// terminator. @param start bytes from there on that are equal.
 template <class Unit, bool bounded, class Texts>
 [[gnu::always_inline]] inline long CompareByKeys(const KeysOf<Unit> keys, const Texts texts,
-                                                 unsigned short cmpOp, Progress* progress) {
+                                                 unsigned short cmpOp, Progress* progress,
+                                                 std::size_t start = 0) {
   constexpr bool kFolds = std::is_same_v<Unit, std::uint16_t>;
   const char* const one = progress == nullptr ? texts.Begin1() : progress->one.place;
   const char* const two = progress == nullptr ? texts.Begin2() : progress->two.place;
@@ -253,8 +254,7 @@ template <class Unit, bool bounded, class Texts>
   int accent = progress == nullptr ? 0 : progress->differences.accent;
   int case_ = progress == nullptr ? 0 : progress->differences.case_;
   CaseFold fold = CaseFold::kNone;
-  for (std::size_t at = 0;;) {
-    const std::size_t seam = at;
+  for (std::size_t seam = 0, at = start;; seam = at) {
     if (kFolds && fold != CaseFold::kNone) {
       at = fold == CaseFold::kLatin ? PassAlike<CaseFold::kLatin>(one, two, at, size)
                                     : PassAlike<CaseFold::kOthers>(one, two, at, size);
@@ -322,14 +322,15 @@ template <class Unit, class Texts>
 }  // namespace
 
 long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
-                 unsigned short cmpOp) {
-  return CompareByKeys<std::uint16_t, false>(keys, Terminated{text1, text2, labels}, cmpOp,
-                                             nullptr);
+                 unsigned short cmpOp, std::size_t at) {
+  return CompareByKeys<std::uint16_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr,
+                                             at);
 }
 
 long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
-                   unsigned short cmpOp) {
-  return CompareByKeys<std::uint8_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr);
+                   unsigned short cmpOp, std::size_t at) {
+  return CompareByKeys<std::uint8_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr,
+                                            at);
 }
 
 long CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {
