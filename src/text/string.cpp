@@ -378,13 +378,16 @@ long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
     if (matches) return ot95::MatchWide(keys, buffer_, other.buffer_, labels(memLen_), cmpOp);
     const int sign =
         ot95::SignWhereApart<std::uint16_t>(keys, buffer_, other.buffer_, readable, at);
-    if (sign != ot95::kUndecided) return sign;
+    if (sign < ot95::kUndecided) return sign;
+    if (sign == ot95::kSameRank) {
+      return ot95::CompareAlike(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
+    }
     return ot95::CompareWide(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
   }
   const ot95::ByteKeys keys{ot95::FinishedKeys::KnownBytes(codeSet_, language_)};
   if (keys.keys == nullptr || matches) return ot95::CompareAnyTexts(*this, other, cmpOp);
   const int sign = ot95::SignWhereApart<std::uint8_t>(keys, buffer_, other.buffer_, readable, at);
-  if (sign != ot95::kUndecided) return sign;
+  if (sign < ot95::kUndecided) return sign;
   return ot95::CompareNarrow(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
 }
 

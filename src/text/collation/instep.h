@@ -12,8 +12,11 @@ namespace ot95 {
 /// In the place of a sign: there are no keys for these texts, or they don't tell.
 inline constexpr int kUndecided = 2;
 
+/// The same, where texts first part at letters that differ in accent or case alone.
+inline constexpr int kSameRank = 3;
+
 /// How two terminated texts sort, if they are equal, or if letters of different rank stand where
-/// they first part: so most do. Otherwise kUndecided.
+/// they first part: so most do. Otherwise kUndecided or kSameRank.
 /// @param readable bytes of either that may be read, which hold a terminator.
 /// @param at where they part, or a place before.
 template <class Unit>
@@ -38,10 +41,12 @@ template <class Unit>
   }
   const std::uint32_t key1 = keys.At(unit1);
   const std::uint32_t key2 = keys.At(unit2);
-  if (((key1 ^ key2) & 0xffffff00) == 0 || ((key1 | key2) & kLook) != 0) return kUndecided;
+  if (((key1 | key2) & kLook) != 0) return kUndecided;
   const unsigned next1 = LoadAs<Unit>(text1 + at + sizeof(Unit));
   const unsigned next2 = LoadAs<Unit>(text2 + at + sizeof(Unit));
   if (JoinsEither<Unit>(keys, next1, next2)) return kUndecided;
+  if (((key1 ^ key2) & 0xffffff00) == 0) [[unlikely]]
+    return kSameRank;
   return key1 < key2 ? -1 : 1;
 }
 
@@ -56,6 +61,9 @@ struct TextLabels {
 /// @param at a place before which they are equal.
 long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
                  unsigned short cmpOp, std::size_t at);
+/// The same, sooner done where few letters differ in accent or case, and nothing else does.
+long CompareAlike(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
+                  unsigned short cmpOp, std::size_t at);
 long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
                    unsigned short cmpOp, std::size_t at);
 
