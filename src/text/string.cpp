@@ -358,8 +358,8 @@ OT95_KEPT_APART long CompareAnyTexts(const OtString& text1, const OtString& text
 }  // namespace
 }  // namespace ot95
 
-/// Most comparisons are of texts of one code set and language, and half of those need no more than
-/// the first letters: these take no call.
+/// Most comparisons are of texts of one code set and language, and most of those need no more than
+/// the first letters that differ: these take no call.
 long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
   if (cmpOp == OT_CMP_DEFAULT) cmpOp = GetDefaultCmpOp();
   const bool alike = codeSet_ == other.codeSet_ && language_ == other.language_;
@@ -367,24 +367,28 @@ long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
     return ot95::CompareAnyTexts(*this, other, cmpOp);
   }
   const bool matches = (cmpOp & OT_CMP_NO_WILDCARDS) == 0;
-  const auto labels = [this](unsigned short readable) -> ot95::TextLabels {
-    return {readable, codeSet_, language_};
+  const unsigned short readable = std::min(memLen_, other.memLen_);
+  std::size_t at = 0;
+  const auto labels = [this](unsigned short bytes) -> ot95::TextLabels {
+    return {bytes, codeSet_, language_};
   };
   if (codeSet_ == OT_CS_UNICODE) {
     const ot95::WideKeys keys{ot95::FinishedKeys::Known(language_)};
     if (keys.keys == nullptr) return ot95::CompareAnyTexts(*this, other, cmpOp);
     if (matches) return ot95::MatchWide(keys, buffer_, other.buffer_, labels(memLen_), cmpOp);
-    const int sign = ot95::SignOfFirst<std::uint16_t>(keys, buffer_, other.buffer_);
-    if (sign != 0) return sign;
-    const unsigned short readable = std::min(memLen_, other.memLen_);
-    return ot95::CompareWide(keys, buffer_, other.buffer_, labels(readable), cmpOp);
+    const int sign =
+        ot95::SignWhereApart<std::uint16_t>(keys, buffer_, other.buffer_, readable, at);
+    if (sign < ot95::kUndecided) return sign;
+    if (sign == ot95::kSameRank) {
+      return ot95::CompareAlike(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
+    }
+    return ot95::CompareWide(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
   }
   const ot95::ByteKeys keys{ot95::FinishedKeys::KnownBytes(codeSet_, language_)};
   if (keys.keys == nullptr || matches) return ot95::CompareAnyTexts(*this, other, cmpOp);
-  const int sign = ot95::SignOfFirst<std::uint8_t>(keys, buffer_, other.buffer_);
-  if (sign != 0) return sign;
-  const unsigned short readable = std::min(memLen_, other.memLen_);
-  return ot95::CompareNarrow(keys, buffer_, other.buffer_, labels(readable), cmpOp);
+  const int sign = ot95::SignWhereApart<std::uint8_t>(keys, buffer_, other.buffer_, readable, at);
+  if (sign < ot95::kUndecided) return sign;
+  return ot95::CompareNarrow(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
 }
 
 long OtString::Compare(const char* other, unsigned short cmpOp) const {

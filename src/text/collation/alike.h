@@ -154,6 +154,18 @@ template <std::size_t width>
   return PassBlocks<EqualUnits<width>>(text1, text2, at, size);
 }
 
+/// The first unit, from `at` on, that isn't equal in two texts or ends them; or `size`, behind
+/// which nothing may be read. Between both there are `bytes` bytes or more, in few steps.
+template <std::size_t width, std::size_t bytes>
+[[gnu::always_inline]] inline std::size_t FirstApart(const char* text1, const char* text2,
+                                                     std::size_t at, std::size_t size) {
+  for (;; at = std::min(at + bytes, size - bytes)) {
+    const std::size_t alike = AlikeInBlock<EqualUnits<width>, bytes>(text1 + at, text2 + at);
+    if (alike != bytes) return at + alike;
+    if (at + bytes == size) return size;
+  }
+}
+
 /// Where, from `at` on, a text ends, or at most `size`.
 template <std::size_t width>
 [[gnu::always_inline]] inline std::size_t PassText(const char* text, std::size_t at,
@@ -169,17 +181,18 @@ template <CaseFold fold>
 
 #else
 
-template <std::size_t>
-struct EqualUnits {};
-
-/// None, as units one by one are as well passed over by who called.
-template <class Alike, std::size_t bytes>
-std::size_t AlikeInBlock(const char*, const char*) {
-  return 0;
-}
-
+// Units one by one are as well passed over by who called.
 template <std::size_t width>
 std::size_t PassEqual(const char*, const char*, std::size_t at, std::size_t) {
+  return at;
+}
+
+template <std::size_t width, std::size_t>
+std::size_t FirstApart(const char* text1, const char* text2, std::size_t at, std::size_t size) {
+  for (; at < size; at += width) {
+    const unsigned unit = LoadUnit(text1 + at, width == 2);
+    if (unit == 0 || unit != LoadUnit(text2 + at, width == 2)) break;
+  }
   return at;
 }
 

@@ -36,6 +36,29 @@ template <class Unit>
   return key & kKeyBits;
 }
 
+template <class Unit>
+[[gnu::noinline]] std::uint32_t NextAloneApart(KeysOf<Unit> keys, const char*& place,
+                                               std::uintptr_t end, bool joined) {
+  return NextAlone<Unit>(keys, place, end, joined);
+}
+
+/// The same with little code for what has no flags but those of a symbol.
+template <class Unit>
+[[gnu::always_inline]] inline std::uint32_t NextUsual(KeysOf<Unit> keys, const char*& place,
+                                                      std::uintptr_t end, bool joined) {
+  const unsigned unit = UnitOf<Unit>(place, end);
+  if (unit == 0) return 0;
+  const std::uint32_t key = keys.At(unit);
+  const unsigned next = UnitOf<Unit>(place + sizeof(Unit), end);
+  const bool plain = sizeof(Unit) == 1 || next < OT_FIRST_MARK;
+  const std::uint32_t behind = sizeof(Unit) == 1 ? keys.At(next) & kJoins : 0;
+  const std::uint32_t flags = (key & (kJoins | kOpens | kJoinsOpener)) | behind;
+  if (!plain || flags != 0) [[unlikely]]
+    return NextAloneApart<Unit>(keys, place, end, joined);
+  place += sizeof(Unit);
+  return key & kKeyBits;
+}
+
 /// One of the two texts, where the comparison has come to.
 struct Side {
   const char* place;
@@ -195,22 +218,40 @@ class Closely {
   Levels levels_;
 };
 
-/// Where one text or both go on with symbols, or one ends: how what is behind them sorts. Any other
-/// difference weighs less. @return 0 where that can't tell.
-/// @param alike whether there are characters before the places.
+/// Where two texts meet again behind symbols.
+struct Meeting {
+  const char* place1;  ///< Behind the letters in which they do.
+  const char* place2;
+  std::uint32_t key1 = 0;  ///< Of these letters; 0 for the end of both.
+  std::uint32_t key2 = 0;
+  int symbol = 0;  ///< How the symbols before differ.
+};
+
+/// In the place of a sign: both texts go on with the same letter, or both end.
+constexpr int kMet = 0;
+
+/// Where one text or both go on with symbols, or one ends: how what is behind them sorts, for any
+/// other difference weighs less. @param joined whether there are characters before the places.
+/// @return kUndecided where something is unclear on the way.
 template <class Unit>
-[[gnu::noinline]] int SignBehindSymbols(KeysOf<Unit> keys, const char* place1, std::uintptr_t end1,
-                                        const char* place2, std::uintptr_t end2, bool joined) {
-  const auto firstReal = [keys, joined](const char* place, std::uintptr_t end) {
-    std::uint32_t key = NextAlone<Unit>(keys, place, end, joined);
-    while (!IsReal(key)) key = NextAlone<Unit>(keys, place, end, true);
-    return key;
+[[gnu::noinline]] int MeetBehindSymbols(KeysOf<Unit> keys, Meeting& met, std::uintptr_t end1,
+                                        std::uintptr_t end2, bool joined, unsigned short cmpOp) {
+  constexpr unsigned short ignoring =
+      OT_CMP_IGNORE_SPACE | OT_CMP_IGNORE_SYMBOLS | OT_CMP_IGNORE_ACCENT;
+  const auto counting = [keys, cmpOp](const char*& place, const char* seam, std::uintptr_t end) {
+    for (;;) {
+      const std::uint32_t key = NextUsual<Unit>(keys, place, end, place != seam);
+      if (IsReal(key) || (cmpOp & ignoring) == 0 || !Levels(cmpOp).Ignores(key)) return key;
+    }
   };
-  const std::uint32_t key1 = firstReal(place1, end1);
-  if (key1 == kUnclear) return 0;
-  const std::uint32_t key2 = firstReal(place2, end2);
-  if (key2 == kUnclear || ((key1 ^ key2) & kPrimaryMask) == 0) return 0;
-  return key1 < key2 ? -1 : 1;
+  const char* const seam1 = joined ? nullptr : met.place1;
+  const char* const seam2 = joined ? nullptr : met.place2;
+  met.symbol = PairSymbols(
+      met.key1, [&] { return counting(met.place1, seam1, end1); }, met.key2,
+      [&] { return counting(met.place2, seam2, end2); }, [](std::uint32_t) { return false; });
+  if (met.key1 == kUnclear || met.key2 == kUnclear) return kUndecided;
+  if (((met.key1 ^ met.key2) & kPrimaryMask) == 0) return kMet;
+  return met.key1 < met.key2 ? -1 : 1;
 }
 
 /// Whether letters that differ in case alone can be passed over in blocks.
@@ -229,25 +270,26 @@ constexpr int kCloser = 3;
 
 /// The loop, from where `progress` stands, null for the beginning. What needs a closer look is kept
 /// apart, so that it holds its state in registers. @param bounded whether a text may end without a
-/// terminator.
+/// terminator. @param start bytes from there on that are equal.
 template <class Unit, bool bounded, class Texts>
 [[gnu::always_inline]] inline long CompareByKeys(const KeysOf<Unit> keys, const Texts texts,
-                                                 unsigned short cmpOp, Progress* progress) {
+                                                 unsigned short cmpOp, Progress* progress,
+                                                 std::size_t start = 0) {
   constexpr bool kFolds = std::is_same_v<Unit, std::uint16_t>;
-  const char* const one = progress == nullptr ? texts.Begin1() : progress->one.place;
-  const char* const two = progress == nullptr ? texts.Begin2() : progress->two.place;
-  const std::size_t size = texts.Readable(one, two);
-  const auto load1 = [=](std::size_t at) {
+  const char* one = progress == nullptr ? texts.Begin1() : progress->one.place;
+  const char* two = progress == nullptr ? texts.Begin2() : progress->two.place;
+  std::size_t size = texts.Readable(one, two);
+  const auto load1 = [&](std::size_t at) {
     return bounded ? UnitOf<Unit>(one + at, texts.End1()) : LoadAs<Unit>(one + at);
   };
-  const auto load2 = [=](std::size_t at) {
+  const auto load2 = [&](std::size_t at) {
     return bounded ? UnitOf<Unit>(two + at, texts.End2()) : LoadAs<Unit>(two + at);
   };
   int accent = progress == nullptr ? 0 : progress->differences.accent;
   int case_ = progress == nullptr ? 0 : progress->differences.case_;
+  int symbol = progress == nullptr ? 0 : progress->differences.symbol;
   CaseFold fold = CaseFold::kNone;
-  for (std::size_t at = 0;;) {
-    const std::size_t seam = at;
+  for (std::size_t seam = 0, at = start;; seam = at) {
     if (kFolds && fold != CaseFold::kNone) {
       at = fold == CaseFold::kLatin ? PassAlike<CaseFold::kLatin>(one, two, at, size)
                                     : PassAlike<CaseFold::kOthers>(one, two, at, size);
@@ -260,28 +302,41 @@ template <class Unit, bool bounded, class Texts>
       while ((unit1 = load1(at)) == (unit2 = load2(at)) && unit1 != 0) at += sizeof(Unit);
       if (unit1 == unit2) break;
     }
-    const std::uint32_t key1 = keys.At(unit1);
-    const std::uint32_t key2 = keys.At(unit2);
+    std::uint32_t key1 = keys.At(unit1);
+    std::uint32_t key2 = keys.At(unit2);
     if (((key1 | key2) & kLook) != 0 ||
         JoinsEither<Unit>(keys, load1(at + sizeof(Unit)), load2(at + sizeof(Unit)))) {
       if (unit1 == 0 && StandsAlone<Unit>(keys, key2, load2(at + sizeof(Unit)))) return -1;
       if (unit2 == 0 && StandsAlone<Unit>(keys, key1, load1(at + sizeof(Unit)))) return 1;
+      Meeting met{one + at, two + at};
       const int sign =
-          SignBehindSymbols<Unit>(keys, one + at, texts.End1(), two + at, texts.End2(), at != seam);
-      if (sign != 0) return sign;
-      if (progress == nullptr) {
-        Progress here{{one + at}, {two + at}, at - seam, {0, accent, case_}};
-        return GoOnClosely<Unit>(keys, texts, cmpOp, here);
+          MeetBehindSymbols<Unit>(keys, met, texts.End1(), texts.End2(), at != seam, cmpOp);
+      if (sign == kUndecided) {
+        const Differences differences{0, accent, case_, symbol};
+        if (progress == nullptr) {
+          Progress here{{one + at}, {two + at}, at - seam, differences};
+          return GoOnClosely<Unit>(keys, texts, cmpOp, here);
+        }
+        progress->one.place = one + at;
+        progress->two.place = two + at;
+        progress->alike = at - seam;
+        progress->differences = differences;
+        return kCloser;
       }
-      progress->one.place = one + at;
-      progress->two.place = two + at;
-      progress->alike = at - seam;
-      progress->differences.accent = accent;
-      progress->differences.case_ = case_;
-      return kCloser;
+      if (sign != kMet) return sign;
+      if (met.symbol != 0) symbol = met.symbol;
+      if (met.key1 == 0) break;
+      key1 = met.key1;
+      key2 = met.key2;
+      one = met.place1;
+      two = met.place2;
+      size = texts.Readable(one, two);
+      at = 0;
+    } else if (((key1 ^ key2) & 0xffffff00) != 0) {
+      return key1 < key2 ? -1 : 1;
+    } else {
+      at += sizeof(Unit);
     }
-    if (((key1 ^ key2) & 0xffffff00) != 0) return key1 < key2 ? -1 : 1;
-    at += sizeof(Unit);
     const int accents = static_cast<int>(key1 & 0x1f) - static_cast<int>(key2 & 0x1f);
     const int cases = static_cast<int>(key2 & 0x60) - static_cast<int>(key1 & 0x60);
     if (accents != 0) accent = accents;
@@ -291,7 +346,7 @@ template <class Unit, bool bounded, class Texts>
       fold = unit1 < OT_FIRST_MARK ? CaseFold::kLatin : CaseFold::kOthers;
     }
   }
-  return SignOfMarks(accent, case_, progress == nullptr ? 0 : progress->differences.symbol, cmpOp);
+  return SignOfMarks(accent, case_, symbol, cmpOp);
 }
 
 /// From a place that needs a closer look to the end.
@@ -322,14 +377,53 @@ template <class Unit, class Texts>
 }
 
 long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
-                 unsigned short cmpOp) {
-  return CompareByKeys<std::uint16_t, false>(keys, Terminated{text1, text2, labels}, cmpOp,
-                                             nullptr);
+                 unsigned short cmpOp, std::size_t at) {
+  return CompareByKeys<std::uint16_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr,
+                                             at);
 }
 
 long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
-                   unsigned short cmpOp) {
-  return CompareByKeys<std::uint8_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr);
+                   unsigned short cmpOp, std::size_t at) {
+  return CompareByKeys<std::uint8_t, false>(keys, Terminated{text1, text2, labels}, cmpOp, nullptr,
+                                            at);
+}
+
+/// What is kept in registers is little: all that needs more is left to the loop.
+long CompareAlike(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
+                  unsigned short cmpOp, const std::size_t start) {
+  constexpr std::size_t width = sizeof(std::uint16_t);
+  const bool single = LoadWide(text1 + start + width) == LoadWide(text2 + start + width);
+  int accent = 0;
+  int case_ = 0;
+  for (std::size_t at = start; single; at += width) {
+    unsigned unit1 = LoadWide(text1 + at);
+    unsigned unit2 = LoadWide(text2 + at);
+    if (unit1 == unit2) {
+      at = PassEqual<width>(text1, text2, at, labels.readable);
+      unit1 = LoadWide(text1 + at);
+      unit2 = LoadWide(text2 + at);
+      if (unit1 == unit2) {
+        if (unit1 != 0) break;
+        const bool byAccent = accent != 0 && (cmpOp & OT_CMP_IGNORE_ACCENT) == 0;
+        const int decides = byAccent ? accent : (cmpOp & OT_CMP_IGNORE_CASE) == 0 ? case_ : 0;
+        return (decides > 0) - (decides < 0);
+      }
+    }
+    const std::uint32_t key1 = keys.At(unit1);
+    const std::uint32_t key2 = keys.At(unit2);
+    if (((key1 | key2) & kLook) != 0) break;
+    if (JoinsEither<std::uint16_t>(keys, LoadWide(text1 + at + width),
+                                   LoadWide(text2 + at + width))) {
+      break;
+    }
+    if (((key1 ^ key2) & 0xffffff00) != 0) return key1 < key2 ? -1 : 1;
+    const int accents = static_cast<int>(key1 & 0x1f) - static_cast<int>(key2 & 0x1f);
+    const int cases = static_cast<int>(key2 & 0x60) - static_cast<int>(key1 & 0x60);
+    if (accents != 0) accent = accents;
+    if (case_ != 0 && cases != 0) break;
+    case_ |= cases;
+  }
+  return CompareWide(keys, text1, text2, labels, cmpOp, start);
 }
 
 long CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp) {

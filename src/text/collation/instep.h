@@ -4,6 +4,7 @@
 /// @file
 /// Comparison of two texts of one code set and language by their finished keys.
 
+#include "text/collation/alike.h"
 #include "text/collation/finished.h"
 
 namespace ot95 {
@@ -11,20 +12,41 @@ namespace ot95 {
 /// In the place of a sign: there are no keys for these texts, or they don't tell.
 inline constexpr int kUndecided = 2;
 
-/// How two terminated texts sort that begin with letters of different rank, as most do that have
-/// nothing to do with each other; 0 for all others.
+/// The same, where texts first part at letters that differ in accent or case alone.
+inline constexpr int kSameRank = 3;
+
+/// How two terminated texts sort, if they are equal, or if letters of different rank stand where
+/// they first part: so most do. Otherwise kUndecided or kSameRank.
+/// @param readable bytes of either that may be read, which hold a terminator.
+/// @param at where they part, or a place before.
 template <class Unit>
-[[gnu::always_inline]] inline int SignOfFirst(KeysOf<Unit> keys, const char* text1,
-                                              const char* text2) {
-  const unsigned unit1 = LoadAs<Unit>(text1);
-  const unsigned unit2 = LoadAs<Unit>(text2);
-  if (unit1 == unit2) return 0;
+[[gnu::always_inline]] inline int SignWhereApart(KeysOf<Unit> keys, const char* text1,
+                                                 const char* text2, std::size_t readable,
+                                                 std::size_t& at) {
+  constexpr std::size_t block = 8;
+  at = 0;
+  unsigned unit1 = LoadAs<Unit>(text1);
+  unsigned unit2 = LoadAs<Unit>(text2);
+  if (unit1 == unit2) {
+    if (readable < block) return kUndecided;
+    const std::size_t apart = readable < 2 * block
+                                  ? FirstApart<sizeof(Unit), block>(text1, text2, 0, readable)
+                                  : FirstApart<sizeof(Unit), 2 * block>(text1, text2, 0, readable);
+    if (apart >= readable) [[unlikely]]
+      return kUndecided;
+    at = apart;
+    unit1 = LoadAs<Unit>(text1 + at);
+    unit2 = LoadAs<Unit>(text2 + at);
+    if (unit1 == unit2) return 0;
+  }
   const std::uint32_t key1 = keys.At(unit1);
   const std::uint32_t key2 = keys.At(unit2);
-  if (((key1 ^ key2) & 0xffffff00) == 0 || ((key1 | key2) & kLook) != 0) return 0;
-  const unsigned next1 = LoadAs<Unit>(text1 + sizeof(Unit));
-  const unsigned next2 = LoadAs<Unit>(text2 + sizeof(Unit));
-  if (JoinsEither<Unit>(keys, next1, next2)) return 0;
+  if (((key1 | key2) & kLook) != 0) return kUndecided;
+  const unsigned next1 = LoadAs<Unit>(text1 + at + sizeof(Unit));
+  const unsigned next2 = LoadAs<Unit>(text2 + at + sizeof(Unit));
+  if (JoinsEither<Unit>(keys, next1, next2)) return kUndecided;
+  if (((key1 ^ key2) & 0xffffff00) == 0) [[unlikely]]
+    return kSameRank;
   return key1 < key2 ? -1 : 1;
 }
 
@@ -39,10 +61,14 @@ struct TextLabels {
 };
 
 /// Compares two terminated texts, of Unicode in the machine's order and of a one-byte code set.
+/// @param at a place before which they are equal.
 long CompareWide(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
-                 unsigned short cmpOp);
+                 unsigned short cmpOp, std::size_t at);
+/// The same, sooner done where few letters differ in accent or case, and nothing else does.
+long CompareAlike(WideKeys keys, const char* text1, const char* text2, TextLabels labels,
+                  unsigned short cmpOp, std::size_t at);
 long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
-                   unsigned short cmpOp);
+                   unsigned short cmpOp, std::size_t at);
 
 /// Compares any two texts that run in step. @return a sign, or kUndecided.
 long CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);

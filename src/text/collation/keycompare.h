@@ -34,18 +34,6 @@ template <bool reversed>
 long CompareKeysFrom(const char* key1, const char* key2, std::size_t at, unsigned short cmpOp,
                      bool reversed);
 
-/// Where words differ or end the keys, or `end`; there are blocks of so many bytes, the last of
-/// which reaches back.
-template <std::size_t bytes>
-[[gnu::always_inline]] inline std::size_t FirstApart(const char* key1, const char* key2,
-                                                     std::size_t end) {
-  for (std::size_t at = kHeaderSize;; at = std::min(at + bytes, end - bytes)) {
-    const std::size_t alike = AlikeInBlock<EqualUnits<2>, bytes>(key1 + at, key2 + at);
-    if (alike != bytes) return at + alike;
-    if (at + bytes == end) return end;
-  }
-}
-
 /// Compares whole keys of one alphabet. Most steps down the tree of an index end where the first
 /// words that differ are letters of different rank. @param end of the shorter one.
 template <bool reversed>
@@ -53,8 +41,9 @@ template <bool reversed>
                                                     std::size_t end, unsigned short cmpOp) {
   constexpr std::size_t block = 8;
   if (end < kHeaderSize + block) return CompareKeysFrom(key1, key2, kHeaderSize, cmpOp, reversed);
-  const std::size_t at = end < kHeaderSize + 2 * block ? FirstApart<block>(key1, key2, end)
-                                                       : FirstApart<2 * block>(key1, key2, end);
+  const std::size_t at = end < kHeaderSize + 2 * block
+                             ? FirstApart<2, block>(key1, key2, kHeaderSize, end)
+                             : FirstApart<2, 2 * block>(key1, key2, kHeaderSize, end);
   if (at < end) {
     const unsigned word1 = LoadUnit(key1 + at, true, reversed);
     const unsigned word2 = LoadUnit(key2 + at, true, reversed);
