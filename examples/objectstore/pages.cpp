@@ -222,13 +222,20 @@ bool PageFile<Word>::Visit(const std::string& tree, const Visitor& visitor) cons
 }
 
 template <class Word>
+Word PagesOf(const PageFile<Word>& file, const TreeFacts<Word>& tree) {
+  const Word all = file.LastPage() + 1;
+  return tree.branches >= all || tree.leaves >= all ? all
+                                                    : std::min(all, tree.branches + tree.leaves);
+}
+
+template <class Word>
 PageCursor<Word>::PageCursor(const PageFile<Word>& file, const TreeFacts<Word>& tree, TreeKind kind)
     : file_(&file),
       root_(tree.root),
       depth_(tree.IsEmpty() ? 0 : tree.depth),
       kind_(kind),
       width_(tree.width),
-      pages_(tree.branches + tree.leaves) {
+      pages_(PagesOf(file, tree)) {
   if (depth_ > kDeepest || (depth_ == 0 && !tree.IsEmpty())) file.Damaged(root_);
 }
 
@@ -310,6 +317,8 @@ bool PageCursor<Word>::Seek(View key, MDB_cmp_func* order) {
   }
 }
 
+template std::uint32_t PagesOf(const PageFile<std::uint32_t>&, const TreeFacts<std::uint32_t>&);
+template std::uint64_t PagesOf(const PageFile<std::uint64_t>&, const TreeFacts<std::uint64_t>&);
 template class PageFile<std::uint32_t>;
 template class PageFile<std::uint64_t>;
 template class PageCursor<std::uint32_t>;

@@ -92,6 +92,10 @@ class PageFile {
   std::unique_ptr<TreeKind[], void (*)(void*)> sound_;
 };
 
+/// Branches and leaves of a tree, of which it can't have more than the file.
+template <class Word>
+Word PagesOf(const PageFile<Word>& file, const TreeFacts<Word>& tree);
+
 /// A place in a tree, or in the values of a key.
 template <class Word>
 class PageCursor {

@@ -32,7 +32,11 @@ bool Cursor::Enter(bool last) {
   values_.reset();
   data_ = pages.Data(leaf, keys_.Entry());
   if ((flags & Leaf::kSubTree) != 0) {
-    values_.emplace(pages, StorePages::Facts(data_), TreeKind::kValues);
+    const StorePages::Facts facts(data_);
+    const MachineWord needed = PagesOf(pages, facts);
+    if (needed > pagesLeft_) pages.Damaged(leaf.Number());
+    pagesLeft_ -= needed;
+    values_.emplace(pages, facts, TreeKind::kValues);
   } else if ((flags & Leaf::kValues) != 0) {
     values_.emplace(pages, Leaf(data_));
   }

@@ -63,14 +63,14 @@ class Cursor {
         keys_(snapshot.Pages(), snapshot.Require(tree), tree.Kind()) {}
 
   /// @return whether there is an entry at the new place.
-  bool First() { return keys_.First() && Enter(false); }
-  bool Last() { return keys_.Last() && Enter(true); }
+  bool First() { return Begin() && keys_.First() && Enter(false); }
+  bool Last() { return Begin() && keys_.Last() && Enter(true); }
   bool Next() { return NextValue() || NextKey(); }
   /// Of the same key.
   bool NextValue() { return values_ && values_->Next(); }
   bool NextKey() { return keys_.Next() && Enter(false); }
   /// To the first entry whose key isn't below `key`.
-  bool Seek(View key) { return keys_.Seek(key, order_) && Enter(false); }
+  bool Seek(View key) { return Begin() && keys_.Seek(key, order_) && Enter(false); }
   /// To the entry of exactly this key and value, of a tree with several values for a key.
   bool Find(View key, View value);
 
@@ -82,12 +82,17 @@ class Cursor {
  private:
   using Pages = PageCursor<MachineWord>;
 
+  bool Begin() {
+    pagesLeft_ = snapshot_->Pages().LastPage();
+    return true;
+  }
   bool Enter(bool last);
 
   const Snapshot* snapshot_;
   MDB_cmp_func* order_;
   Pages keys_;
   std::optional<Pages> values_;
+  MachineWord pagesLeft_ = 0;  ///< That the trees of keys' values may have together.
   View data_;
 };
 

@@ -8,8 +8,8 @@
 
 #include "ot95c/ot95c.h"
 
-/** Stores what a text says to the server: a number, a date, a time, bytes. Ends the statement where it
-    says nothing that the type can hold. */
+/** Stores what a text says to the server: a number, a date, a time, bytes. Ends the statement where
+   it says nothing that the type can hold. */
 extern ot95_buffer OtEncodeNative(int type, unsigned form, char* text);
 
 #endif

@@ -3,8 +3,8 @@
 
 /**
  * @file
- * What the sources of the extension share: the value `ottext`, orders, and the way of a status of the
- * library into an error of the server. A file includes postgres.h before it.
+ * What the sources of the extension share: the value `ottext`, orders, and the way of a status of
+ * the library into an error of the server. A file includes postgres.h before it.
  */
 
 #include "fmgr.h"

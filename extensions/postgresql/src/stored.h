@@ -3,8 +3,8 @@
 
 /**
  * @file
- * Stored values of the library as arguments of functions: bytes, the name of a type, the name of a form.
- * A file includes postgres.h before it.
+ * Stored values of the library as arguments of functions: bytes, the name of a type, the name of a
+ * form. A file includes postgres.h before it.
  */
 
 #include "fmgr.h"
@@ -16,11 +16,13 @@ extern int OtTypeNamed(const char* name);
 /** A form by its name: native, big-endian, or a number with flags. */
 extern unsigned OtFormNamed(const char* name);
 extern ot95_type OtDescribe(int type);
-/** The array of one element that three arguments of a function name, from `first` on: bytea, type, form. */
+/** The array of one element that three arguments of a function name, from `first` on: bytea, type,
+ * form. */
 extern ot95_array OtArrayOf(FunctionCallInfo fcinfo, int first);
 
-/** Runs a function of the library whose result goes to a buffer: first into a small one, again where that
-    has no room. The text or bytes are in memory of the current context, with a zero behind them. */
+/** Runs a function of the library whose result goes to a buffer: first into a small one, again
+   where that has no room. The text or bytes are in memory of the current context, with a zero
+   behind them. */
 typedef int (*OtGive)(const void* what, ot95_buffer* out);
 extern ot95_buffer OtTake(OtGive give, const void* what, const char* doing);
 

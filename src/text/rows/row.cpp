@@ -19,7 +19,8 @@ unsigned long NullStringSize(unsigned long count) {
 std::size_t FurtherWords(const char* text, std::size_t bytes, unsigned char format) {
   std::size_t words = 0;
   for (std::size_t i = 0; i + 2 <= bytes; i += 2) {
-    words += static_cast<std::size_t>(OtMostWords(LoadUnit(text + i, true, IsReversed(format))) - 2);
+    words +=
+        static_cast<std::size_t>(OtMostWords(LoadUnit(text + i, true, IsReversed(format))) - 2);
   }
   return words;
 }

@@ -52,8 +52,8 @@ std::string SortKeyOf(const Text& text, unsigned char language) {
   string.SetLanguageCode(language);
   unsigned char key[kRoom];
   int status = 0;
-  const unsigned long size = OtTypeMgr().SortKey(kStringId, key, kRoom, &string, 0,
-                                                 OT_CMP_NO_WILDCARDS, 1, 8, status);
+  const unsigned long size =
+      OtTypeMgr().SortKey(kStringId, key, kRoom, &string, 0, OT_CMP_NO_WILDCARDS, 1, 8, status);
   EXPECT_EQ(status, 0);
   return std::string(reinterpret_cast<char*>(key), size);
 }
