@@ -21,6 +21,12 @@ examples: setup-examples
 test: setup-test check-format
 	@scripts/test
 
+# Debian's packages in build/packages, and their test in a Debian of its own (root).
+package: setup-package
+	@scripts/package
+check-package: package
+	@scripts/check-packages
+
 # The extension in SQLite's own shell, with all examples of its README.
 test-sqlite: setup-sqlite
 	@scripts/build release $(JOBS) ot95_sqlite ottm

@@ -10,6 +10,7 @@
 
 #include "bad_input.h"
 #include "check.h"
+#include "colour.h"
 #include "commandline.h"
 #include "execute.h"
 #include "explain.h"
@@ -99,7 +100,8 @@ void ShowProgress(double share, std::size_t objects) {
 }
 
 void Tell(const std::string& text) {
-  std::cerr << "otdb: " << ot95::tools::Message(text) << "\n";
+  std::cerr << ot95::tools::Painted("otdb:", ot95::tools::Colour::kError, STDERR_FILENO) << " "
+            << ot95::tools::Message(text) << "\n";
 }
 
 int RunImport(const Arguments& arguments) {

@@ -5,8 +5,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
+
+#include "ot95/version.h"
+#include "progress.h"
 
 namespace {
 
@@ -15,9 +20,7 @@ struct Outcome {
   int exit;
 };
 
-/// Runs `ottm` with arguments as a shell takes them; standard error is part of the output.
-Outcome Ottm(const std::string& arguments, const std::string& before = "") {
-  const std::string command = before + OT95_OTTM " " + arguments + " 2>&1";
+Outcome Shell(const std::string& command) {
   FILE* pipe = popen(command.c_str(), "r");
   Outcome outcome{"", -1};
   char buffer[4096];
@@ -27,6 +30,11 @@ Outcome Ottm(const std::string& arguments, const std::string& before = "") {
   const int status = pclose(pipe);
   outcome.exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   return outcome;
+}
+
+/// Runs `ottm` with arguments as a shell takes them; standard error is part of the output.
+Outcome Ottm(const std::string& arguments, const std::string& before = "") {
+  return Shell(before + OT95_OTTM " " + arguments + " 2>&1");
 }
 
 struct Call {
@@ -313,7 +321,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Ottm, SaysWhatTheLibraryIs) {
   const std::string version = Ottm("--version").out;
-  EXPECT_EQ(version.rfind("Orvane Typemanager 9.5.26.340.0\nlibrary   ot95Otms, ", 0), 0U);
+  EXPECT_EQ(
+      version.rfind(
+          "Orvane Typemanager 9.5.26.340.0\nrelease   " OT95_RELEASE "\nlibrary   ot95Otms, ", 0),
+      0U);
   for (const char* line : {"\nUnicode   15.0.0\n", "\nCLDR      41\n"}) {
     EXPECT_NE(version.find(line), std::string::npos) << version;
   }
@@ -501,6 +512,129 @@ INSTANTIATE_TEST_SUITE_P(
              2},
         Call{"inspect /nosuch --layout short",
              "ottm: /nosuch: expected a file that can be read (No such file or directory)\n", 2}));
+
+class OttmReadsFiles : public testing::Test {
+ protected:
+  static std::string Path(const char* name) { return testing::TempDir() + "ottm_files_" + name; }
+  static std::string Write(const char* name, const std::string& bytes) {
+    std::ofstream(Path(name), std::ios::binary) << bytes;
+    return Path(name);
+  }
+  void TearDown() override {
+    for (const char* name : {"a", "b"}) std::remove(Path(name).c_str());
+  }
+};
+
+TEST_F(OttmReadsFiles, DiffTellsMembersRecordsAndDamage) {
+  std::string other = Three();
+  other[kPlain.size() - 8] = 9;  // people of the first
+  const std::string layout = " --layout " + std::string(kLayout);
+  const std::string a = Write("a", Three()), b = Write("b", other + std::string(kPlain));
+  EXPECT_EQ(Ottm("diff " + a + " " + a + layout).out,
+            "0 of 3 records differ; only in A: 0, only in B: 0\n");
+  const Outcome differ = Ottm("diff " + a + " " + b + layout);
+  EXPECT_EQ(differ.out,
+            "record 0, at 0 and 0\n- people  7\n+ people  9\n"
+            "1 of 3 records differ; only in A: 0, only in B: 1\n");
+  EXPECT_EQ(differ.exit, 1);
+  EXPECT_EQ(
+      Ottm("diff " + a + " " + Write("b", Damaged()) + layout + " --json").out,
+      "{\"compared\":1,\"differ\":0,\"onlyA\":2,\"onlyB\":0,\"damageA\":null,\"damageB\":{"
+      "\"record\":1,\"member\":\"name\",\"offset\":18,\"reason\":\"not a stored OtString\"}}\n");
+}
+
+TEST_F(OttmReadsFiles, DiffComparesWhatIsStoredInTwoForms) {
+  const std::string a = Write("a", {"\1\0\xff\xff", 4}), b = Write("b", {"\0\1\xff\xff", 4});
+  EXPECT_EQ(Ottm("diff " + a + " " + b + " --layout short --form2 big-endian").exit, 0);
+  EXPECT_EQ(Ottm("diff " + a + " " + b + " --layout short").exit, 1);
+}
+
+TEST_F(OttmReadsFiles, GuessShowsReadingsSideBySide) {
+  const std::string date("\x07\xd0\1\2", 4);
+  const Outcome found = Ottm("guess " + Write("a", "??" + date + std::string(kPlain) + date));
+  for (const char* line : {"OtString       native             1         6    35%  Lima\n",
+                           "OtDate         big-endian         3         2    42%  Sun 02.Jan 2000 "
+                           "| Wed 01.Jan 2048 | ",
+                           "short          native            14         0   100%  16191 | "}) {
+    EXPECT_NE(found.out.find(line), std::string::npos) << found.out;
+  }
+  EXPECT_EQ(Ottm("guess /dev/null").exit, 1);
+  EXPECT_NE(Ottm("guess " + Path("a") + " --limit 6 --offset 2")
+                .out.find("6 bytes from offset 2, and there are more (see --limit)\n"),
+            std::string::npos);
+}
+
+/// What completes the program knows each command and option that the help knows.
+TEST(Ottm, ShellsCompleteWhatTheHelpSays) {
+  const std::string help = Ottm("--help").out;
+  const std::string bash = Ottm("completion bash").out, zsh = Ottm("completion zsh").out,
+                    fish = Ottm("completion fish").out;
+  std::istringstream lines(help.substr(help.find("Subcommands:")));
+  std::string line;
+  std::getline(lines, line);
+  int commands = 0;
+  for (std::string name; lines >> name && std::getline(lines, line); ++commands) {
+    EXPECT_NE(bash.find("    " + name + ")\n"), std::string::npos) << name;
+    EXPECT_NE(zsh.find("    " + name + ") _arguments"), std::string::npos) << name;
+    EXPECT_NE(fish.find("-a " + name + " -d"), std::string::npos) << name;
+    const std::string part = bash.substr(bash.find("    " + name + ")\n"));
+    std::istringstream said(Ottm(name + " --help").out);
+    for (std::string option; std::getline(said, option);) {
+      if (!option.starts_with("  --")) continue;
+      option = option.substr(2, option.find(' ', 2) - 2);
+      EXPECT_NE(part.substr(0, part.find("words=")).find(option), std::string::npos)
+          << name << option;
+    }
+  }
+  EXPECT_GT(commands, 25);
+}
+
+TEST(Ottm, BashCompletes) {
+  struct Row {
+    const char* words;
+    const char* completed;
+  };
+  const std::string begin = "bash -c 'source <(" OT95_OTTM " completion bash); COMP_WORDS=(";
+  for (const Row& row :
+       {Row{"ottm insp", "inspect"}, Row{"ottm encode OtDate", "OtDate OtDateTime"},
+        Row{"ottm encode --form b", "big-endian"}, Row{"ottm inspect --lay", "--layout"},
+        Row{"ottm sort --language sv", "sv sv-traditional"}}) {
+    const std::string said =
+        Shell(begin + row.words +
+              "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _ottm; echo ${COMPREPLY[@]}'")
+            .out;
+    EXPECT_EQ(said, std::string(row.completed) + "\n") << row.words;
+  }
+}
+
+TEST(Ottm, ManualSaysWhatTheHelpSays) {
+  std::ifstream file(OT95_SOURCE "/docs/ottm.1");
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_NE(page.find(".SH COMMANDS\n" + Ottm("manual").out + ".SH OPTIONS\n"), std::string::npos)
+      << "docs/ottm.1 is out of date: run scripts/manual";
+}
+
+TEST(Ottm, ColoursTerminalsAlone) {
+  const std::string error = "\x1b[1;31mottm:\x1b[0m unknown command";
+  const std::string call = "script -qec '" OT95_OTTM " nothing' /dev/null";
+  EXPECT_EQ(Shell("TERM=xterm NO_COLOR= " + call).out.rfind(error, 0), 0U);
+  for (const char* environment : {"TERM=xterm NO_COLOR=1 ", "TERM=dumb "}) {
+    EXPECT_EQ(Shell(environment + call).out.rfind("ottm: unknown command", 0), 0U) << environment;
+  }
+  EXPECT_EQ(Ottm("nothing").out.rfind("ottm: unknown command", 0), 0U);
+}
+
+TEST(Progress, TellsRateAndTimeLeft) {
+  using ot95::tools::ProgressLine;
+  const std::string half = std::string(20, '#') + std::string(20, '.');
+  EXPECT_EQ(ProgressLine(0.5, 1200, "records", 0.5), "[" + half + "]  50% 1200 records");
+  EXPECT_EQ(ProgressLine(0.5, 1200, "records", 2),
+            "[" + half + "]  50% 1200 records, 600 a second, 0:02 left");
+  EXPECT_EQ(ProgressLine(0.01, 80, "records", 80).substr(43),
+            "  1% 80 records, 1 a second, 2:12:00 left");
+  EXPECT_EQ(ProgressLine(1, 80, "records", 80).substr(43), "100% 80 records, 1 a second");
+  EXPECT_EQ(ProgressLine(0, 0, "records", 5).substr(43), "  0% 0 records, 0 a second");
+}
 
 /// Nothing that couldn't be read or written passes for the end or for done.
 INSTANTIATE_TEST_SUITE_P(

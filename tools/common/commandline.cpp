@@ -8,6 +8,7 @@
 #include "message.h"
 #include "ot95/oin_version.h"
 #include "ot95/typemgr.h"
+#include "ot95/version.h"
 
 namespace ot95::tools {
 namespace {
@@ -84,6 +85,7 @@ std::string VersionText() {
   for (const unsigned long number : numbers) text += std::to_string(number) + ".";
   text.pop_back();
   const OtTableVersions& tables = OtGetTableVersions();
+  text += "\nrelease   " OT95_RELEASE;
   text += "\nlibrary   " + std::string(library) + ", " + built + ", " + compiler + " " +
           std::to_string(compilerVersion);
   text += "\nUnicode   " + std::string(tables.unicode);

@@ -44,9 +44,12 @@ void AddOrderCommands(CommandList& list);
 void AddInt64Commands(CommandList& list);
 void AddDateCommands(CommandList& list);
 void AddEstimateCommands(CommandList& list);
+void AddGuessCommands(CommandList& list);
+void AddDiffCommands(CommandList& list);
 void AddInspectCommands(CommandList& list);
 void AddLanguageCommands(CommandList& list);
 void AddSortKeyCommands(CommandList& list);
+void AddShellCommands(CommandList& list);
 
 }  // namespace ottm
 

@@ -1,6 +1,9 @@
 // ottm: the type manager on the command line. One process answers one command, or a batch of them.
+#include <unistd.h>
+
 #include <iostream>
 
+#include "colour.h"
 #include "commandline.h"
 #include "ot95/typemgr.h"
 #include "program.h"
@@ -41,7 +44,8 @@ int Main(int argc, char** argv) {
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
-    std::cerr << "ottm: " << ot95::tools::Message(error.what()) << "\n";
+    std::cerr << ot95::tools::Painted("ottm:", ot95::tools::Colour::kError, STDERR_FILENO) << " "
+              << ot95::tools::Message(error.what()) << "\n";
     return 2;
   }
 }

@@ -60,6 +60,9 @@ struct PrintOption {
   const char* Format() const { return textFormat ? textFormat->c_str() : nullptr; }
 };
 
+/// Identifiers of types are 0 to one less.
+constexpr char kTypes = 40;
+
 /// The identifier of a type given by name or number. Throws BadInput that names `argument`.
 char TypeOf(const OtTypeMgr& manager, const std::string& name,
             const std::string& argument = "TYPE");

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "commandline.h"
+#include "details.h"
 
 namespace ottm {
 namespace {
@@ -21,7 +22,10 @@ CommandList AllCommands() {
   AddInt64Commands(list);
   AddDateCommands(list);
   AddInspectCommands(list);
+  AddDiffCommands(list);
+  AddGuessCommands(list);
   AddLanguageCommands(list);
+  AddShellCommands(list);
   return list;
 }
 
@@ -40,12 +44,12 @@ Program::Program(const std::string& only)
   }
   batch_ = app_.add_subcommand(
       "batch", "Answers one JSON array of arguments per line with one JSON line each");
-  batch_->footer("Example: echo '[\"encode\", \"short\", \"-2\"]' | ottm batch");
+  batch_->footer(Footer("batch", "echo '[\"encode\", \"short\", \"-2\"]' | ottm batch"));
 }
 
 void Program::Declare(Command& command) {
   CLI::App* sub = app_.add_subcommand(command.Name(), command.Summary());
-  sub->footer(std::string("Example: ") + command.Example());
+  sub->footer(Footer(command.Name(), command.Example()));
   sub->add_flag("--json", json_, "One JSON object on one line");
   command.Declare(*sub);
   sub->callback([this, &command] { chosen_ = &command; });
