@@ -13,13 +13,13 @@ namespace {
 
 constexpr int kObjects = 2000;
 
-const char* const kSchema = R"({"classes": [{"name": "Note", "members": [
+const char* const kClasses = R"(, "classes": [{"name": "Note", "members": [
   {"name": "text", "type": "OtString", "language": "sv", "indexed": true},
   {"name": "number", "type": "int", "indexed": true}]}]})";
 
-std::string StoreIn(const Scratch& directory) {
+std::string StoreIn(const Scratch& directory, const StoreKind& kind) {
   const std::string path = directory / "store";
-  otdb::Store::Create(path, otdb::Schema::FromJson(kSchema));
+  otdb::Store::Create(path, otdb::Schema::FromJson("{" + kind.Json() + kClasses));
   otdb::Store store(path);
   const otdb::Class& type = store.GetSchema().ClassNamed("Note");
   std::vector<otdb::Bytes> records;
@@ -63,9 +63,12 @@ std::string OpeningRefusal(const std::string& path, otdb::Access access) {
   return RefusalOf([&] { otdb::Store(path, access); });
 }
 
-TEST(Reindex, AnotherOrderIsRefusedUntilTheIndexIsBuiltAnew) {
+class Reindex : public testing::TestWithParam<StoreKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, Reindex, testing::ValuesIn(kStoreKinds), NameOfKind);
+
+TEST_P(Reindex, AnotherOrderIsRefusedUntilTheIndexIsBuiltAnew) {
   const Scratch directory;
-  const std::string path = StoreIn(directory);
+  const std::string path = StoreIn(directory, GetParam());
   EXPECT_EQ(OpeningRefusal(path, otdb::Access::kRead), "");
   Outdate(path);
   for (const auto access : {otdb::Access::kRead, otdb::Access::kWrite}) {
@@ -77,9 +80,9 @@ TEST(Reindex, AnotherOrderIsRefusedUntilTheIndexIsBuiltAnew) {
   EXPECT_EQ(FaultsOf(otdb::Store(path)), "");
 }
 
-TEST(Reindex, KilledAnywhereItGoesOnWhereItEnded) {
+TEST_P(Reindex, KilledAnywhereItGoesOnWhereItEnded) {
   const Scratch directory;
-  const std::string path = StoreIn(directory);
+  const std::string path = StoreIn(directory, GetParam());
   Outdate(path);
   const std::size_t batch = 300;
   for (std::size_t killed = 1; killed <= 4; ++killed) {
@@ -100,9 +103,9 @@ TEST(Reindex, KilledAnywhereItGoesOnWhereItEnded) {
   EXPECT_EQ(FaultsOf(otdb::Store(path)), "");
 }
 
-TEST(Reindex, OnTheCommandLine) {
+TEST_P(Reindex, OnTheCommandLine) {
   const Scratch directory;
-  const std::string path = StoreIn(directory);
+  const std::string path = StoreIn(directory, GetParam());
   const auto run = [](const std::string& arguments) {
     std::string command = OT95_OTDB " ";
     command += arguments;
@@ -116,6 +119,9 @@ TEST(Reindex, OnTheCommandLine) {
   EXPECT_EQ(run("query " + path + " \"from Note where text = 'å7*' count\""), "220\n");
   EXPECT_EQ(run("reindex " + path + " Note.number"), "Note.number: 2000 entries\n");
   EXPECT_NE(run("reindex " + path + " Note.txt").find("'Note.text'"), std::string::npos);
+  EXPECT_EQ(run("check " + path), "2000 objects, 4000 index entries, 0 faults\n");
+  EXPECT_EQ(run("analyze " + path).find("error"), std::string::npos);
+  EXPECT_EQ(run("query " + path + " \"from Note where text = 'å7*' count\""), "220\n");
   EXPECT_EQ(run("check " + path), "2000 objects, 4000 index entries, 0 faults\n");
 }
 

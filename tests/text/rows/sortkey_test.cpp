@@ -39,6 +39,10 @@ class Texts {
       const auto language = static_cast<unsigned char>(number);
       if (OtLanguageContext::QueryLanguage(language) != nullptr) languages_.push_back(language);
     }
+    for (unsigned number = 1; number <= OT_CS_UNICODE; ++number) {
+      const auto codeSet = static_cast<unsigned char>(number);
+      if (OtLanguageContext::QueryCodeSet(codeSet)->number == number) codeSets_.push_back(codeSet);
+    }
   }
 
   unsigned Number(std::size_t below) { return static_cast<unsigned>(random_() % below); }
@@ -74,9 +78,9 @@ class Texts {
 
   /// Chooses what all texts are of until the next call.
   void Choose() {
-    constexpr std::array<unsigned char, 6> codeSets = {
+    constexpr std::array<unsigned char, 6> often = {
         OT_CS_UNICODE, OT_CS_UNICODE, OT_CS_UNICODE, OT_CS_BASE8, 0, 2};
-    codeSet_ = OneOf(codeSets);
+    codeSet_ = Number(3) == 0 ? OneOf(codeSets_) : OneOf(often);
     language_ = OneOf(languages_);
     few_ = Number(2) == 0;
   }
@@ -115,6 +119,7 @@ class Texts {
   std::mt19937 random_;
   MixedTexts mixed_;
   std::vector<unsigned char> languages_;
+  std::vector<unsigned char> codeSets_;
   unsigned char codeSet_ = OT_CS_UNICODE;
   unsigned char language_ = 1;
   bool few_ = true;
