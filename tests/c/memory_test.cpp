@@ -221,6 +221,31 @@ class Operations {
          [this](ot95_buffer* out) {
            return ot95_collation_upper(collation_, sharp_.data(), sharp_.size(), out);
          }},
+        {"find",
+         [this](ot95_buffer* out) {
+           auto* found = static_cast<int*>(out->data);
+           size_t place = 0;
+           out->size = sizeof *found;
+           return ot95_collation_find(collation_, sharp_.data(), sharp_.size(), "sse", 3, found,
+                                      &place);
+         }},
+        {"replace all",
+         [this](ot95_buffer* out) {
+           const ot95_edit edit = {
+               sizeof edit, OT95_REPLACE_ALL, Span(sharp_), {"xyz", 3}, {"st", 2}, 0, OT95_REST};
+           return ot95_collation_edit(collation_, &edit, out);
+         }},
+        {"copy",
+         [this](ot95_buffer* out) {
+           const ot95_edit edit = {sizeof edit, OT95_COPY, Span(sharp_), {"", 0}, {"", 0}, 3, 100};
+           return ot95_collation_edit(collation_, &edit, out);
+         }},
+        {"split",
+         [this](ot95_buffer* out) {
+           size_t place = 0;
+           return ot95_collation_split(collation_, sharp_.data(), sharp_.size(), "e", 1, &place,
+                                       out);
+         }},
         {"open a collation",
          [](ot95_buffer* out) {
            ot95_collation* made = nullptr;
