@@ -84,7 +84,7 @@ def report(database, orders, members, tables):
     lines += ['%-16s %6d %6d' % (language.tag, len(language.heads), len(language.strings))
               for language in members if language.heads]
     lines += ['', 'Records: %d; behind the pages and the base set: %d'
-              % (len(tables.rows), len(tables.rows) - tables.narrow_first - 256),
+              % (len(tables.rows), tables.behind),
               'Contraction sets: %d; tailoring sets: %d; links: %d; record numbers: %d; units: %d'
               % (len(tables.contractions.rows), len(tables.tailorings.rows),
                  len(tables.links.rows), len(tables.numbers.values), len(tables.units.values))]

@@ -48,18 +48,19 @@ def orders(tables):
     """Records, their lists, and how characters lead to them."""
     records = (f'{{{hex(key) if key else 0},{link},{flags},{script}}}'
                for key, link, flags, script in tables.rows)
-    contractions = (f'{{{{{count},{first}}},{low},{high},{place}}}'
-                    for count, first, low, high, place in tables.contractions.rows)
+    contractions = (f'{{{{{count},{first}}},{lowest},{place}}}'
+                    for count, first, lowest, place in tables.contractions.rows)
     tailorings = (f'{{{{{hex(low)},{hex(high)}}},{place}}}'
                   for low, high, place in tables.tailorings.rows)
-    return (f'constexpr unsigned kNarrowRecords = {tables.narrow_first};\n\n'
-            + numbers('std::uint8_t', 'kPages', tables.pages)
-            + array('OtOrderRecord', 'kRecords', records)
-            + array('OtWCharList', 'kLists', map(braces, tables.lists.rows))
-            + array('OrderLinks', 'kLinks', map(braces, tables.links.rows))
+    return (f'constexpr unsigned kNarrowRecords = {tables.narrow_first};\n'
+            f'constexpr unsigned kLateRecords = {tables.late_first};\n\n'
+            + numbers('std::uint16_t', 'kOrderPages', tables.pages)
+            + array('OtOrderRecord', 'kOrderRecords', records)
+            + array('OtWCharList', 'kOrderLists', map(braces, tables.lists.rows))
+            + array('OrderLinks', 'kOrderLinks', map(braces, tables.links.rows))
             + array('ContractionSet', 'kContractions', contractions)
             + array('TailoringSet', 'kTailorings', tailorings)
-            + numbers('std::uint32_t', 'kRecordNumbers', tables.numbers.values))
+            + numbers('std::uint16_t', 'kRecordNumbers', tables.numbers.values))
 
 
 def marks(database):
@@ -73,7 +74,7 @@ def marks(database):
 
 def ideographs(ranks):
     """Words of ideographs in the languages that have an order of their own for them."""
-    return numbers('std::uint16_t', 'kIdeographs', [word for row in ranks for word in row])
+    return numbers('std::uint16_t', 'kIdeographRanks', [word for row in ranks for word in row])
 
 
 def language_row(language, version):
@@ -96,14 +97,14 @@ def languages(members, order_versions):
         if rule:
             rules.append(f'"{rule}\\0"')
             end += len(rule.encode('utf-8')) + 1
-    return (array('OtLanguage', 'kLanguages', items)
+    return (array('OtLanguage', 'kLanguageRows', items)
             + numbers('std::uint16_t', 'kRulePlaces', places)
             + 'constexpr char kRules[] =\n' + '\n'.join(rules) + ';\n\n')
 
 
 def units(pool):
     """The pool of words, characters and capitals' tails that all lists share."""
-    return numbers('std::uint16_t', 'kUnits', pool.values)
+    return numbers('std::uint16_t', 'kOrderUnits', pool.values)
 
 
 def cases(data, pool):

@@ -52,7 +52,7 @@ class Tables:
         self.to_bytes = codesets.from_unicode(codesets.to_unicode(1))
         self.units, self.numbers = Runs(), Runs()
         self.lists = Pool((0, 0))
-        self.contractions = Pool((0, 0, 0, 0, 0))
+        self.contractions = Pool((0, 0, 0, 0))
         self.tailorings = Pool((0, 0, 0))
         self.links = Pool((0, 0, 0))
         self.records = []           # Numbers first, contents last: (nodes, node, head, flags).
@@ -61,6 +61,7 @@ class Tables:
         self._narrow_page()
         self._heads()
         self._fill()
+        self._arrange()
 
     # Places.
 
@@ -125,6 +126,28 @@ class Tables:
             index += 1
         assert len(self.links.rows) < 0x10000
 
+    def _arrange(self):
+        """Pages that no list leads into go behind all other records, so that the numbers in lists
+        need 16 bits only."""
+        pages, self.behind = self.narrow_first >> 8, len(self.rows) - self.narrow_first - 256
+        used = {number >> 8 for number in self.numbers.values} | {0, 1, 2}
+        early, late = ([page for page in range(pages) if (page in used) == wanted]
+                       for wanted in (True, False))
+        front, rest = self._rows_of(early), self.rows[self.narrow_first:]
+        rest += [(0, 0, ABSENT, 0)] * (-len(rest) % 256)
+        self.late_first = len(front) + len(rest)
+        moved = {page: i for i, page in enumerate(early)}
+        moved.update((page, (self.late_first >> 8) + i) for i, page in enumerate(late))
+        self.pages = [moved[page] for page in self.pages]
+        self.numbers.values = [
+            (moved[number >> 8] << 8) + (number & 255) if number < self.narrow_first
+            else number - self.narrow_first + len(front) for number in self.numbers.values]
+        self.rows, self.narrow_first = front + rest + self._rows_of(late), len(front)
+        assert max(self.numbers.values) < 0x10000
+
+    def _rows_of(self, pages):
+        return [row for page in pages for row in self.rows[page << 8:(page + 1) << 8]]
+
     def _followers(self):
         self.follow, self.follow_tailored = {}, {}
         for nodes, heads in ((self.wide, self.wide_heads), (self.narrow, self.narrow_heads)):
@@ -180,8 +203,9 @@ class Tables:
     def _contraction(self, nodes, children):
         chars = tuple(sorted(children))
         records = tuple(self._record(nodes, children[char]) for char in chars)
-        return self.contractions.number((len(chars), self.units.place(chars), chars[0], chars[-1],
-                                         self.numbers.place(records)))
+        place = self.numbers.place(records)
+        assert place < 0x10000
+        return self.contractions.number((len(chars), self.units.place(chars), chars[0], place))
 
     def _tailoring(self, nodes, pairs):
         masks = [0, 0]

@@ -32,8 +32,8 @@ std::uint64_t OtLanguageContext::OrderVersion(unsigned char language) {
 
 const char* OtLanguageContext::OrderRules(unsigned char language) {
   const OtLanguage* record = QueryLanguage(language);
-  if (record == nullptr || ot95::kOrderTables.rulePlaces[language] == kNoRules) return "";
-  return ot95::kOrderTables.rules + ot95::kOrderTables.rulePlaces[language];
+  if (record == nullptr || ot95::kRulePlaces[language] == kNoRules) return "";
+  return ot95::kRules + ot95::kRulePlaces[language];
 }
 
 int OtLanguageContext::SetDefaultCodeSet(unsigned char codeSet) {

@@ -5,6 +5,9 @@
 
 #include <string_view>
 
+// The tables themselves are in the sources that include this.
+#define OT95_EXPORT_DATA OT95_EXPORT
+
 #include "ot95/oin.h"
 #include "ot95/oin_keys.h"
 
@@ -14,16 +17,15 @@ namespace ot95 {
 inline constexpr std::uint32_t kFirstRealKey = 0x3f0000;
 inline constexpr unsigned kBeyondAll = 0x14;
 
-class OrdersOfSet final : public OtOrderTable {
- public:
-  using OtOrderTable::OtOrderTable;
-};
+extern const OrdersOfSet kBaseOrders;       // Of OT_CS_BASE8.
+extern const std::uint32_t kTailoringSets;  // How many there are.
 
-extern const OrdersOfSet kUnicodeOrders;
-extern const OrdersOfSet kBaseOrders;  // Of OT_CS_BASE8.
+// How each language orders, where kRulePlaces says.
+extern const char kRules[];
+extern const std::uint16_t kRulePlaces[];
 
-// The finished keys of the neutral language, and of those that sort as it does.
-extern const FinishedKeys kNeutralKeys;
+// The finished keys of 256 units in the neutral language, and in those that sort as it does.
+const std::uint32_t* NeutralPage(unsigned high);
 
 // The finished key of a record with its own flags: what is said of its character alone.
 constexpr std::uint32_t FinishedKey(const OtOrderRecord& record, unsigned char script) {

@@ -1,8 +1,6 @@
 // Finished keys of languages that the constant ones don't serve. Threads that make the same thing
 // at once each make it; the first one's stays.
 
-#include "ot95/oin_keys.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -50,14 +48,15 @@ void Fill(const Block& block, const OtLanguage& language) {
     block.keys[i] = key;
     if (unit >= OT_FIRST_MARK && common.Follows(tailors)) block.Flag(unit, kJoins);
   }
-  for (unsigned i = 0; i < kOrderTables.tailoringSets; ++i) {
-    const TailoringSet& set = kOrderTables.tailorings[i];
+  for (unsigned i = 0; i < kTailoringSets; ++i) {
+    const TailoringSet& set = kTailorings[i];
     if (set.Has(language.number)) FlagFollowers(block, set.RecordOf(language.number));
   }
 }
 
 }  // namespace
 
+constinit FinishedKeys FinishedKeys::neutral_;
 constinit std::array<std::atomic<const FinishedKeys*>, FinishedKeys::kLanguages>
     FinishedKeys::sheets_{};
 constinit std::array<std::array<FinishedKeys::Page, FinishedKeys::kLanguages>,
@@ -70,7 +69,8 @@ constinit const std::array<std::uint32_t, kFirstKeys> FinishedKeys::kUnmadePages
   return keys;
 }();
 
-FinishedKeys::FinishedKeys(const OtLanguage* language) : language_(language) {
+FinishedKeys::FinishedKeys(const OtLanguage* language)
+    : language_(language), tailors_(language->tailorsOrder != 0), script_(language->script) {
   for (unsigned high = 0; high < pages_.size(); ++high) {
     const unsigned place = std::min(high << 8, kFirstKeys - 0x100);
     pages_[high].store(&kUnmadePages[place], std::memory_order_relaxed);
@@ -81,9 +81,10 @@ const FinishedKeys* FinishedKeys::MakeSheet(unsigned char number) {
   const OtLanguage* language = OtLanguageContext::QueryLanguage(number);
   if (language == nullptr) return nullptr;
   const bool neutral = language->tailorsOrder == 0 && language->ideographs < 0;
-  if (neutral && language->script == kOrderTables.languages[OT_LANG_NEUTRAL].script) {
-    sheets_[number].store(&kNeutralKeys, std::memory_order_release);
-    return &kNeutralKeys;
+  if (neutral && language->script == kLanguageRows[OT_LANG_NEUTRAL].script) {
+    const FinishedKeys* const keys = MakeNeutral();
+    sheets_[number].store(keys, std::memory_order_release);
+    return keys;
   }
   void* const memory = std::malloc(sizeof(FinishedKeys));
   if (memory == nullptr) return nullptr;
@@ -94,6 +95,15 @@ const FinishedKeys* FinishedKeys::MakeSheet(unsigned char number) {
   return before;
 }
 
+/// The pages of all are constant; only where they are isn't, so that the library has no addresses
+/// to relocate. Whoever comes second stores the same.
+const FinishedKeys* FinishedKeys::MakeNeutral() {
+  for (unsigned high = 0; high < neutral_.pages_.size(); ++high) {
+    neutral_.pages_[high].store(NeutralPage(high), std::memory_order_relaxed);
+  }
+  return &neutral_;
+}
+
 bool FinishedKeys::MakePage(unsigned high) const {
   constexpr unsigned kFirstPages = kFirstKeys >> 8;
   const unsigned page = high < kFirstPages ? 0 : high;
@@ -102,7 +112,7 @@ bool FinishedKeys::MakePage(unsigned high) const {
   auto* const keys = static_cast<std::uint32_t*>(std::malloc(count * sizeof(std::uint32_t)));
   if (keys == nullptr) return false;
   Fill({keys, page << 8, count}, *language_);
-  const std::uint32_t* const neutral = kNeutralKeys.pages_[page].load(std::memory_order_relaxed);
+  const std::uint32_t* const neutral = NeutralPage(page);
   const bool same = std::equal(keys, keys + count, neutral);
   const std::uint32_t* unmade = pages_[page].load(std::memory_order_acquire);
   const std::uint32_t* made = same ? neutral : keys;

@@ -28,6 +28,11 @@
 
 /// Marks what a shared library offers; everything else stays hidden.
 #define OT95_EXPORT __attribute__((visibility("default")))
+/// The same of constant data. Weak where it is used: programs then read it where it stands, instead
+/// of taking a copy of it into themselves when they start.
+#ifndef OT95_EXPORT_DATA
+#define OT95_EXPORT_DATA __attribute__((visibility("default"), weak))
+#endif
 
 using OtByte = unsigned char;        ///< One unsigned byte.
 using OtWord = std::uint16_t;        ///< Unsigned 16 bits.

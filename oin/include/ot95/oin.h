@@ -52,7 +52,7 @@ class OT95_EXPORT OtLanguageContext {
   /// The record of a language, null for 0 and for a number that nobody knows.
   static const OtLanguage* QueryLanguage(unsigned char language) {
     if (language >= 0x80) return nullptr;
-    const OtLanguage* record = ot95::kOrderTables.languages + language;
+    const OtLanguage* record = ot95::kLanguageRows + language;
     return record->number != 0 ? record : nullptr;
   }
 

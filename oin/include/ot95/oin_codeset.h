@@ -43,9 +43,9 @@ inline constexpr unsigned char OT_CS_DEFAULT =
 
 namespace ot95 {
 /// The tables of all one-byte sets, one behind another: see UnicodeValues and ByteOf.
-OT95_EXPORT extern const std::uint16_t kCodeSetUnicode[];
-OT95_EXPORT extern const std::uint8_t kCodeSetPages[];
-OT95_EXPORT extern const std::uint8_t kCodeSetBytes[];
+OT95_EXPORT_DATA extern const std::uint16_t kCodeSetUnicode[];
+OT95_EXPORT_DATA extern const std::uint8_t kCodeSetPages[];
+OT95_EXPORT_DATA extern const std::uint8_t kCodeSetBytes[];
 }  // namespace ot95
 
 /// Case data of a character. `upper` and `lower` are in Unicode, 0 for none. Records are constant.

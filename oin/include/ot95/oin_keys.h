@@ -20,7 +20,6 @@
 
 #include <array>
 #include <atomic>
-#include <utility>
 
 #include "ot95/oin.h"
 
@@ -72,18 +71,12 @@ class OT95_EXPORT FinishedKeys {
   const std::uint32_t* First() const { return pages_[0].load(std::memory_order_acquire); }
 
   /// Whether the language puts records of its own in the place of some.
-  bool Tailors() const { return language_->tailorsOrder != 0; }
+  bool Tailors() const { return tailors_; }
   /// The script byte of the language's own letters.
-  unsigned char Script() const { return language_->script; }
+  unsigned char Script() const { return script_; }
 
   /// Makes the page of a unit if there is none. @return whether there is one.
   bool Make(unsigned unit) const { return At(unit) != kUnmade || MakePage(unit >> 8); }
-
-  /// The constant ones. @param numbers the page of `keys` for each high byte.
-  template <std::size_t... high>
-  constexpr FinishedKeys(const OtLanguage* language, const std::uint32_t* keys,
-                         const std::uint8_t* numbers, std::index_sequence<high...>)
-      : pages_{(keys + std::size_t{numbers[high]} * 256)...}, language_(language) {}
 
  private:
   using Page = std::atomic<const std::uint32_t*>;
@@ -91,17 +84,23 @@ class OT95_EXPORT FinishedKeys {
   static const std::array<std::uint32_t, kFirstKeys> kUnmadePages;
 
   static const FinishedKeys* MakeSheet(unsigned char language);
+  static const FinishedKeys* MakeNeutral();
   static const std::uint32_t* MakeByteSheet(unsigned char codeSet, unsigned char language);
+  constexpr FinishedKeys() = default;  // The neutral one, without its pages.
   explicit FinishedKeys(const OtLanguage* language);
   bool MakePage(unsigned high) const;
 
   static constexpr unsigned kLanguages = 0x80;
-  static constexpr unsigned kByteSets = 0x48;  // behind the last there is
+  static constexpr unsigned kByteSets = 0x52;  // behind the last there is
   static std::array<std::atomic<const FinishedKeys*>, kLanguages> sheets_;
   static std::array<std::array<Page, kLanguages>, kByteSets> byteSheets_;
 
-  mutable std::array<Page, 256> pages_;
-  const OtLanguage* language_;
+  static FinishedKeys neutral_;
+
+  mutable std::array<Page, 256> pages_{};
+  const OtLanguage* language_ = nullptr;
+  bool tailors_ = false;
+  unsigned char script_ = 1;
 };
 
 }  // namespace ot95

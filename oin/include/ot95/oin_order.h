@@ -40,6 +40,8 @@
 /// Keys under 0xffffff80 differ at the primary level (letter), under 0xffffff9f also in the accent
 /// (secondary), under 0xffffffe0 also in the case (tertiary).
 
+#include <algorithm>
+
 #include "ot95/base.h"
 
 struct OtOrderRecord;
@@ -117,8 +119,7 @@ struct OrderLinks {
 /// Followers that contract with a head: sorted characters, beside each the record of the pair.
 struct ContractionSet {
   OtWCharList followers;
-  std::uint16_t lowest, highest;
-  std::uint32_t firstRecord;
+  std::uint16_t lowest, firstRecord;
 };
 
 /// Which languages have a record of their own; those records follow each other from firstRecord.
@@ -140,37 +141,30 @@ struct MarkedCharacter {
   std::uint16_t character, front, mark;
 };
 
-/// The collation tables: every array stands in read-only memory, indices lead from one to another.
-struct OrderTables {
-  const OtOrderRecord* records;
-  const std::uint16_t* units;
-  const OtWCharList* lists;
-  const OrderLinks* links;
-  const ContractionSet* contractions;
-  const TailoringSet* tailorings;
-  const std::uint32_t* recordNumbers;
-  const OtLanguage* languages;
-  const OtOrderTable* unicode;  ///< Of OT_CS_UNICODE, for those who can't afford to ask.
-  std::uint32_t tailoringSets;  ///< How many there are.
-  const char* rules;            ///< How each language orders, where rulePlaces says.
-  const std::uint16_t* rulePlaces;
-  const std::uint8_t* classPages;
-  const std::uint8_t* classes;    ///< See CombiningClass.
-  const MarkedCharacter* marked;  ///< By rising character.
-  std::uint32_t markedCount;
-  const std::uint16_t* ideographs;  ///< See RankedKey.
-};
-OT95_EXPORT extern const OrderTables kOrderTables;
+// The collation tables: arrays in read-only memory without addresses in them; indices lead from one
+// to another.
+OT95_EXPORT_DATA extern const OtOrderRecord kOrderRecords[];
+OT95_EXPORT_DATA extern const std::uint16_t kOrderPages[];  ///< Of 256 records, by high byte.
+OT95_EXPORT_DATA extern const std::uint16_t kOrderUnits[];
+OT95_EXPORT_DATA extern const OtWCharList kOrderLists[];
+OT95_EXPORT_DATA extern const OrderLinks kOrderLinks[];
+OT95_EXPORT_DATA extern const ContractionSet kContractions[];
+OT95_EXPORT_DATA extern const TailoringSet kTailorings[];
+OT95_EXPORT_DATA extern const std::uint16_t kRecordNumbers[];
+OT95_EXPORT_DATA extern const OtLanguage kLanguageRows[];
+OT95_EXPORT_DATA extern const std::uint8_t kClassPages[];
+OT95_EXPORT_DATA extern const std::uint8_t kClasses[];          ///< See CombiningClass.
+OT95_EXPORT_DATA extern const std::uint16_t kIdeographRanks[];  ///< See RankedKey.
 
 /// A language that tailors nothing, to stand in for null.
 inline const OtLanguage& NeutralLanguage() {
-  return kOrderTables.languages[0];
+  return kLanguageRows[0];
 }
 
 /// The canonical combining class of a mark, 0 for all other characters. kDecomposes for a mark that
 /// stands for one or two others.
 inline unsigned CombiningClass(unsigned short unicode) {
-  return kOrderTables.classes[kOrderTables.classPages[unicode >> 6] << 6 | (unicode & 63)];
+  return kClasses[kClassPages[unicode >> 6] << 6 | (unicode & 63)];
 }
 inline constexpr unsigned kDecomposes = 255;
 
@@ -190,9 +184,8 @@ inline std::uint32_t RankedKey(std::uint32_t key, const OtLanguage& language) {
   if (place >= (further ? kFurtherHanCount : kUnifiedHanCount) || language.ideographs < 0) {
     return key;
   }
-  const std::uint16_t* words =
-      kOrderTables.ideographs +
-      static_cast<unsigned>(language.ideographs) * (kUnifiedHanCount + kFurtherHanCount);
+  const std::uint16_t* words = kIdeographRanks + static_cast<unsigned>(language.ideographs) *
+                                                     (kUnifiedHanCount + kFurtherHanCount);
   const unsigned word = words[place + (further ? kUnifiedHanCount : 0)];
   return (key & 0xff000000) | word << 8;
 }
@@ -302,9 +295,11 @@ struct OtOrderRecord {
 
  private:
   const ot95::TailoringSet& Tailorings() const {
-    return ot95::kOrderTables.tailorings[ot95::kOrderTables.links[link].tailorings];
+    return ot95::kTailorings[ot95::kOrderLinks[link].tailorings];
   }
-  OT95_EXPORT const OtOrderRecord* SearchContraction(unsigned short next) const;
+  const ot95::ContractionSet& Contractions() const {
+    return ot95::kContractions[ot95::kOrderLinks[link].contractions];
+  }
 };
 
 /// The records of one code set's characters.
@@ -321,30 +316,44 @@ class OT95_EXPORT OtOrderTable {
   /// The place of a character: a record that may be absent(). Of a one-byte set the low byte
   /// counts.
   const OtOrderRecord& At(unsigned short character) const {
-    return pages_ == nullptr ? AtByte(static_cast<unsigned char>(character)) : AtWide(character);
+    return isNarrow_ ? AtByte(static_cast<unsigned char>(character)) : AtWide(character);
   }
-  /// At for a table that is known to be of one-byte characters: one load, never absent.
-  const OtOrderRecord& AtByte(unsigned char character) const { return records_[character]; }
+  /// At for a table that is known to be of one-byte characters: never absent.
+  const OtOrderRecord& AtByte(unsigned char character) const {
+    return ot95::kOrderRecords[first_ + character];
+  }
   /// At for a table that is known to be of two-byte characters: two loads.
   const OtOrderRecord& AtWide(unsigned short character) const {
-    return records_[static_cast<unsigned>(pages_[character >> 8]) << 8 | (character & 0xffU)];
+    return ot95::kOrderRecords[static_cast<unsigned>(ot95::kOrderPages[character >> 8]) << 8 |
+                               (character & 0xffU)];
   }
   /// Whether characters are bytes.
-  bool IsNarrow() const { return pages_ == nullptr; }
+  bool IsNarrow() const { return isNarrow_; }
 
-  constexpr OtOrderTable(const OtOrderRecord* records, const std::uint8_t* pages)
-      : records_(records), pages_(pages) {}
+  /// @param first number of the first record.
+  constexpr OtOrderTable(std::uint32_t first, bool isNarrow) : first_(first), isNarrow_(isNarrow) {}
 
  protected:
   ~OtOrderTable() = default;
 
  private:
-  const OtOrderRecord* records_;
-  const std::uint8_t* pages_;
+  std::uint32_t first_;
+  bool isNarrow_;
 };
 
+namespace ot95 {
+
+class OrdersOfSet final : public OtOrderTable {
+ public:
+  using OtOrderTable::OtOrderTable;
+};
+/// The table of OT_CS_UNICODE, for those who can't afford to ask for it.
+OT95_EXPORT_DATA extern const OrdersOfSet kUnicodeOrders;
+
+}  // namespace ot95
+
 inline const std::uint16_t* OtWCharList::begin() const {
-  return ot95::kOrderTables.units + first_;
+  return ot95::kOrderUnits + first_;
 }
 
 inline int OtWCharList::GetAt(int index, unsigned short* out) const {
@@ -355,21 +364,20 @@ inline int OtWCharList::GetAt(int index, unsigned short* out) const {
 
 inline int OtOrderRecordList::GetAt(int index, const OtOrderRecord** out) const {
   if (index < 0 || index >= count) return OT_ERR_NO_MORE_ITEMS;
-  *out = ot95::kOrderTables.records + ot95::kOrderTables.recordNumbers[first_ + index];
+  *out = ot95::kOrderRecords + ot95::kRecordNumbers[first_ + index];
   return 0;
 }
 
 inline const OtWCharList* OtOrderRecord::expansion() const {
-  return ot95::kOrderTables.lists + ot95::kOrderTables.links[link].expansion;
+  return ot95::kOrderLists + ot95::kOrderLinks[link].expansion;
 }
 
 inline const OtWCharList* OtOrderRecord::contractionChars() const {
-  return &ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions].followers;
+  return &Contractions().followers;
 }
 
 inline OtOrderRecordList OtOrderRecord::contractionRecords() const {
-  const ot95::ContractionSet& set =
-      ot95::kOrderTables.contractions[ot95::kOrderTables.links[link].contractions];
+  const ot95::ContractionSet& set = Contractions();
   return {set.followers.count, static_cast<std::int32_t>(set.firstRecord)};
 }
 
@@ -378,7 +386,7 @@ inline const OtOrderRecord& ot95::TailoringSet::RecordOf(unsigned char language)
   const int own = __builtin_popcountll(languages[language >> 6] & (bit - 1));
   const int low = language >= 64 ? __builtin_popcountll(languages[0]) : 0;
   const std::uint32_t index = firstRecord + static_cast<std::uint32_t>(own + low);
-  return kOrderTables.records[kOrderTables.recordNumbers[index]];
+  return kOrderRecords[kRecordNumbers[index]];
 }
 
 inline bool OtOrderRecord::IsTailored(const OtLanguage& language) const {
@@ -394,7 +402,12 @@ inline const OtOrderRecord* OtOrderRecord::Tailored(const OtLanguage* language) 
 inline const OtOrderRecord* OtOrderRecord::Contracted(unsigned short next) const {
   if (hasContractions() == 0) return nullptr;
   if (next < OT_FIRST_MARK && (flags & kLowFollowers) == 0) return nullptr;
-  return SearchContraction(next);
+  const ot95::ContractionSet& set = Contractions();
+  if (next < set.lowest) return nullptr;
+  const std::uint16_t* const first = set.followers.begin();
+  const std::uint16_t* const place = std::lower_bound(first, set.followers.end(), next);
+  if (place == set.followers.end() || *place != next) return nullptr;
+  return ot95::kOrderRecords + (ot95::kRecordNumbers + set.firstRecord)[place - first];
 }
 
 #endif

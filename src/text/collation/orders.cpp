@@ -48,7 +48,7 @@ OrderWalk::OrderWalk(const TextSpan& span)
   work_ = OtOrderRecord::kAbsent | OtOrderRecord::kExpansion |
           (tailors ? OtOrderRecord::kTailoring : 0);
   if (codeSet_ == OT_CS_UNICODE && language_ != nullptr) {  // most texts
-    table_ = kOrderTables.unicode;
+    table_ = &kUnicodeOrders;
     defaultScript_ = language_->script;
     mapped_ = false;
   } else {
@@ -57,7 +57,7 @@ OrderWalk::OrderWalk(const TextSpan& span)
     defaultScript_ = set->DefaultScript(languageNumber_);
     mapped_ = table_ == nullptr;
     if (mapped_) {
-      table_ = kOrderTables.unicode;
+      table_ = &kUnicodeOrders;
       toUnicode_ = set->UnicodeValues();
     }
   }
@@ -230,7 +230,7 @@ std::uint32_t OrderWalk::NextPending(bool wantScript) {
 std::uint32_t OrderWalk::NextPendingCharacter(bool wantScript) {
   const OtCodeSet* set = OtLanguageContext::QueryCodeSet(pendingCodeSet_);
   const bool mapped = set->orderTable == nullptr;
-  const OtOrderTable& table = mapped ? *kOrderTables.unicode : *set->orderTable;
+  const OtOrderTable& table = mapped ? kUnicodeOrders : *set->orderTable;
   unsigned short character = 0;
   pending_->GetAt(pendingIndex_++, &character);
   character = MapToTable(character, pendingCodeSet_, mapped);
@@ -262,7 +262,7 @@ void OrderWalk::LeaveCharacter() {
 unsigned short OrderOfUnit(unsigned short unit, unsigned char codeSet) {
   const OtOrderTable* table = OtLanguageContext::QueryCodeSet(codeSet)->orderTable;
   if (table == nullptr) {
-    table = kOrderTables.unicode;
+    table = &kUnicodeOrders;
     const unsigned char from = codeSet != 0 ? codeSet : OtLanguageContext::GetNativeCodeSet();
     unit = OtLanguageContext::QueryCodeSet(OT_CS_UNICODE)->MapChar(unit, from);
   }
