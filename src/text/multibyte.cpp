@@ -216,41 +216,60 @@ Decoded DecodeText(const Byte* s, std::size_t n, std::size_t limit, std::uint16_
 constexpr std::size_t kShortText = 64;
 using ShortUnits = std::array<std::uint16_t, kShortText + kBlock>;
 
-/// Decodes a short text of ASCII and two-byte sequences. @return its units, 0 for any other text.
+/// Takes a sequence of two or three bytes, and moves behind it. @return false where there is none.
+[[gnu::always_inline]] inline bool DecodeMarked(const Byte*& s, const Byte* end,
+                                                std::uint16_t*& out) {
+  const unsigned first = s[0];
+  if (end - s < 2 || first < 0xc2 || first >= 0xf0) return false;
+  const unsigned second = s[1] ^ 0x80u;
+  if (second >= 0x40) return false;
+  unsigned unit = (first & 0x1f) << 6 | second;
+  s += 2;
+  if (first >= 0xe0) [[unlikely]] {
+    if (s == end) return false;
+    const unsigned third = *s++ ^ 0x80u;
+    unit = (unit & 0x3ff) << 6 | third;
+    if (third >= 0x40 || unit < 0x800) return false;
+  }
+  *out++ = static_cast<std::uint16_t>(unit);
+  return true;
+}
+
+/// Decodes a short text of ASCII and sequences of two or three bytes. @return its units, 0 for any
+/// other text.
 template <AtZero atZero>
 [[gnu::always_inline]] inline std::size_t DecodeShort(const Byte* s, std::size_t n,
                                                       ShortUnits& units) {
   const Byte* const end = s + n;
   std::uint16_t* out = units.data();
-  while (kWordsFitThisMachine && end - s >= static_cast<std::ptrdiff_t>(kBlock)) {
-    std::uint64_t word;
-    std::memcpy(&word, s, sizeof word);
+  if (!kWordsFitThisMachine || n < kBlock) {
+    while (s < end) {
+      if (*s >= 0x80) {
+        if (!DecodeMarked(s, end, out)) return 0;
+      } else {
+        if (atZero == AtZero::kStop && *s == 0) return 0;
+        *out++ = *s++;
+      }
+    }
+    return static_cast<std::size_t>(out - units.data());
+  }
+  while (s < end) {
+    const std::uint64_t word = LoadBlock(s, end);
     std::uint64_t marks = word & kHighBits;
     if (atZero == AtZero::kStop) marks |= (word - kOnes) & ~word & kHighBits;
     Widen(&word, out);
-    const std::size_t plain = marks == 0 ? kBlock : BeforeMark(marks, 8);
-    s += plain;
-    out += plain;
-    if (plain == kBlock) continue;
-    do {  // what follows such a letter is often one, too
-      if (end - s < 2 || s[0] < 0xc2 || s[0] >= 0xe0) return 0;
-      const unsigned second = s[1] ^ 0x80u;
-      if (second >= 0x40) return 0;
-      *out++ = static_cast<std::uint16_t>((s[0] & 0x1fU) << 6 | second);
-      s += 2;
-    } while (s < end && *s >= 0x80);
-  }
-  while (s < end) {
-    const unsigned first = *s++;
-    if (first < 0x80) {
-      if (atZero == AtZero::kStop && first == 0) return 0;
-      *out++ = static_cast<std::uint16_t>(first);
+    if (marks == 0) {
+      s += kBlock;
+      out += kBlock;
       continue;
     }
-    if (s == end || first < 0xc2 || first >= 0xe0) return 0;
-    const unsigned second = *s++ ^ 0x80u;
-    if (second >= 0x40) return 0;
-    *out++ = static_cast<std::uint16_t>((first & 0x1f) << 6 | second);
+    const std::size_t plain = BeforeMark(marks, 8);
+    s += plain;
+    out += plain;
+    if (s == end) break;
+    do {  // what follows such a letter is often one, too
+      if (!DecodeMarked(s, end, out)) return 0;
+    } while (s < end && *s >= 0x80);
   }
   return static_cast<std::size_t>(out - units.data());
 }
