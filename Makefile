@@ -62,6 +62,10 @@ test-python: setup-python
 check-orders: setup-test
 	@scripts/check-orders
 
+# Stored forms, keys and hashes on machines of another byte order and another instruction set.
+test-machines: setup-machines
+	@scripts/test-machines
+
 # Attacks stores, for as long as it takes or FOR=seconds.
 torture: setup-run
 	@scripts/build release $(JOBS) otdb
