@@ -16,7 +16,7 @@ from ._collation import Collation, Range, collation, match
 from ._library import Error
 from ._records import DamagedRecord, Member, Records, parse_layout, records
 from ._stored import (Damaged, Estimate, Stored, compare, convert, decode, encode, estimate, hash,
-                      hash64, match_value, sort_key, to_text, translate, verify)
+                      hash64, match_value, scan, sort_key, to_text, translate, verify)
 from ._types import OLD_TABLE, Language, Option, Type, Versions, language, types, versions
 from ._values import Identity, Moment
 
@@ -37,5 +37,5 @@ __all__ = [
     "IGNORE_SPACE", "IGNORE_SYMBOLS", "Identity", "Language", "Member", "Moment", "OLD_TABLE",
     "ORDER_ONLY", "Option", "Range", "Records", "Stored", "Type", "Versions", "WILDCARDS",
     "collation", "compare", "convert", "decode", "encode", "estimate", "hash", "hash64", "language",
-    "match", "match_value", "parse_layout", "records", "sort_key", "to_text", "translate", "types",
+    "match", "match_value", "parse_layout", "records", "scan", "sort_key", "to_text", "translate", "types",
     "verify", "versions"]

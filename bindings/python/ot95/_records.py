@@ -95,35 +95,49 @@ class _Walk:
     """One walk over records."""
 
     def __init__(self, records: Records) -> None:
+        self.layout, self.form = records.layout, records.form
         self.bytes = ffi.from_buffer(records.data)
         self.size = len(self.bytes)
         self.offset = self.record = 0
-        self.members = [(member, ffi.new("ot95_array*", (
-            member.type.id, records.form, ffi.NULL, 0, member.elements)))
-                        for member in records.layout]
+        self.members = ffi.new("ot95_member[]", [(member.type.id, member.elements)
+                                                 for member in self.layout])
+        self.arrays = ffi.new("ot95_array[]", len(self.layout))
         self.end = ffi.new("size_t*")
 
     def next(self) -> Tuple[Any, ...]:
-        start, values = self.offset, []
-        for member, array in self.members:
-            array.bytes, array.size = self.bytes + self.offset, self.size - self.offset
-            status = lib.ot95_verify(array, self.end)
-            if status != lib.OT95_OK:
-                self._damage(status, member, start)
-            found = decode_array(member.type, array)
+        status = lib.ot95_record(self.members, len(self.layout), self.form,
+                                 self.bytes + self.offset, self.size - self.offset, self.arrays,
+                                 self.end)
+        if status != lib.OT95_OK:
+            self._damage(status)
+        values = []
+        for i, member in enumerate(self.layout):
+            found = decode_array(member.type, self.arrays + i)
             values.append(found[0] if member.elements == 1 else found)
-            self.offset += self.end[0]
+        self.offset += self.end[0]
         self.record += 1
         return tuple(values)
 
-    def _damage(self, status: int, member: Member, start: int) -> None:
+    def _damage(self, status: int) -> None:
         if status not in (lib.OT95_ERR_ENDS, lib.OT95_ERR_DAMAGED):
-            check(status, member.name)
-        at = self.offset + self.end[0]
+            check(status, f"record {self.record}")
+        member, at = self._damaged_member()
         raise DamagedRecord(
-            f"record {self.record}, which begins at offset {start}: in {member.name} "
+            f"record {self.record}, which begins at offset {self.offset}: in {member.name} "
             f"({member.type.name}) {text_of(status)}, good up to offset {at}", status, at,
-            self.record, start, member.name)
+            self.record, self.offset, member.name)
+
+    def _damaged_member(self) -> Tuple[Member, int]:
+        """The first member that isn't good, and up to which offset it is."""
+        at = self.offset
+        for member in self.layout:
+            array = ffi.new("ot95_array*", (member.type.id, self.form, self.bytes + at,
+                                            self.size - at, member.elements))
+            status = lib.ot95_verify(array, self.end)
+            at += self.end[0]
+            if status != lib.OT95_OK:
+                break
+        return member, at
 
 
 def _contents(file: Union[str, "os.PathLike[str]", IO[bytes], bytes]) -> Any:

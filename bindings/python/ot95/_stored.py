@@ -129,7 +129,7 @@ def _scan_options(tag: Optional[str], code_set: Union[None, str, int]) -> Any:
         return ffi.NULL
     return ffi.new("ot95_scan_options*", (
         ffi.sizeof("ot95_scan_options"), 253 if code_set is None else code_set_of(code_set),
-        1 if tag is None else language(tag).number, ffi.NULL))
+        1 if tag is None else language(tag).number, ffi.NULL, 0))
 
 
 def encode(type: AnyType, value: Union[Value, Sequence[Value]], form: AnyForm = "native", *,
@@ -381,3 +381,33 @@ def to_text(type: AnyType, value: Given, format: Optional[str] = None) -> str:
     stored = operand(type, value, 1)
     kept = ffi.NULL if format is None else ffi.new("char[]", utf8("format", format))
     return give(stored.type.name, lib.ot95_print, _array(stored), 0, kept).decode()
+
+
+def scan(type: AnyType, text: str, format: Optional[str] = None, *, lenient: bool = False) -> Any:
+    """The value that a text says, in the type's own format, another one, or in ISO 8601 form.
+
+    :param lenient: takes what the type makes of a text that it wraps, cuts or makes up.
+    :raises Error: a ValueError, for a text that says no such value.
+
+    >>> ot95.scan("OtDate", "2000-01-02")
+    datetime.date(2000, 1, 2)
+    >>> ot95.scan("short", "99999")
+    Traceback (most recent call last):
+      ...
+    ot95.Error: short: expected a text that says such a value (%hd), found '99999'
+    """
+    kind = type_of(type)
+    data = utf8(kind.name, text)
+    kept = ffi.NULL if format is None else ffi.new("char[]", utf8("format", format))
+    options = ffi.new("ot95_scan_options*", (ffi.sizeof("ot95_scan_options"), 253, 1, kept,
+                                             0 if lenient else lib.OT95_STRICT))
+    held = ffi.from_buffer(data)
+    span = ffi.new("ot95_span*", (held, len(data)))
+    try:
+        stored = give(kind.name, lib.ot95_scan, kind.id, span, 1, options, 1)
+    except Error as error:
+        if error.status != lib.OT95_ERR_VALUE:
+            raise
+        raise Error(f"{kind.name}: expected a text that says such a value "
+                    f"({format or kind.format}), found {text!r}", error.status) from None
+    return decode(Stored(stored, kind))

@@ -94,6 +94,8 @@ def test_is_refused(name, value, expected):
     (lambda: ot95.decode("OtString", b"\6\0\xff\xff\xff\xff"), "OtString: "),
     (lambda: ot95.estimate("short", 1, "=="), "expected a relation"),
     (lambda: ot95.compare("short", ot95.encode("long", 1), 1), "expected a stored short"),
+    (lambda: ot95.scan("OtDate", "2000-13-45"), "expected a text that says such a value"),
+    (lambda: ot95.scan("short", "1", "%q%q%q"), "short: "),
     (lambda: ot95.collation("xx"), "a language's tag"),
     (lambda: ot95.collation("sv", ot95.WILDCARDS), "without ot95.WILDCARDS"),
     (lambda: ot95.types["shrot"], "the nearest is 'short'"),
@@ -102,6 +104,21 @@ def test_bad_calls_say_what_was_expected(call, expected):
     with pytest.raises((ValueError, KeyError)) as error:
         call()
     assert expected in str(error.value)
+
+
+@pytest.mark.parametrize("name, text, format, value", [
+    ("OtDate", "Sun 02.Jan 2000", None, date(2000, 1, 2)),
+    ("OtDate", "02/01/2000", "%d/%m/%Y", date(2000, 1, 2)),
+    ("OtNull_long", "{NULL}", None, None),
+    ("OtString", "Åmål", None, "Åmål"),
+    ("OtDateTime", "2000-01-02T23:59:58", None, datetime(2000, 1, 2, 23, 59, 58)),
+])
+def test_texts_are_read(name, text, format, value):
+    assert ot95.scan(name, text, format) == value
+
+
+def test_texts_are_read_as_the_type_does():
+    assert ot95.scan("short", "99999", lenient=True) == 99999 - 2**17  # it wraps
 
 
 def test_fields_of_no_calendar_come_as_they_are():
