@@ -368,7 +368,6 @@ long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
   }
   const bool matches = (cmpOp & OT_CMP_NO_WILDCARDS) == 0;
   const unsigned short readable = std::min(memLen_, other.memLen_);
-  std::size_t at = 0;
   const auto labels = [this](unsigned short bytes) -> ot95::TextLabels {
     return {bytes, codeSet_, language_};
   };
@@ -376,16 +375,11 @@ long OtString::Compare(const OtString& other, unsigned short cmpOp) const {
     const ot95::WideKeys keys{ot95::FinishedKeys::Known(language_)};
     if (keys.keys == nullptr) return ot95::CompareAnyTexts(*this, other, cmpOp);
     if (matches) return ot95::MatchWide(keys, buffer_, other.buffer_, labels(memLen_), cmpOp);
-    const int sign =
-        ot95::SignWhereApart<std::uint16_t>(keys, buffer_, other.buffer_, readable, at);
-    if (sign < ot95::kUndecided) return sign;
-    if (sign == ot95::kSameRank) {
-      return ot95::CompareAlike(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
-    }
-    return ot95::CompareWide(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);
+    return ot95::CompareTerminated(keys, buffer_, other.buffer_, labels(readable), cmpOp);
   }
   const ot95::ByteKeys keys{ot95::FinishedKeys::KnownBytes(codeSet_, language_)};
   if (keys.keys == nullptr || matches) return ot95::CompareAnyTexts(*this, other, cmpOp);
+  std::size_t at = 0;
   const int sign = ot95::SignWhereApart<std::uint8_t>(keys, buffer_, other.buffer_, readable, at);
   if (sign < ot95::kUndecided) return sign;
   return ot95::CompareNarrow(keys, buffer_, other.buffer_, labels(readable), cmpOp, at);

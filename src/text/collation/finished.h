@@ -66,7 +66,8 @@ template <class Unit>
 }
 
 /// TakeKeys with the keys known. @param bounded whether the text may end without a terminator.
-template <class Unit, bool bounded, class Take>
+/// @param makes whether keys are made; a caller for whom another way does that takes no call.
+template <class Unit, bool bounded, bool makes = true, class Take>
 [[gnu::always_inline]] inline bool TakeKeysOf(const KeysOf<Unit> keys, const TextSpan& text,
                                               Take&& take) {
   const auto unitAt = [end = text.end](const char* place) {
@@ -86,6 +87,7 @@ template <class Unit, bool bounded, class Take>
   for (; unit != 0; unit = unitAt(place += sizeof(Unit))) takeKey(keys.At(unit));
   if ((flags & (kJoins | kOpens)) == 0) [[likely]]
     return true;
+  if (!makes) return false;
   for (place = text.text; (unit = unitAt(place)) != 0; place += sizeof(Unit)) keys.Make(unit);
   return false;
 }

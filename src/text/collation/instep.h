@@ -70,6 +70,18 @@ long CompareAlike(WideKeys keys, const char* text1, const char* text2, TextLabel
 long CompareNarrow(ByteKeys keys, const char* text1, const char* text2, TextLabels labels,
                    unsigned short cmpOp, std::size_t at);
 
+/// Compares two terminated Unicode texts in the machine's order. Most need no more than the first
+/// letters that differ: these take no call.
+[[gnu::always_inline]] inline long CompareTerminated(WideKeys keys, const char* text1,
+                                                     const char* text2, TextLabels labels,
+                                                     unsigned short cmpOp) {
+  std::size_t at = 0;
+  const int sign = SignWhereApart<std::uint16_t>(keys, text1, text2, labels.readable, at);
+  if (sign < kUndecided) return sign;
+  return sign == kSameRank ? CompareAlike(keys, text1, text2, labels, cmpOp, at)
+                           : CompareWide(keys, text1, text2, labels, cmpOp, at);
+}
+
 /// Compares any two texts that run in step. @return a sign, or kUndecided.
 long CompareInStep(const TextSpan& text1, const TextSpan& text2, unsigned short cmpOp);
 

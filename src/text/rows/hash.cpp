@@ -91,6 +91,19 @@ template unsigned long HashStrings<true>(unsigned char, unsigned long, void*, un
 
 }  // namespace ot95
 
+namespace ot95 {
+namespace {
+
+[[gnu::noinline]] unsigned long HashAnyText(unsigned char codeSet, unsigned char language,
+                                            const char* text, long length, unsigned char format) {
+  if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();
+  const bool reversed = format != 0xff && IsReversed(format) && codeSet != OT_CS_ORDER;
+  return HashText(TextSpan::Terminated(text, codeSet, language, reversed), length);
+}
+
+}  // namespace
+}  // namespace ot95
+
 /// Most are asked for of whole Unicode texts in the machine's order, which need no more than keys.
 unsigned long HashString(unsigned char codeSet, unsigned char language, const char* text,
                          long length, unsigned char format) {
@@ -99,14 +112,11 @@ unsigned long HashString(unsigned char codeSet, unsigned char language, const ch
   if (codeSet == OT_CS_UNICODE && keys != nullptr && text != nullptr && length < 0 && !reversed) {
     std::uint32_t hash = 0;
     const auto span = ot95::TextSpan::Terminated(text, codeSet, language);
-    const bool whole = ot95::TakeKeysOf<std::uint16_t, false>(
+    const bool whole = ot95::TakeKeysOf<std::uint16_t, false, false>(
         {keys}, span, [&](std::uint32_t key) { hash = hash * 9 + (key & ot95::kKeyBits); });
     if (whole) return hash;
   }
-  if (codeSet == OT_CS_DEFAULT) codeSet = OtLanguageContext::GetDefault8CodeSet();
-  return ot95::HashText(
-      ot95::TextSpan::Terminated(text, codeSet, language, reversed && codeSet != OT_CS_ORDER),
-      length);
+  return ot95::HashAnyText(codeSet, language, text, length, format);
 }
 
 unsigned long HashOtString(const OtString& text) {

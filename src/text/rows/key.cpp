@@ -109,15 +109,15 @@ std::size_t BuildKey(unsigned char* target, std::size_t room, unsigned char targ
 std::size_t BuildPlainKey(unsigned char* target, std::size_t room, unsigned char targetFormat,
                           const OtString& string) {
   const FinishedKeys* const keys = FinishedKeys::Known(string.GetLanguageCode());
-  const unsigned bytes = string.MemLen();
+  const std::size_t bytes = string.MemLen();
   if (string.GetCodeSetCode() != OT_CS_UNICODE || keys == nullptr || bytes == 0) return 0;
   if (room < bytes + kHeaderSize + kTerminatorSize) return 0;
   const int turns = TurnsOf(targetFormat);
-  const TextSpan text = TextSpan::Of(string);
+  const auto text = TextSpan::Terminated(TextAccess::Buffer(string), OT_CS_UNICODE, 0);
   if (LoadWide(text.text + bytes - 2) != 0) return 0;  // longer than its member says
   const Words words = WriteByKeys(
       reinterpret_cast<char*>(target) + kHeaderSize, turns,
-      [&](auto&& take) { return TakeKeysOf<std::uint16_t, false>({keys}, text, take); });
+      [&](auto&& take) { return TakeKeysOf<std::uint16_t, false, false>({keys}, text, take); });
   return words.bytes == 0 ? 0 : Frame(target, turns, words);
 }
 
