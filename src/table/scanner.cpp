@@ -120,7 +120,7 @@ void* Converted(OtTypeMgr& manager, char type, const char* text) {
 
 using namespace ot95;
 
-class OtStrictScanner::Impl {
+class [[gnu::visibility("hidden")]] OtStrictScanner::Impl {
  public:
   Impl(OtTypeMgr& manager, char type, const char* format)
       : manager_(manager), type_(type), rowFormat_(manager.ExchangeFormat(type, nullptr)) {
