@@ -25,7 +25,7 @@ int CompareUnits(const ot95_collation& collation, unsigned wildcards, const Wide
   };
   if (wildcards != 0) return Sign(MatchWide(keys, a.text(), b.text(), labels(a.count()), op));
   const std::size_t count = std::min(a.count(), b.count());
-  return Sign(CompareWide(keys, a.text(), b.text(), labels(count), op));
+  return Sign(CompareWide(keys, a.text(), b.text(), labels(count), op, 0));
 }
 
 /// Compares two texts in UTF-8 as units. @param wildcards OT_CMP_NO_WILDCARDS for a pattern, else
