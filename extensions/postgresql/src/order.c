@@ -68,14 +68,13 @@ const char* OtTagOf(OtOrder order) {
   return language.tag;
 }
 
-const ot95_collation* OtCollation(OtOrder order) {
-  static ot95_collation* collations[1 << OT_ORDER_BITS];
-  if (order >= lengthof(collations)) OtCheck(OT95_ERR_DAMAGED, "the order of an ottext");
-  if (collations[order] == NULL) {
-    OtCheck(ot95_collation_open(OtTagOf(order), OtOptionsOf(order), &collations[order]),
-            "the order of an ottext");
-  }
-  return collations[order];
+ot95_collation* OtCollations[1 << OT_ORDER_BITS];
+
+const ot95_collation* OtOpenCollation(OtOrder order) {
+  if (order >= lengthof(OtCollations)) OtCheck(OT95_ERR_DAMAGED, "the order of an ottext");
+  OtCheck(ot95_collation_open(OtTagOf(order), OtOptionsOf(order), &OtCollations[order]),
+          "the order of an ottext");
+  return OtCollations[order];
 }
 
 unsigned OtParseOptions(const char* names, unsigned allowed) {

@@ -259,6 +259,7 @@ static void VisitAll(List* relations, Visit visit, void* context) {
     Ordered ordered;
     HeapTuple record;
     if (!ReadOrdered(lfirst_oid(cell), &ordered)) continue;
+    if (ordered.kind == RELKIND_PARTITIONED_INDEX) continue; /* its parts count */
     record = FindRecord(records, ordered.relation);
     visit(records, &ordered, RecordedOrders(records, record, ordered.filenode), context);
   }
@@ -280,7 +281,7 @@ pg_attribute_noreturn() static void Refuse(const Ordered* ordered, const char* r
                           : errmsg("index \"%s\" is in another order than this library's", name),
                   errdetail("It was built with %s, and the library has %s.", recorded,
                             OrdersNow(ordered->relation, ordered->kind)),
-                  isTable ? errhint("Load \"%s\" anew, or use the library it was loaded with.", name)
+                  isTable ? errhint("Attach its partitions to a new table, which checks their rows.")
                           : errhint("REINDEX INDEX %s;", quote_identifier(name))));
   pg_unreachable();
 }
@@ -313,12 +314,15 @@ static bool CheckNode(PlanState* node, void* context) {
 }
 
 static void CheckTarget(Relation table) {
+  const Oid relation = RelationGetRelid(table);
   ListCell* cell;
+  if (hash_search(checked, &relation, HASH_FIND, NULL) != NULL) return;
   foreach (cell, RelationGetIndexList(table)) {
     Relation index = index_open(lfirst_oid(cell), AccessShareLock);
     CheckIndex(index);
     index_close(index, AccessShareLock);
   }
+  hash_search(checked, &relation, HASH_ENTER, NULL);
 }
 
 static void CheckPlan(QueryDesc* query) {
