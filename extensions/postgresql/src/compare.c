@@ -121,8 +121,8 @@ typedef struct SortState {
   bool isKnown;
 } SortState;
 
-/* The first bytes of the key. There is nothing to abort: making them costs no more than a comparison
-   or two, and where all are the same nothing else is lost. */
+/* The first bytes of the key. There is nothing to abort: making them costs no more than a
+   comparison or two, and where all are the same nothing else is lost. */
 static Datum Abbreviate(Datum original, SortSupport ssup) {
   SortState* state = ssup->ssup_extra;
   OtView view = OtViewOf(original);

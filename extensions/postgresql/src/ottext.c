@@ -50,10 +50,10 @@ void OtCheckSize(const char* text, size_t size) {
     units += byte >= 0xf0;
   }
   if (units <= OT_MOST_UNITS) return;
-  ereport(ERROR, (errcode(ERRCODE_STRING_DATA_RIGHT_TRUNCATION),
-                  errmsg("value too long for type ottext"),
-                  errdetail("A value has at most %d units of UTF-16; this one has %zu.",
-                            OT_MOST_UNITS, units)));
+  ereport(ERROR,
+          (errcode(ERRCODE_STRING_DATA_RIGHT_TRUNCATION), errmsg("value too long for type ottext"),
+           errdetail("A value has at most %d units of UTF-16; this one has %zu.", OT_MOST_UNITS,
+                     units)));
 }
 
 /* A value of a text that comes from elsewhere. */

@@ -76,8 +76,9 @@ extern ot95_collation* OtCollations[1 << OT_ORDER_BITS]; /**< Those that were op
 extern const ot95_collation* OtOpenCollation(OtOrder order);
 /** Kept as long as the process runs. */
 static inline const ot95_collation* OtCollation(OtOrder order) {
-  return likely(order < lengthof(OtCollations) && OtCollations[order] != NULL) ? OtCollations[order]
-                                                                              : OtOpenCollation(order);
+  return likely(order < lengthof(OtCollations) && OtCollations[order] != NULL)
+             ? OtCollations[order]
+             : OtOpenCollation(order);
 }
 extern const char* OtTagOf(OtOrder order);
 /** "ignore-case,ignore-accent", in memory of the current context; empty without options. */
