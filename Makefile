@@ -42,6 +42,11 @@ cluster: setup-postgresql
 	@scripts/build release $(JOBS) ot95Otms
 	@examples/cluster/run build
 
+# The extension of PostgreSQL in a server that is thrown away, with all examples of its README.
+test-postgresql: setup-postgresql
+	@scripts/build release $(JOBS) ot95Otms
+	@extensions/postgresql/tests/run build
+
 bench: setup-bench
 	@scripts/build release $(JOBS) ot95_bench
 	@scripts/bench
@@ -49,6 +54,10 @@ bench: setup-bench
 bench-sqlite: setup-bench
 	@scripts/build release $(JOBS) ot95_sqlite ot95_sqlite_bench
 	@extensions/sqlite/bench/run build/bin/ot95_sqlite_bench build/lib/ot95.so
+
+bench-postgresql: setup-postgresql
+	@scripts/build release $(JOBS) ot95Otms
+	@extensions/postgresql/bench/run build
 
 # What programs that were built before rely on; accept-abi after a release that may change it.
 check-abi accept-abi: setup-test

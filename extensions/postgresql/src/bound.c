@@ -1,5 +1,5 @@
-// otbound: an end of the stretch of sort keys in which all lies that a pattern means. The planner makes
-// such values where a wildcard is to be found through a B-tree; a table needs none.
+// otbound: an end of the stretch of sort keys in which all lies that a pattern means. The planner
+// makes such values where a wildcard is to be found through a B-tree; a table needs none.
 #include "postgres.h"
 
 #include "utils/builtins.h"
@@ -18,7 +18,8 @@ PG_FUNCTION_INFO_V1(ottext_lt_bound);
 
 OtBound* OtMakeBound(const OtView* pattern, bool isUpper) {
   unsigned char lowerBytes[OT_BOUND_ROOM], upperBytes[OT_BOUND_ROOM];
-  ot95_buffer lower = {lowerBytes, sizeof lowerBytes, 0}, upper = {upperBytes, sizeof upperBytes, 0};
+  ot95_buffer lower = {lowerBytes, sizeof lowerBytes, 0},
+              upper = {upperBytes, sizeof upperBytes, 0};
   OtBound* bound;
   if (pattern->order == OT_NO_ORDER) OtRefuseWithoutOrder();
   OtCheck(ot95_collation_range(OtCollation(pattern->order), pattern->text, pattern->size, &lower,
@@ -70,10 +71,10 @@ static int Compare(Datum value, Datum end) {
   int sign;
   if (bound->isUpper && !bound->isLimited) return -1;
   OtKeyOf(OtMeet(view.order, bound->order), &view, &key);
-  sign = bound->isUpper ? OtCompareBytes(key.bytes, key.size, bound->bytes + bound->lowerSize,
-                                         OtUpperSize(bound))
-                        : OtCompareBytes(key.bytes, key.size, bound->bytes,
-                                         (size_t)bound->lowerSize);
+  sign =
+      bound->isUpper
+          ? OtCompareBytes(key.bytes, key.size, bound->bytes + bound->lowerSize, OtUpperSize(bound))
+          : OtCompareBytes(key.bytes, key.size, bound->bytes, (size_t)bound->lowerSize);
   OtFreeKey(&key);
   OtRelease(&view);
   return sign;

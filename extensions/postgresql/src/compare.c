@@ -20,17 +20,20 @@ PG_FUNCTION_INFO_V1(ottext_hash_extended);
 PG_FUNCTION_INFO_V1(ottext_larger);
 PG_FUNCTION_INFO_V1(ottext_smaller);
 
-int OtCompareTexts(OtOrder order, const OtView* a, const OtView* b) {
-  int sign;
+static int Compare(const OtView* a, const OtView* b) {
+  const OtOrder order = likely(a->order == b->order && a->order != OT_NO_ORDER)
+                            ? a->order
+                            : OtMeet(a->order, b->order);
+  int sign = 0, status;
   if (a->size == b->size && memcmp(a->text, b->text, a->size) == 0) return 0;
-  OtCheck(ot95_collation_compare(OtCollation(order), a->text, a->size, b->text, b->size, &sign),
-          "comparison of ottext");
+  status = ot95_collation_compare(OtCollation(order), a->text, a->size, b->text, b->size, &sign);
+  if (unlikely(status != OT95_OK)) OtCheck(status, "comparison of ottext");
   return sign;
 }
 
 int OtCompareValues(Datum a, Datum b) {
-  OtView first = OtViewOf(a), second = OtViewOf(b);
-  const int sign = OtCompareTexts(OtMeet(first.order, second.order), &first, &second);
+  const OtView first = OtViewOf(a), second = OtViewOf(b);
+  const int sign = Compare(&first, &second);
   OtRelease(&first);
   OtRelease(&second);
   return sign;
@@ -118,8 +121,8 @@ typedef struct SortState {
   bool isKnown;
 } SortState;
 
-/* The first bytes of the key. There is nothing to abort: making them costs no more than a comparison
-   or two, and where all are the same nothing else is lost. */
+/* The first bytes of the key. There is nothing to abort: making them costs no more than a
+   comparison or two, and where all are the same nothing else is lost. */
 static Datum Abbreviate(Datum original, SortSupport ssup) {
   SortState* state = ssup->ssup_extra;
   OtView view = OtViewOf(original);

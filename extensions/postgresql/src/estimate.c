@@ -1,5 +1,5 @@
-// What a query planner expects of < <= > >= =~ and !=~: the most common values are tried, and between two
-// values of the histogram a value has its place by its sort key.
+// What a query planner expects of < <= > >= =~ and !=~: the most common values are tried, and
+// between two values of the histogram a value has its place by its sort key.
 #include "postgres.h"
 
 #include <math.h>
@@ -38,8 +38,8 @@ typedef struct Histogram {
 
 static bool OpenHistogram(VariableStatData* variable, OtOrder order, Histogram* histogram) {
   if (!HeapTupleIsValid(variable->statsTuple) ||
-      !get_attstatsslot(&histogram->slot, variable->statsTuple, STATISTIC_KIND_HISTOGRAM, InvalidOid,
-                        ATTSTATSSLOT_VALUES)) {
+      !get_attstatsslot(&histogram->slot, variable->statsTuple, STATISTIC_KIND_HISTOGRAM,
+                        InvalidOid, ATTSTATSSLOT_VALUES)) {
     return false;
   }
   histogram->order = order;
@@ -96,8 +96,8 @@ static double ShareBelow(const Histogram* histogram, Place place) {
   if (low == histogram->slot.nvalues) return 1;
   KeyAt(histogram, low - 1, &before);
   KeyAt(histogram, low, &behind);
-  share = (low - 1 + Between((Place){before.bytes, before.size}, (Place){behind.bytes, behind.size},
-                             place)) /
+  share = (low - 1 +
+           Between((Place){before.bytes, before.size}, (Place){behind.bytes, behind.size}, place)) /
           (histogram->slot.nvalues - 1);
   OtFreeKey(&before);
   OtFreeKey(&behind);
@@ -130,7 +130,7 @@ static double ShareOfOne(VariableStatData* variable, double common) {
 /** A comparison of a column with a value. */
 typedef struct Comparison {
   StrategyNumber strategy; /**< With the column on the left. */
-  Oid operator;            /**< As it is written. */
+  Oid op;                  /**< As it is written. */
   bool isColumnLeft;
   Datum value;
 } Comparison;
@@ -149,7 +149,7 @@ static double ComparisonShare(VariableStatData* variable, const Comparison* comp
   Histogram histogram;
   OtView view = OtViewOf(comparison->value);
   if (!HeapTupleIsValid(variable->statsTuple)) return DEFAULT_INEQ_SEL;
-  fmgr_info(get_opcode(comparison->operator), &function);
+  fmgr_info(get_opcode(comparison->op), &function);
   share = mcv_selectivity(variable, &function, InvalidOid, comparison->value,
                           comparison->isColumnLeft, &common);
   if (OpenHistogram(variable, view.order, &histogram)) {
@@ -169,8 +169,8 @@ static double ComparisonShare(VariableStatData* variable, const Comparison* comp
   return share + within * Max(1 - common - NullShare(variable), 0);
 }
 
-static StrategyNumber StrategyOf(Oid operator) {
-  const RegProcedure estimator = get_oprrest(operator);
+static StrategyNumber StrategyOf(Oid op) {
+  const RegProcedure estimator = get_oprrest(op);
   char* name = OidIsValid(estimator) ? get_func_name(estimator) : NULL;
   if (name == NULL) return InvalidStrategy;
   if (strcmp(name, "ottext_ltsel") == 0) return BTLessStrategyNumber;
@@ -185,12 +185,12 @@ static StrategyNumber Commuted(StrategyNumber strategy) {
 }
 
 /** Reads a clause as a comparison of the column with a known value. */
-static bool ReadComparison(PlannerInfo* root, Node* clause, int varRelid, VariableStatData* variable,
-                           Comparison* comparison) {
+static bool ReadComparison(PlannerInfo* root, Node* clause, int varRelid,
+                           VariableStatData* variable, Comparison* comparison) {
   Node* other;
   if (!is_opclause(clause) || list_length(((OpExpr*)clause)->args) != 2) return false;
-  comparison->operator = ((OpExpr*)clause)->opno;
-  comparison->strategy = StrategyOf(comparison->operator);
+  comparison->op = ((OpExpr*)clause)->opno;
+  comparison->strategy = StrategyOf(comparison->op);
   if (comparison->strategy == InvalidStrategy ||
       !get_restriction_variable(root, ((OpExpr*)clause)->args, varRelid, variable, &other,
                                 &comparison->isColumnLeft)) {
@@ -206,7 +206,8 @@ static bool ReadComparison(PlannerInfo* root, Node* clause, int varRelid, Variab
   return false;
 }
 
-/** The share of the rows above a lower end, of which a clause tells the upper one; 1 without one. */
+/** The share of the rows above a lower end, of which a clause tells the upper one; 1 without one.
+ */
 static double ShareOfPartner(PlannerInfo* root, VariableStatData* variable, int varRelid) {
   double share = 1;
   ListCell* cell;
@@ -224,8 +225,9 @@ static double ShareOfPartner(PlannerInfo* root, VariableStatData* variable, int 
   return share;
 }
 
-/* The server multiplies what clauses let through. Two that hold a column from both sides don't depend on
-   chance: the upper one answers what it leaves of the lower one, so that the product is right. */
+/* The server multiplies what clauses let through. Two that hold a column from both sides don't
+   depend on chance: the upper one answers what it leaves of the lower one, so that the product is
+   right. */
 static double ShareWithPartner(PlannerInfo* root, VariableStatData* variable, int varRelid,
                                const Comparison* comparison) {
   const double share = ComparisonShare(variable, comparison);
@@ -240,7 +242,8 @@ static double ShareWithPartner(PlannerInfo* root, VariableStatData* variable, in
 static Datum EstimateComparison(FunctionCallInfo fcinfo) {
   PlannerInfo* root = (PlannerInfo*)PG_GETARG_POINTER(0);
   const int varRelid = PG_GETARG_INT32(3);
-  OpExpr clause = {.xpr.type = T_OpExpr, .opno = PG_GETARG_OID(1), .args = (List*)PG_GETARG_POINTER(2)};
+  OpExpr clause = {
+      .xpr.type = T_OpExpr, .opno = PG_GETARG_OID(1), .args = (List*)PG_GETARG_POINTER(2)};
   VariableStatData variable;
   Comparison comparison;
   double share;
@@ -272,13 +275,13 @@ Datum ottext_gesel(PG_FUNCTION_ARGS) {
 static void SharesOfRange(const Histogram* histogram, const OtBound* range, double* from,
                           double* to) {
   *from = ShareBelow(histogram, (Place){range->bytes, (size_t)range->lowerSize});
-  *to = range->isLimited ? ShareBelow(histogram, (Place){range->bytes + range->lowerSize,
-                                                         OtUpperSize(range)})
-                         : 1;
+  *to = range->isLimited
+            ? ShareBelow(histogram, (Place){range->bytes + range->lowerSize, OtUpperSize(range)})
+            : 1;
 }
 
-/** Whether all that lies in the range of a pattern matches it: its one wildcard is a star at the end,
-    and nothing but letters counts. */
+/** Whether all that lies in the range of a pattern matches it: its one wildcard is a star at the
+   end, and nothing but letters counts. */
 static bool IsOnlyPrefix(const OtView* pattern) {
   const unsigned letters = OT95_IGNORE_CASE | OT95_IGNORE_ACCENT;
   const char* end = pattern->text + pattern->size;
@@ -302,7 +305,8 @@ static double GuessOfRest(const OtView* pattern) {
   return share;
 }
 
-/** The share of the histogram's values in a range that match: asked where there are enough of them. */
+/** The share of the histogram's values in a range that match: asked where there are enough of them.
+ */
 static double ShareOfRest(const Histogram* histogram, FmgrInfo* match, Datum value,
                           const OtView* pattern, double from, double to) {
   const int first = (int)ceil(from * (histogram->slot.nvalues - 1));
@@ -334,8 +338,8 @@ static double MatchShare(VariableStatData* variable, FmgrInfo* match, Datum valu
   return share + within * Max(1 - common - NullShare(variable), 0);
 }
 
-/** @param operator =~ itself, of which the share is asked also for its negator. */
-static double EstimateMatch(FunctionCallInfo fcinfo, Oid operator, double* nulls) {
+/** @param op =~ itself, of which the share is asked also for its negator. */
+static double EstimateMatch(FunctionCallInfo fcinfo, Oid op, double* nulls) {
   VariableStatData variable;
   Node* other;
   bool isColumnLeft;
@@ -349,7 +353,7 @@ static double EstimateMatch(FunctionCallInfo fcinfo, Oid operator, double* nulls
     FmgrInfo match;
     const Const* constant = (const Const*)other;
     *nulls = NullShare(&variable);
-    fmgr_info(get_opcode(operator), &match);
+    fmgr_info(get_opcode(op), &match);
     share = constant->constisnull ? 0 : MatchShare(&variable, &match, constant->constvalue);
   }
   ReleaseVariableStats(variable);
@@ -367,8 +371,8 @@ Datum ottext_nmatchsel(PG_FUNCTION_ARGS) {
   PG_RETURN_FLOAT8(Confine(1 - nulls - share));
 }
 
-/** An end of a pattern's range. As the two ends come in a pair, the upper one answers what it leaves of
-    what the lower one lets through. */
+/** An end of a pattern's range. As the two ends come in a pair, the upper one answers what it
+   leaves of what the lower one lets through. */
 Datum ottext_boundsel(PG_FUNCTION_ARGS) {
   VariableStatData variable;
   Node* other;

@@ -1,5 +1,5 @@
-// otobjid, otclassid, otref, otseal: identifiers of an object database as types. A value is its stored
-// bytes, most significant first, of one size for all.
+// otobjid, otclassid, otref, otseal: identifiers of an object database as types. A value is its
+// stored bytes, most significant first, of one size for all.
 #include "postgres.h"
 
 #include "libpq/pqformat.h"
@@ -21,7 +21,8 @@ typedef struct Identity {
 
 static ot95_array ArrayOf(Identity* identity, Datum value) {
   if (identity->type < 0) identity->type = OtTypeNamed(identity->name);
-  return (ot95_array){identity->type, OT95_FORM_BIG_ENDIAN, DatumGetPointer(value), identity->size, 1};
+  return (ot95_array){identity->type, OT95_FORM_BIG_ENDIAN, DatumGetPointer(value), identity->size,
+                      1};
 }
 
 pg_attribute_noreturn() static void Refuse(const Identity* identity, const char* text) {
@@ -51,8 +52,9 @@ static Datum Checked(Identity* identity, const void* bytes, size_t size) {
   char* value = palloc(identity->size);
   ot95_array array;
   if (size != identity->size) {
-    ereport(ERROR, (errcode(ERRCODE_INVALID_BINARY_REPRESENTATION),
-                    errmsg("a stored %s has %zu bytes, not %zu", identity->name, identity->size, size)));
+    ereport(ERROR,
+            (errcode(ERRCODE_INVALID_BINARY_REPRESENTATION),
+             errmsg("a stored %s has %zu bytes, not %zu", identity->name, identity->size, size)));
   }
   memcpy(value, bytes, size);
   array = ArrayOf(identity, PointerGetDatum(value));
@@ -125,17 +127,17 @@ static void Prepare(Identity* identity, SortSupport ssup) {
 #endif
 }
 
-#define OT_FUNCTION(name, body)     \
-  PG_FUNCTION_INFO_V1(name);        \
-  Datum name(PG_FUNCTION_ARGS) {    \
-    body;                           \
+#define OT_FUNCTION(name, body)  \
+  PG_FUNCTION_INFO_V1(name);     \
+  Datum name(PG_FUNCTION_ARGS) { \
+    body;                        \
   }
 
 #define OT_ARGUMENT(n) PG_GETARG_DATUM(n)
 
-#define OT_COMPARISON(type, name, operator)                                                       \
-  OT_FUNCTION(type##_##name,                                                                      \
-              PG_RETURN_BOOL(Compare(&type##Facts, OT_ARGUMENT(0), OT_ARGUMENT(1)) operator 0))
+#define OT_COMPARISON(type, name, relation) \
+  OT_FUNCTION(type##_##name,                \
+              PG_RETURN_BOOL(Compare(&type##Facts, OT_ARGUMENT(0), OT_ARGUMENT(1)) relation 0))
 
 #define OT_IDENTITY(type, libraryName, bytes)                                                     \
   static Identity type##Facts = {libraryName, bytes, -1};                                         \
@@ -152,8 +154,7 @@ static void Prepare(Identity* identity, SortSupport ssup) {
   OT_COMPARISON(type, le, <=)                                                                     \
   OT_COMPARISON(type, gt, >)                                                                      \
   OT_COMPARISON(type, ge, >=)                                                                     \
-  OT_FUNCTION(type##_cmp,                                                                         \
-              PG_RETURN_INT32(Compare(&type##Facts, OT_ARGUMENT(0), OT_ARGUMENT(1))))             \
+  OT_FUNCTION(type##_cmp, PG_RETURN_INT32(Compare(&type##Facts, OT_ARGUMENT(0), OT_ARGUMENT(1)))) \
   OT_FUNCTION(type##_hash, PG_RETURN_UINT32((uint32)Hash(&type##Facts, OT_ARGUMENT(0), 0)))       \
   OT_FUNCTION(type##_hash_extended,                                                               \
               PG_RETURN_UINT64(Hash(&type##Facts, OT_ARGUMENT(0), (uint64)PG_GETARG_INT64(1))))   \

@@ -7,8 +7,8 @@
 #include "catalog/pg_type.h"
 #include "nodes/makefuncs.h"
 #include "nodes/nodeFuncs.h"
-#include "nodes/supportnodes.h"
 #include "nodes/pathnodes.h"
+#include "nodes/supportnodes.h"
 #include "optimizer/optimizer.h"
 #include "utils/builtins.h"
 #include "utils/lsyscache.h"
@@ -44,19 +44,18 @@ Datum ottext_nmatch(PG_FUNCTION_ARGS) {
 static Expr* MakeBoundCondition(SupportRequestIndexCondition* request, Node* column, Expr* pattern,
                                 const char* function, StrategyNumber strategy) {
   const Oid type = OtTypeOid();
-  const Oid boundType =
-      GetSysCacheOid2(TYPENAMENSP, Anum_pg_type_oid, CStringGetDatum("otbound"),
-                      ObjectIdGetDatum(OtSchemaOid()));
-  const Oid operator= get_opfamily_member(request->opfamily, type, boundType, strategy);
+  const Oid boundType = GetSysCacheOid2(TYPENAMENSP, Anum_pg_type_oid, CStringGetDatum("otbound"),
+                                        ObjectIdGetDatum(OtSchemaOid()));
+  const Oid op = get_opfamily_member(request->opfamily, type, boundType, strategy);
   oidvector* types = buildoidvector(&type, 1);
   const Oid maker = GetSysCacheOid3(PROCNAMEARGSNSP, Anum_pg_proc_oid, CStringGetDatum(function),
                                     PointerGetDatum(types), ObjectIdGetDatum(OtSchemaOid()));
   Expr* end;
-  if (!OidIsValid(operator) || !OidIsValid(maker)) return NULL;
-  end = (Expr*)makeFuncExpr(maker, boundType, list_make1(copyObject(pattern)), InvalidOid, InvalidOid,
-                            COERCE_EXPLICIT_CALL);
+  if (!OidIsValid(op) || !OidIsValid(maker)) return NULL;
+  end = (Expr*)makeFuncExpr(maker, boundType, list_make1(copyObject(pattern)), InvalidOid,
+                            InvalidOid, COERCE_EXPLICIT_CALL);
   end = (Expr*)eval_const_expressions(request->root, (Node*)end);
-  return make_opclause(operator, BOOLOID, false, (Expr*)column, end, InvalidOid, InvalidOid);
+  return make_opclause(op, BOOLOID, false, (Expr*)column, end, InvalidOid, InvalidOid);
 }
 
 /** Whether it is known that the pattern has an order when the plan runs. */
@@ -76,8 +75,7 @@ static Node* IndexConditions(SupportRequestIndexCondition* request) {
   if (request->index->relam != BTREE_AM_OID) return NULL;
   column = linitial(arguments);
   pattern = lsecond(arguments);
-  if (!HasOrder(pattern) ||
-      !is_pseudo_constant_for_index(request->root, pattern, request->index)) {
+  if (!HasOrder(pattern) || !is_pseudo_constant_for_index(request->root, pattern, request->index)) {
     return NULL;
   }
   from = MakeBoundCondition(request, column, (Expr*)pattern, "ottext_lower_bound",

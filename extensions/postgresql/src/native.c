@@ -41,7 +41,8 @@ static const Parts* PartsOf(const char* type) {
 }
 
 pg_attribute_noreturn() static void RefuseType(const ot95_type* type, const char* wanted) {
-  ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("a stored %s is no %s", type->name, wanted)));
+  ereport(ERROR,
+          (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("a stored %s is no %s", type->name, wanted)));
   pg_unreachable();
 }
 
@@ -97,18 +98,20 @@ static DateADT DateOf(const ot95_moment* moment) {
   struct pg_tm tm = {.tm_year = moment->year, .tm_mon = moment->month, .tm_mday = moment->day};
   if (ValidateDate(DTK_M(YEAR) | DTK_M(MONTH) | DTK_M(DAY), true, false, false, &tm) != 0 ||
       !IS_VALID_JULIAN(tm.tm_year, tm.tm_mon, tm.tm_mday)) {
-    ereport(ERROR, (errcode(ERRCODE_DATETIME_FIELD_OVERFLOW),
-                    errmsg("no day of the calendar: %d-%d-%d", moment->year, moment->month, moment->day)));
+    ereport(ERROR,
+            (errcode(ERRCODE_DATETIME_FIELD_OVERFLOW),
+             errmsg("no day of the calendar: %d-%d-%d", moment->year, moment->month, moment->day)));
   }
   return date2j(moment->year, moment->month, moment->day) - POSTGRES_EPOCH_JDATE;
 }
 
 static TimeADT TimeOf(const ot95_moment* moment) {
   if (moment->hour < 0 || moment->hour > 23 || moment->minute < 0 || moment->minute > 59 ||
-      moment->second < 0 || moment->second > 59 || moment->hundredth < 0 || moment->hundredth > 99) {
+      moment->second < 0 || moment->second > 59 || moment->hundredth < 0 ||
+      moment->hundredth > 99) {
     ereport(ERROR, (errcode(ERRCODE_DATETIME_FIELD_OVERFLOW),
-                    errmsg("no time of a day: %d:%d:%d.%d", moment->hour, moment->minute, moment->second,
-                           moment->hundredth)));
+                    errmsg("no time of a day: %d:%d:%d.%d", moment->hour, moment->minute,
+                           moment->second, moment->hundredth)));
   }
   return ((moment->hour * INT64CONST(60) + moment->minute) * 60 + moment->second) * USECS_PER_SEC +
          moment->hundredth * OT_MICROSECONDS_IN_HUNDREDTH;
@@ -118,7 +121,8 @@ Datum ot_date(PG_FUNCTION_ARGS) {
   ot95_moment moment;
   const Parts* parts = DecodeMoment(fcinfo, "date", &moment);
   if (parts == NULL) PG_RETURN_NULL();
-  if (!parts->hasDay) ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no date", parts->type)));
+  if (!parts->hasDay)
+    ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no date", parts->type)));
   PG_RETURN_DATEADT(DateOf(&moment));
 }
 
@@ -126,7 +130,8 @@ Datum ot_time(PG_FUNCTION_ARGS) {
   ot95_moment moment;
   const Parts* parts = DecodeMoment(fcinfo, "time", &moment);
   if (parts == NULL) PG_RETURN_NULL();
-  if (!parts->hasClock) ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no time", parts->type)));
+  if (!parts->hasClock)
+    ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no time", parts->type)));
   PG_RETURN_TIMEADT(TimeOf(&moment));
 }
 
@@ -134,7 +139,8 @@ Datum ot_timestamp(PG_FUNCTION_ARGS) {
   ot95_moment moment;
   const Parts* parts = DecodeMoment(fcinfo, "date and time", &moment);
   if (parts == NULL) PG_RETURN_NULL();
-  if (!parts->hasDay) ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no date", parts->type)));
+  if (!parts->hasDay)
+    ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("%s has no date", parts->type)));
   PG_RETURN_TIMESTAMP(DateOf(&moment) * USECS_PER_DAY + TimeOf(&moment));
 }
 
@@ -160,8 +166,15 @@ static void ReadMoment(const Parts* parts, char* text, ot95_moment* moment) {
   if (fraction % OT_MICROSECONDS_IN_HUNDREDTH != 0 || (!parts->hasHundredths && fraction != 0)) {
     RefuseValue(parts->type, text);
   }
-  *moment = (ot95_moment){tm.tm_year, tm.tm_mon, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec,
-                          fraction / OT_MICROSECONDS_IN_HUNDREDTH, 0, 0};
+  *moment = (ot95_moment){tm.tm_year,
+                          tm.tm_mon,
+                          tm.tm_mday,
+                          tm.tm_hour,
+                          tm.tm_min,
+                          tm.tm_sec,
+                          fraction / OT_MICROSECONDS_IN_HUNDREDTH,
+                          0,
+                          0};
 }
 
 static void ReadValue(const ot95_type* type, char* text, ot95_value* value) {

@@ -68,14 +68,13 @@ const char* OtTagOf(OtOrder order) {
   return language.tag;
 }
 
-const ot95_collation* OtCollation(OtOrder order) {
-  static ot95_collation* collations[1 << OT_ORDER_BITS];
-  if (order >= lengthof(collations)) OtCheck(OT95_ERR_DAMAGED, "the order of an ottext");
-  if (collations[order] == NULL) {
-    OtCheck(ot95_collation_open(OtTagOf(order), OtOptionsOf(order), &collations[order]),
-            "the order of an ottext");
-  }
-  return collations[order];
+ot95_collation* OtCollations[1 << OT_ORDER_BITS];
+
+const ot95_collation* OtOpenCollation(OtOrder order) {
+  if (order >= lengthof(OtCollations)) OtCheck(OT95_ERR_DAMAGED, "the order of an ottext");
+  OtCheck(ot95_collation_open(OtTagOf(order), OtOptionsOf(order), &OtCollations[order]),
+          "the order of an ottext");
+  return OtCollations[order];
 }
 
 unsigned OtParseOptions(const char* names, unsigned allowed) {
@@ -92,10 +91,9 @@ unsigned OtParseOptions(const char* names, unsigned allowed) {
       ++i;
     }
     if (i == lengthof(kOptions)) {
-      ereport(ERROR,
-              (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
-               errmsg("no option of comparison: \"%s\"", pnstrdup(names, length)),
-               errhint("There are %s, separated by commas.", OtOptionNames(allowed))));
+      ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
+                      errmsg("no option of comparison: \"%s\"", pnstrdup(names, length)),
+                      errhint("There are %s, separated by commas.", OtOptionNames(allowed))));
     }
     options |= kOptions[i].option;
     names += length;
@@ -122,8 +120,9 @@ Datum ottext_typmod_in(PG_FUNCTION_ARGS) {
   unsigned language = 0, options = 0;
   deconstruct_array(given, CSTRINGOID, -2, false, TYPALIGN_CHAR, &items, NULL, &count);
   if (count < 1 || count > 2) {
-    ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
-                    errmsg("ottext takes a language and options, as in ottext('sv', 'ignore-case')")));
+    ereport(ERROR,
+            (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
+             errmsg("ottext takes a language and options, as in ottext('sv', 'ignore-case')")));
   }
   if (ot95_language_by_tag(DatumGetCString(items[0]), &language) != OT95_OK) {
     ereport(ERROR, (errcode(ERRCODE_INVALID_PARAMETER_VALUE),
@@ -162,10 +161,9 @@ void OtRefuseWithoutOrder(void) {
 OtOrder OtJoin(OtOrder a, OtOrder b) {
   if (a == b || b == OT_NO_ORDER) return a;
   if (a == OT_NO_ORDER) return b;
-  ereport(ERROR,
-          (errcode(ERRCODE_COLLATION_MISMATCH),
-           errmsg("an ottext%s meets an ottext%s", PrintOrder(a), PrintOrder(b)),
-           errhint("Cast one of them to the type of the other.")));
+  ereport(ERROR, (errcode(ERRCODE_COLLATION_MISMATCH),
+                  errmsg("an ottext%s meets an ottext%s", PrintOrder(a), PrintOrder(b)),
+                  errhint("Cast one of them to the type of the other.")));
 }
 
 OtOrder OtMeet(OtOrder a, OtOrder b) {

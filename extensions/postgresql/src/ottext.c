@@ -26,20 +26,9 @@ PG_FUNCTION_INFO_V1(ottext_position);
 
 #define OT_MOST_UNITS 32765 /* Of 16 bits, in a text that the library takes. */
 
-OtView OtViewOf(Datum value) {
-  struct varlena* fetched = PG_DETOAST_DATUM_PACKED(value);
-  const unsigned char* bytes = (const unsigned char*)VARDATA_ANY(fetched);
-  const size_t size = VARSIZE_ANY_EXHDR(fetched);
-  OtView view = {.fetched = fetched, .stored = DatumGetPointer(value)};
-  if (size < OT_HEADER) OtCheck(OT95_ERR_ENDS, "an ottext");
-  view.order = (OtOrder)(bytes[0] | bytes[1] << 8);
-  view.text = (const char*)bytes + OT_HEADER;
-  view.size = size - OT_HEADER;
-  return view;
-}
-
-void OtRelease(OtView* view) {
-  if ((Pointer)view->fetched != view->stored) pfree(view->fetched);
+void OtRefuseSize(void) {
+  OtCheck(OT95_ERR_ENDS, "an ottext");
+  pg_unreachable();
 }
 
 struct varlena* OtMake(OtOrder order, const char* text, size_t size) {
@@ -61,10 +50,10 @@ void OtCheckSize(const char* text, size_t size) {
     units += byte >= 0xf0;
   }
   if (units <= OT_MOST_UNITS) return;
-  ereport(ERROR, (errcode(ERRCODE_STRING_DATA_RIGHT_TRUNCATION),
-                  errmsg("value too long for type ottext"),
-                  errdetail("A value has at most %d units of UTF-16; this one has %zu.",
-                            OT_MOST_UNITS, units)));
+  ereport(ERROR,
+          (errcode(ERRCODE_STRING_DATA_RIGHT_TRUNCATION), errmsg("value too long for type ottext"),
+           errdetail("A value has at most %d units of UTF-16; this one has %zu.", OT_MOST_UNITS,
+                     units)));
 }
 
 /* A value of a text that comes from elsewhere. */

@@ -38,8 +38,27 @@ typedef struct OtView {
   Pointer stored;
 } OtView;
 
-extern OtView OtViewOf(Datum value);
-extern void OtRelease(OtView* view);
+/** Ends the statement for a value without a header. */
+pg_attribute_noreturn() extern void OtRefuseSize(void);
+
+static inline OtView OtViewOf(Datum value) {
+  const Pointer stored = DatumGetPointer(value);
+  /* Most values are where they can be read. */
+  struct varlena* fetched =
+      VARATT_IS_4B_U(stored) || (VARATT_IS_1B(stored) && !VARATT_IS_1B_E(stored))
+          ? (struct varlena*)stored
+          : PG_DETOAST_DATUM_PACKED(value);
+  const unsigned char* bytes = (const unsigned char*)VARDATA_ANY(fetched);
+  const size_t size = VARSIZE_ANY_EXHDR(fetched);
+  if (unlikely(size < OT_HEADER)) OtRefuseSize();
+  return (OtView){(OtOrder)(bytes[0] | bytes[1] << 8), (const char*)bytes + OT_HEADER,
+                  size - OT_HEADER, fetched, stored};
+}
+
+static inline void OtRelease(const OtView* view) {
+  if ((Pointer)view->fetched != view->stored) pfree(view->fetched);
+}
+
 /** A value of an order. The text has been checked, or comes from a value. */
 extern struct varlena* OtMake(OtOrder order, const char* text, size_t size);
 /** Refuses a text that the library couldn't compare. */
@@ -53,8 +72,14 @@ extern OtOrder OtMeet(OtOrder a, OtOrder b);
 /** As OtMeet, but two literals stay without an order. */
 extern OtOrder OtJoin(OtOrder a, OtOrder b);
 pg_attribute_noreturn() extern void OtRefuseWithoutOrder(void);
+extern ot95_collation* OtCollations[1 << OT_ORDER_BITS]; /**< Those that were opened. */
+extern const ot95_collation* OtOpenCollation(OtOrder order);
 /** Kept as long as the process runs. */
-extern const ot95_collation* OtCollation(OtOrder order);
+static inline const ot95_collation* OtCollation(OtOrder order) {
+  return likely(order < lengthof(OtCollations) && OtCollations[order] != NULL)
+             ? OtCollations[order]
+             : OtOpenCollation(order);
+}
 extern const char* OtTagOf(OtOrder order);
 /** "ignore-case,ignore-accent", in memory of the current context; empty without options. */
 extern char* OtOptionNames(unsigned options);
@@ -62,8 +87,6 @@ extern unsigned OtOptionsOf(OtOrder order);
 /** Options by their names. `allowed` are those that may stand here. */
 extern unsigned OtParseOptions(const char* names, unsigned allowed);
 
-/** Compares two texts by an order. */
-extern int OtCompareTexts(OtOrder order, const OtView* a, const OtView* b);
 extern int OtCompareValues(Datum a, Datum b);
 
 /** Bytes of a sort key, in its own room while that is enough. */

@@ -1,6 +1,6 @@
-// Gives what meets a column the column's order before a query is planned: a literal, a parameter, the
-// members of a list. Comparison would do so as well, but a hash, a partition and an index condition have
-// to know the order of a value by itself.
+// Gives what meets a column the column's order before a query is planned: a literal, a parameter,
+// the members of a list. Comparison would do so as well, but a hash, a partition and an index
+// condition have to know the order of a value by itself.
 #include "postgres.h"
 
 #include "access/genam.h"
@@ -131,8 +131,8 @@ static void MeetArguments(List* arguments) {
 /** The operator of a function of two ottext. */
 static Oid OperatorOf(Oid function) {
   static const char* const names[][2] = {
-      {"ottext_eq", "="},  {"ottext_ne", "<>"}, {"ottext_lt", "<"},     {"ottext_le", "<="},
-      {"ottext_gt", ">"},  {"ottext_ge", ">="}, {"ottext_match", "=~"}, {"ottext_nmatch", "!=~"}};
+      {"ottext_eq", "="}, {"ottext_ne", "<>"}, {"ottext_lt", "<"},     {"ottext_le", "<="},
+      {"ottext_gt", ">"}, {"ottext_ge", ">="}, {"ottext_match", "=~"}, {"ottext_nmatch", "!=~"}};
   const char* name = get_func_name(function);
   for (size_t i = 0; name != NULL && i < lengthof(names); ++i) {
     if (strcmp(names[i][0], name) != 0) continue;
@@ -146,14 +146,14 @@ static Oid OperatorOf(Oid function) {
 /* The bodies of functions are put in their places while a query is planned, after it was walked. */
 Node* OtSimplify(SupportRequestSimplify* request) {
   List* arguments = list_copy(request->fcall->args);
-  Oid operator;
+  Oid op;
   if (!OidIsValid(OtTypeOid())) return NULL;
   MeetArguments(arguments);
   if (equal(arguments, request->fcall->args)) return NULL;
-  operator= OperatorOf(request->fcall->funcid);
-  if (!OidIsValid(operator)) return NULL;
+  op = OperatorOf(request->fcall->funcid);
+  if (!OidIsValid(op)) return NULL;
   arguments = (List*)eval_const_expressions(request->root, (Node*)arguments);
-  return (Node*)make_opclause(operator, BOOLOID, false, linitial(arguments), lsecond(arguments),
+  return (Node*)make_opclause(op, BOOLOID, false, linitial(arguments), lsecond(arguments),
                               InvalidOid, InvalidOid);
 }
 
@@ -173,7 +173,8 @@ static bool Walk(Node* node, void* context) {
   return expression_tree_walker(node, Walk, context);
 }
 
-static PlannedStmt* PlanQuery(Query* query, const char* text, int options, ParamListInfo parameters) {
+static PlannedStmt* PlanQuery(Query* query, const char* text, int options,
+                              ParamListInfo parameters) {
   if (OidIsValid(OtTypeOid())) Walk((Node*)query, NULL);
   return (nextPlanner != NULL ? nextPlanner : standard_planner)(query, text, options, parameters);
 }

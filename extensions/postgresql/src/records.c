@@ -1,5 +1,5 @@
-// Records as an old database or file holds them, one behind another, as rows of JSON: of a bytea, or of a
-// large object, which is read piece by piece.
+// Records as an old database or file holds them, one behind another, as rows of JSON: of a bytea,
+// or of a large object, which is read piece by piece.
 #include "postgres.h"
 
 #include "common/jsonapi.h"
@@ -107,9 +107,9 @@ static bool Grow(Window* window) {
   const size_t piece = Max(OT_PIECE, window->size); /* so that a long member is read in few steps */
   bytea* got;
   if (!OidIsValid(window->source)) return false;
-  got = DatumGetByteaPP(
-      DirectFunctionCall3(be_lo_get_fragment, ObjectIdGetDatum(window->source),
-                          Int64GetDatum((int64)window->read), Int32GetDatum((int32)piece)));
+  got = DatumGetByteaPP(DirectFunctionCall3(be_lo_get_fragment, ObjectIdGetDatum(window->source),
+                                            Int64GetDatum((int64)window->read),
+                                            Int32GetDatum((int32)piece)));
   memmove(window->held.data, window->bytes, window->size);
   window->held.len = (int)window->size;
   appendBinaryStringInfo(&window->held, VARDATA_ANY(got), (int)VARSIZE_ANY_EXHDR(got));
@@ -153,15 +153,16 @@ static void AppendElement(StringInfo json, const Member* member, const ot95_arra
   }
   printed = OtPrint(array, index);
   /* A text or a character may look like a number. */
-  if (strcmp(format, "%s") != 0 && strcmp(format, "%c") != 0 && IsValidJsonNumber(printed, (int)strlen(printed))) {
+  if (strcmp(format, "%s") != 0 && strcmp(format, "%c") != 0 &&
+      IsValidJsonNumber(printed, (int)strlen(printed))) {
     appendStringInfoString(json, printed);
   } else {
     escape_json(json, printed);
   }
 }
 
-/* The library walks an array up to the element that is asked for. Where all are of a size this walks it
-   here, a step each. */
+/* The library walks an array up to the element that is asked for. Where all are of a size this
+   walks it here, a step each. */
 static void AppendMember(StringInfo json, const Member* member, const ot95_array* array) {
   const bool isFixed = member->type.is_fixed != 0 && member->type.stored_size != 0;
   if (member->count == 1) {
@@ -236,7 +237,8 @@ static bool PutRecord(ReturnSetInfo* result, Window* window, const Layout* layou
 static void PutAll(FunctionCallInfo fcinfo, Window* window) {
   Layout layout = ParseLayout(text_to_cstring(PG_GETARG_TEXT_PP(1)),
                               OtFormNamed(text_to_cstring(PG_GETARG_TEXT_PP(2))));
-  MemoryContext each = AllocSetContextCreate(CurrentMemoryContext, "a record", ALLOCSET_DEFAULT_SIZES);
+  MemoryContext each =
+      AllocSetContextCreate(CurrentMemoryContext, "a record", ALLOCSET_DEFAULT_SIZES);
   MemoryContext whole = MemoryContextSwitchTo(each);
   ReturnSetInfo* result = (ReturnSetInfo*)fcinfo->resultinfo;
   for (uint64 record = 0; PutRecord(result, window, &layout, record); ++record) {

@@ -1,4 +1,5 @@
-// Functions between the stored bytes of a value and texts, and what can be asked of the bytes alone.
+// Functions between the stored bytes of a value and texts, and what can be asked of the bytes
+// alone.
 #include "postgres.h"
 
 #include "fmgr.h"
@@ -236,7 +237,8 @@ Datum ot_convert(PG_FUNCTION_ARGS) {
   PG_RETURN_BYTEA_P(BytesOf(OtTake(GiveConverted, &question, "conversion of a stored value")));
 }
 
-/** Whether bytes begin with a stored array, where it ends or how far it is good, and why it isn't. */
+/** Whether bytes begin with a stored array, where it ends or how far it is good, and why it isn't.
+ */
 Datum ot_verify(PG_FUNCTION_ARGS) {
   ot95_array array = OtArrayOf(fcinfo, 0);
   TupleDesc columns;
@@ -256,6 +258,5 @@ Datum ot_verify(PG_FUNCTION_ARGS) {
   values[1] = Int64GetDatum((int64)end);
   nulls[2] = status == OT95_OK;
   values[2] = CStringGetTextDatum(ot95_strerror(status));
-  PG_RETURN_DATUM(
-      HeapTupleGetDatum(heap_form_tuple(BlessTupleDesc(columns), values, nulls)));
+  PG_RETURN_DATUM(HeapTupleGetDatum(heap_form_tuple(BlessTupleDesc(columns), values, nulls)));
 }

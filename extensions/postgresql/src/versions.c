@@ -1,10 +1,13 @@
-// Which order each index was built in. An index over ottext, and the bounds of a partitioned table, are
-// good for the version of the order that made them. The table ot_index_orders keeps it, by the file of an
-// index: where that is another one the index was built anew. Nothing has to be called for it:
-// - An operator class over ottext has a support function for options. The server calls it whenever a
+// Which order each index was built in. An index over ottext, and the bounds of a partitioned table,
+// are good for the version of the order that made them. The table ot_index_orders keeps it, by the
+// file of an index: where that is another one the index was built anew. Nothing has to be called
+// for it:
+// - An operator class over ottext has a support function for options. The server calls it whenever
+// a
 //   process takes up an index, before any use of it; so this library is there in time.
 // - A transaction that writes records, before it commits, what isn't recorded yet.
-// - Before a plan runs its indexes are held against what was recorded, and before a transaction commits
+// - Before a plan runs its indexes are held against what was recorded, and before a transaction
+// commits
 //   those of the tables that it wrote to by other ways, as COPY does.
 #include "postgres.h"
 
@@ -51,8 +54,8 @@ PG_FUNCTION_INFO_V1(ot_check_orders);
 
 static ExecutorStart_hook_type nextStart;
 
-static HTAB* checked;         /* Relations that are good. */
-static List* stale;           /* Relations that aren't, in memory that stays. */
+static HTAB* checked;           /* Relations that are good. */
+static List* stale;             /* Relations that aren't, in memory that stays. */
 static bool isUnsettled = true; /* Something may have to be recorded. */
 
 /* What there is. */
@@ -92,7 +95,8 @@ static bool AddVersionOfColumn(StringInfo orders, Oid relation, AttrNumber colum
   return type == OtTypeOid();
 }
 
-/* A hash index holds numbers; what they are made of the table says, where it isn't an expression. */
+/* A hash index holds numbers; what they are made of the table says, where it isn't an expression.
+ */
 static void AddVersionOfIndexColumn(StringInfo orders, Form_pg_index index, Oid operatorClass,
                                     int column) {
   const AttrNumber source = index->indkey.values[column];
@@ -149,8 +153,8 @@ static bool ReadOrdered(Oid relation, Ordered* ordered) {
   ordered->relation = relation;
   ordered->kind = ((Form_pg_class)GETSTRUCT(tuple))->relkind;
   ordered->filenode = ((Form_pg_class)GETSTRUCT(tuple))->relfilenode;
-  ordered->table = ordered->kind == RELKIND_PARTITIONED_TABLE ? relation
-                                                              : IndexGetRelation(relation, true);
+  ordered->table =
+      ordered->kind == RELKIND_PARTITIONED_TABLE ? relation : IndexGetRelation(relation, true);
   ReleaseSysCache(tuple);
   return true;
 }
@@ -179,9 +183,9 @@ static List* AllOrdered(void) {
   static const Oid methods[] = {BTREE_AM_OID, HASH_AM_OID};
   List* found = NIL;
   for (size_t i = 0; i < lengthof(methods); ++i) {
-    const Oid operatorClass = GetSysCacheOid3(
-        CLAAMNAMENSP, Anum_pg_opclass_oid, ObjectIdGetDatum(methods[i]),
-        CStringGetDatum("ottext_ops"), ObjectIdGetDatum(OtSchemaOid()));
+    const Oid operatorClass =
+        GetSysCacheOid3(CLAAMNAMENSP, Anum_pg_opclass_oid, ObjectIdGetDatum(methods[i]),
+                        CStringGetDatum("ottext_ops"), ObjectIdGetDatum(OtSchemaOid()));
     if (OidIsValid(operatorClass)) found = AddDependent(found, operatorClass);
   }
   return found;
@@ -190,7 +194,8 @@ static List* AllOrdered(void) {
 /* What was recorded. */
 
 static Oid RecordsOid(void) {
-  return OidIsValid(OtSchemaOid()) ? get_relname_relid("ot_index_orders", OtSchemaOid()) : InvalidOid;
+  return OidIsValid(OtSchemaOid()) ? get_relname_relid("ot_index_orders", OtSchemaOid())
+                                   : InvalidOid;
 }
 
 /** The record of a relation, to be freed; null where there is none. */
@@ -238,7 +243,8 @@ static void Clear(Relation records) {
   HeapTuple tuple;
   while (HeapTupleIsValid(tuple = systable_getnext(scan))) {
     bool isNull;
-    const Oid relation = DatumGetObjectId(heap_getattr(tuple, 1, RelationGetDescr(records), &isNull));
+    const Oid relation =
+        DatumGetObjectId(heap_getattr(tuple, 1, RelationGetDescr(records), &isNull));
     if (!SearchSysCacheExists1(RELOID, ObjectIdGetDatum(relation))) {
       CatalogTupleDelete(records, &tuple->t_self);
     }
@@ -247,7 +253,8 @@ static void Clear(Relation records) {
 }
 
 /* Each relation of the list, with what was recorded of it. */
-typedef void (*Visit)(Relation records, const Ordered* ordered, const char* recorded, void* context);
+typedef void (*Visit)(Relation records, const Ordered* ordered, const char* recorded,
+                      void* context);
 
 static void VisitAll(List* relations, Visit visit, void* context) {
   const Oid recordsOid = RecordsOid();
@@ -259,6 +266,7 @@ static void VisitAll(List* relations, Visit visit, void* context) {
     Ordered ordered;
     HeapTuple record;
     if (!ReadOrdered(lfirst_oid(cell), &ordered)) continue;
+    if (ordered.kind == RELKIND_PARTITIONED_INDEX) continue; /* its parts count */
     record = FindRecord(records, ordered.relation);
     visit(records, &ordered, RecordedOrders(records, record, ordered.filenode), context);
   }
@@ -274,14 +282,15 @@ static bool IsStale(const Ordered* ordered, const char* recorded) {
 pg_attribute_noreturn() static void Refuse(const Ordered* ordered, const char* recorded) {
   const char* name = get_rel_name(ordered->relation);
   const bool isTable = ordered->kind == RELKIND_PARTITIONED_TABLE;
-  ereport(ERROR, (errcode(ERRCODE_OBJECT_NOT_IN_PREREQUISITE_STATE),
-                  isTable ? errmsg("the partitions of \"%s\" are of another order than this library's",
-                                   name)
-                          : errmsg("index \"%s\" is in another order than this library's", name),
-                  errdetail("It was built with %s, and the library has %s.", recorded,
-                            OrdersNow(ordered->relation, ordered->kind)),
-                  isTable ? errhint("Load \"%s\" anew, or use the library it was loaded with.", name)
-                          : errhint("REINDEX INDEX %s;", quote_identifier(name))));
+  ereport(
+      ERROR,
+      (errcode(ERRCODE_OBJECT_NOT_IN_PREREQUISITE_STATE),
+       isTable ? errmsg("the partitions of \"%s\" are of another order than this library's", name)
+               : errmsg("index \"%s\" is in another order than this library's", name),
+       errdetail("It was built with %s, and the library has %s.", recorded,
+                 OrdersNow(ordered->relation, ordered->kind)),
+       isTable ? errhint("Attach its partitions to a new table, which checks their rows.")
+               : errhint("REINDEX INDEX %s;", quote_identifier(name))));
   pg_unreachable();
 }
 
@@ -313,12 +322,15 @@ static bool CheckNode(PlanState* node, void* context) {
 }
 
 static void CheckTarget(Relation table) {
+  const Oid relation = RelationGetRelid(table);
   ListCell* cell;
+  if (hash_search(checked, &relation, HASH_FIND, NULL) != NULL) return;
   foreach (cell, RelationGetIndexList(table)) {
     Relation index = index_open(lfirst_oid(cell), AccessShareLock);
     CheckIndex(index);
     index_close(index, AccessShareLock);
   }
+  hash_search(checked, &relation, HASH_ENTER, NULL);
 }
 
 static void CheckPlan(QueryDesc* query) {
@@ -375,7 +387,8 @@ static void Divide(Relation records, const Ordered* ordered, const char* recorde
   if (IsStale(ordered, recorded)) work->stale = lappend_oid(work->stale, ordered->relation);
 }
 
-static void RecordOne(Relation records, const Ordered* ordered, const char* recorded, void* context) {
+static void RecordOne(Relation records, const Ordered* ordered, const char* recorded,
+                      void* context) {
   if (recorded == NULL) Record(records, ordered);
 }
 
@@ -430,7 +443,8 @@ Datum ottext_index_options(PG_FUNCTION_ARGS) {
   PG_RETURN_VOID();
 }
 
-static void ListStale(Relation records, const Ordered* ordered, const char* recorded, void* context) {
+static void ListStale(Relation records, const Ordered* ordered, const char* recorded,
+                      void* context) {
   ReturnSetInfo* result = context;
   const bool isTable = ordered->kind == RELKIND_PARTITIONED_TABLE;
   bool nulls[5] = {false};
@@ -442,9 +456,9 @@ static void ListStale(Relation records, const Ordered* ordered, const char* reco
   values[3] = CStringGetTextDatum(OrdersNow(ordered->relation, ordered->kind));
   nulls[4] = isTable;
   values[4] = CStringGetTextDatum(
-      psprintf("REINDEX INDEX %s;", quote_qualified_identifier(
-                                        get_namespace_name(get_rel_namespace(ordered->relation)),
-                                        get_rel_name(ordered->relation))));
+      psprintf("REINDEX INDEX %s;",
+               quote_qualified_identifier(get_namespace_name(get_rel_namespace(ordered->relation)),
+                                          get_rel_name(ordered->relation))));
   tuplestore_putvalues(result->setResult, result->setDesc, values, nulls);
 }
 

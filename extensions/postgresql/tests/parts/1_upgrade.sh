@@ -13,6 +13,26 @@ objects="SELECT pg_describe_object(classid, objid, 0) FROM pg_depend WHERE refcl
 upgraded=$(sql -d upgraded -c "$objects")
 [[ $(wc -l <<< "$upgraded") -gt 150 ]]
 diff <(echo "$upgraded") <(sql -d fresh -c "$objects")
+# Another schema than the path's serves as well, and what is dropped may come again in the same session.
+sql -d postgres -c 'CREATE DATABASE elsewhere'
+answer=$(sql -d elsewhere << 'SQL'
+SET client_min_messages = warning;
+CREATE EXTENSION ot95;
+CREATE TABLE gone (name ottext('sv') PRIMARY KEY);
+DROP EXTENSION ot95 CASCADE;
+CREATE TABLE unrelated (number int PRIMARY KEY);
+INSERT INTO unrelated VALUES (1);
+CREATE SCHEMA "Odd one";
+CREATE EXTENSION ot95 SCHEMA "Odd one";
+CREATE TABLE city (name "Odd one".ottext('sv', 'ignore-case') PRIMARY KEY);
+INSERT INTO city VALUES ('Åmål'), ('Zorn');
+SET enable_seqscan = off;
+EXPLAIN (COSTS OFF) SELECT FROM city WHERE name OPERATOR("Odd one".=~) 'å*';
+SELECT name FROM city WHERE name OPERATOR("Odd one".=~) 'å*';
+SELECT count(*) FROM "Odd one".ot_index_orders;
+SQL
+)
+[[ $answer == *'Index Cond: '*'otbound'*$'\nÅmål\n1' ]] || { echo "$answer"; exit 1; }
 # Operator classes are as the server wants them. All it has to say is that bounds have two operators, and none
 # the other way: an index holds texts, and is looked through between two bounds.
 diff <(sql -d fresh -c "SELECT opcname, amname FROM pg_opclass o JOIN pg_am a ON a.oid = opcmethod

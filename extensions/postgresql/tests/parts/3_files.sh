@@ -6,7 +6,7 @@ sql -d source -c "SELECT count(*) FROM ot_check_orders(); SET enable_seqscan = o
   diff - <(printf '0\nSan Marino\n')
 stop
 # As pg_upgrade takes them into a server that was made anew.
-"${as[@]}" "$bin/initdb" -D "$work/upgraded" -U tester -A trust -E UTF8 --no-locale --no-sync > "$work/log"
+"${as[@]}" "$bin/initdb" -D "$work/upgraded" -U tester -A trust -E UTF8 --no-locale --no-sync > "$work/log" || { cat "$work/log"; exit 1; }
 mkdir "$work/upgrading"
 [[ ${#as[@]} -eq 0 ]] || chown postgres "$work/upgrading"
 silently "${as[@]}" env -C "$work/upgrading" LD_LIBRARY_PATH="$stage/lib" "$bin/pg_upgrade" -U tester -b "$bin" -B "$bin" \

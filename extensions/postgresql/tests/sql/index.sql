@@ -22,20 +22,28 @@ CREATE TABLE patterns (pattern text);
 INSERT INTO patterns VALUES ('*'), ('?'), (''), ('san*'), ('San*'), ('SAN*'), ('å*'), ('a*a'), ('s?n*'), ('*berg'), ('*an*an*'),
   ('uppsala l?n'), ('st. *'), ('o*'), ('ó*'), ('са*'), ('1*'), ('-*'), (' *'), ('ss*'), ('ß*'), ('x*x*x');
 INSERT INTO patterns SELECT left(name, 1 + number % 4) || '*' FROM names WHERE number % 97 = 0 AND name !~ '[*?]';
-CREATE FUNCTION matches(setting text, columns text) RETURNS TABLE (pattern text, total bigint) LANGUAGE plpgsql AS $$
+CREATE TABLE optional (number int, spaces ottext('en', 'ignore-space'), symbols ottext('en', 'ignore-symbols,ignore-case'),
+  accents ottext('fr', 'ignore-accent'), strict ottext('de', 'order-only'));
+INSERT INTO optional SELECT number, name, name, name, name FROM names WHERE number % 3 = 0;
+CREATE INDEX ON optional (spaces);
+CREATE INDEX ON optional (symbols);
+CREATE INDEX ON optional (accents);
+CREATE INDEX ON optional (strict);
+SELECT bt_index_check(indexrelid, true) FROM pg_index WHERE indrelid = 'optional'::regclass;
+CREATE FUNCTION matches(setting text, from_table text, columns text) RETURNS TABLE (pattern text, total bigint) LANGUAGE plpgsql AS $$
 BEGIN
   EXECUTE 'SET LOCAL enable_indexscan = ' || setting;
   EXECUTE 'SET LOCAL enable_bitmapscan = ' || setting;
   EXECUTE 'SET LOCAL enable_indexonlyscan = ' || setting;
   EXECUTE 'SET LOCAL enable_seqscan = ' || CASE setting WHEN 'on' THEN 'off' ELSE 'on' END;
   FOR pattern IN SELECT p.pattern FROM patterns p LOOP
-    EXECUTE format('SELECT coalesce(sum(number), 0) + 100000000000 * count(*) FROM places WHERE %I =~ %L', columns, pattern) INTO total;
+    EXECUTE format('SELECT coalesce(sum(number), 0) + 100000000000 * count(*) FROM %I WHERE %I =~ %L', from_table, columns, pattern) INTO total;
     RETURN NEXT;
   END LOOP;
 END $$;
-SELECT columns, (SELECT count(*) FROM (SELECT * FROM matches('on', columns) EXCEPT SELECT * FROM matches('off', columns)) d) AS differ,
-       (SELECT count(*) > 50 FROM matches('on', columns) WHERE total > 0) AS finds
-FROM unnest('{sv,folded}'::text[]) columns;
+SELECT t, c, (SELECT count(*) FROM (SELECT * FROM matches('on', t, c) EXCEPT SELECT * FROM matches('off', t, c)) d) AS differ,
+       (SELECT count(*) > 20 FROM matches('on', t, c) WHERE total > 0) AS finds
+FROM (VALUES ('places', 'sv'), ('places', 'folded'), ('optional', 'spaces'), ('optional', 'symbols'), ('optional', 'accents'), ('optional', 'strict')) v(t, c);
 
 -- A pattern that is known only when the plan runs.
 SET enable_seqscan = off; SET enable_bitmapscan = off;
