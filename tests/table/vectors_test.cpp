@@ -103,7 +103,9 @@ TEST(Vectors, AreTheSameOnEveryMachine) {
                               said.format + " | " + said.text + " | ";
     const std::string answered = asked + AnswersTo(said, form);
     written << answered << "\n";
-    if (!target) EXPECT_EQ(answered, line);
+    if (!target) {
+      EXPECT_EQ(answered, line);
+    }
     ++lines;
   }
   EXPECT_GE(lines, std::endian::native == std::endian::little ? 180U : 90U);
