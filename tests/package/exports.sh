@@ -6,7 +6,10 @@ set -euo pipefail
 family='[A-Za-z_0-9]*(Store|Load|SizeGet|Compare)'
 public="(ot95_|Ot|d_|bks|OTDB_|___Ot|MemFile|CheckOtVersionNumber|DefaultConfig|DefaultTypeMgr)"
 public+="|(GetOtTypeMgrInfo|GetSystemTimeInMSSinceTheEpoch|overlaps|operator|HashString|HashOtString)"
-public+="|(CurrentFactory|LegacyFactory|ot95::(FindMarked|FinishedKeys::|k(OrderTables|CodeSet[A-Z][a-z]+)))|$family(\\(|$)"
+# The tables that public headers look characters up in.
+tables="k(Order|CodeSet|Class)[A-Z][a-z]+|k(Classes|Tailorings|Contractions|LanguageRows|RecordNumbers)"
+tables+="|k(UnicodeOrders|IdeographRanks)"
+public+="|(CurrentFactory|LegacyFactory|ot95::(FindMarked|FinishedKeys::|$tables))|$family(\\(|$)"
 strays=$(nm -DC --without-symbol-versions --defined-only "$1"/libot95{Obs,Oin,Otms}.so |
   awk 'NF > 2 && $2 != "A" && !($2 == "V" && $3 ~ /^std::/) { $1 = $2 = ""; sub(/^ */, ""); print }' |
   grep -vE "^((vtable|typeinfo|typeinfo name) for )?($public)" || true)
