@@ -3,21 +3,53 @@
 
 #include <algorithm>
 #include <chrono>
-#include <sstream>
+#include <map>
 
 #include "colour.h"
 #include "command.h"
 #include "options.h"
+#include "ot95/odmg.h"
+#include "ot95/temporal.h"
 #include "values.h"
 
 namespace ottm {
 namespace {
 
-/// Types of which few bytes at random would be values. The others are numbers.
-const std::vector<std::string> kSought = {"OtString", "OtIString",  "OtCaseIString", "OtBlob",
-                                          "OtDate",   "OtDateTime", "d_Date",        "d_Timestamp"};
-/// Years that a date is believed to be of.
-constexpr int kFirstYear = 1000, kLastYear = 2999;
+/// Whether a day is one of the calendar, in a year that is believed.
+bool IsDay(int year, int month, int day) {
+  constexpr int first = 1000, last = 2999;
+  return year >= first && year <= last && month > 0 && day > 0 &&
+         std::chrono::year_month_day(std::chrono::year(year),
+                                     std::chrono::month(static_cast<unsigned>(month)),
+                                     std::chrono::day(static_cast<unsigned>(day)))
+             .ok();
+}
+template <class Date>
+bool IsDate(const Date& date) {
+  return IsDay(date.year, date.month, date.day);
+}
+template <class Date>
+bool IsDateOf(const void* value) {
+  return IsDate(*static_cast<const Date*>(value));
+}
+template <class Moment>
+bool IsMomentOf(const void* value) {
+  const auto& moment = *static_cast<const Moment*>(value);
+  const auto isBelow = [](int number, int limit) { return number >= 0 && number < limit; };
+  return IsDate(moment.date) && isBelow(moment.time.hour, 24) && isBelow(moment.time.minute, 60) &&
+         isBelow(moment.time.second, 60);
+}
+
+/// What of bytes few would be at random: texts, blobs, and these, with what makes them believed.
+const std::map<std::string, bool (*)(const void*)> kDates = {
+    {"OtDate", IsDateOf<OtDate>},
+    {"OtDateTime", IsMomentOf<OtDateTime>},
+    {"d_Date", IsDateOf<d_Date>},
+    {"d_Timestamp", IsMomentOf<d_Timestamp>}};
+
+bool IsSought(const std::string& type) {
+  return type.ends_with("String") || type == "OtBlob" || kDates.contains(type);
+}
 
 /// A type in a form, and what of the bytes it explains.
 struct Reading {
@@ -27,26 +59,15 @@ struct Reading {
   std::vector<std::string> samples;
 };
 
-/// "2000-01-02" is a day of the calendar in a year that is believed, and "13:05:09" behind it a
-/// time.
-bool IsBelieved(const std::string& text) {
-  int year = 0, hour = 0, minute = 0, second = 0;
-  unsigned month = 0, day = 0;
-  char mark = 0;
-  std::istringstream in(text);
-  in >> year >> mark >> month >> mark >> day >> hour >> mark >> minute >> mark >> second;
-  const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
-                                         std::chrono::day(day)};
-  const auto isBelow = [](int number, int limit) { return number >= 0 && number < limit; };
-  return date.ok() && year >= kFirstYear && year <= kLastYear && isBelow(hour, 24) &&
-         isBelow(minute, 60) && isBelow(second, 60);
-}
-
 /// Looks for the values of one type in one form.
 class Seeker {
  public:
   Seeker(OtTypeMgr& manager, char id, unsigned char form)
-      : manager_(manager), id_(id), form_(form), name_(manager.NameGet(id, nullptr)) {}
+      : manager_(manager),
+        id_(id),
+        form_(form),
+        name_(manager.NameGet(id, nullptr)),
+        value_(manager, id, 1) {}
 
   /// Everywhere, from the left, value behind value.
   void Seek(Bytes& bytes, Reading& reading) {
@@ -60,10 +81,9 @@ class Seeker {
   void Fill(Bytes& bytes, Reading& reading, unsigned long size) {
     reading.values = bytes.size() / size;
     reading.bytes = bytes.size();
-    Values value(manager_, id_, 1);
     for (std::size_t i = 0; i < std::min<std::uint64_t>(reading.values, kSamples); ++i) {
-      value.LoadVerified(bytes.data() + i * size, form_);
-      reading.samples.push_back(value.Print(0));
+      value_.LoadVerified(bytes.data() + i * size, form_);
+      reading.samples.push_back(value_.Print(0));
     }
   }
 
@@ -74,21 +94,20 @@ class Seeker {
     const std::span<const unsigned char> rest(bytes.data() + at, bytes.size() - at);
     const Verdict verdict = VerifyBytes(manager_, id_, rest, form_, 1);
     if (verdict.status != 0) return 0;
-    Values value(manager_, id_, 1);
-    value.LoadVerified(bytes.data() + at, form_);
-    if (!Convinces(value)) return 0;
+    value_.LoadVerified(bytes.data() + at, form_);
+    if (!Convinces()) return 0;
     if (reading.values++ == 0) reading.first = at;
     reading.bytes += verdict.consumed;
-    if (reading.samples.size() < kSamples) reading.samples.push_back(value.Print(0));
+    if (reading.samples.size() < kSamples) reading.samples.push_back(value_.Print(0));
     return verdict.consumed;
   }
 
-  bool Convinces(const Values& value) const {
-    if (value.IsNull(0)) return name_ == "OtString";  // six bytes that say no more than that
-    if (name_ == "OtBlob") return value.Store(form_).size() > 8;
-    if (name_.ends_with("String")) return IsReadable(value.Print(0));
-    const bool hasTime = name_ == "OtDateTime" || name_ == "d_Timestamp";
-    return IsBelieved(value.Print(0, hasTime ? "%Y-%m-%d %H:%M:%S" : "%Y-%m-%d"));
+  bool Convinces() const {
+    if (value_.IsNull(0)) return name_ == "OtString";  // six bytes that say no more than that
+    if (const auto date = kDates.find(name_); date != kDates.end()) {
+      return date->second(value_.Data());
+    }
+    return name_ == "OtBlob" ? value_.Store(form_).size() > 8 : IsReadable(value_.Print(0));
   }
 
   static bool IsReadable(const std::string& text) {
@@ -101,6 +120,7 @@ class Seeker {
   char id_;
   unsigned char form_;
   std::string name_;
+  Values value_;
 };
 
 class Guess : public Command {
@@ -163,7 +183,7 @@ class Guess : public Command {
         reading.type = name;
         reading.form = form == OT_FORMAT_NATIVE ? "native" : "big-endian";
         Seeker seeker(manager, id, form);
-        if (std::find(kSought.begin(), kSought.end(), name) != kSought.end()) {
+        if (IsSought(name)) {
           seeker.Seek(bytes, reading);
           if (reading.values != 0) sought.push_back(std::move(reading));
         } else if (const unsigned long size = SizeOfNumber(manager, id);
