@@ -122,7 +122,7 @@ using namespace ot95;
 
 class [[gnu::visibility("hidden")]] OtStrictScanner::Impl {
  public:
-  Impl(OtTypeMgr& manager, char type, const char* format)
+  Impl(OtTypeMgr & manager, char type, const char* format)
       : manager_(manager), type_(type), rowFormat_(manager.ExchangeFormat(type, nullptr)) {
     if (format != nullptr) format_ = format;
     if (IsText()) return;
@@ -163,9 +163,15 @@ class [[gnu::visibility("hidden")]] OtStrictScanner::Impl {
     const char* format;
   };
 
-  const char* Format() const { return format_ ? format_->c_str() : nullptr; }
-  std::string_view Name() const { return manager_.NameGet(type_, nullptr); }
-  bool IsText() const { return rowFormat_ == std::string_view("%s"); }
+  const char* Format() const {
+    return format_ ? format_->c_str() : nullptr;
+  }
+  std::string_view Name() const {
+    return manager_.NameGet(type_, nullptr);
+  }
+  bool IsText() const {
+    return rowFormat_ == std::string_view("%s");
+  }
   static bool IsNullText(std::string_view utf8) {
     return utf8 == ToUtf8(OtTypeMgr::GetNullPrintString());
   }
