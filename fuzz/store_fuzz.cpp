@@ -85,14 +85,14 @@ void ReadObjects(View bytes) {
 template <class Word>
 void ReadPages(View bytes) {
   const otdb::PageFile<Word> pages(Files().File(bytes));
-  std::size_t sum = 0;
+  std::uint64_t sum = 0;
   const auto look = [&](otdb::View key, otdb::View value) {
     for (const unsigned char byte : key) sum += byte;
     for (const unsigned char byte : value) sum += byte;
   };
   pages.Visit("facts", look);
   pages.Visit("Place", look);
-  Require(sum < std::size_t{1} << 40);  // so that every byte is looked at
+  Require(sum < std::uint64_t{1} << 40);  // so that every byte is looked at
 }
 
 void Run(std::uint8_t choice, View rest) {

@@ -62,7 +62,7 @@ void Print(OtTypeMgr& types, Record record) {
     const char id = IdOf(types, member);
     unsigned long used = 0;
     if (types.VerifyStored(id, record.data() + at, record.size() - at, kForm, 1, used) != 0) {
-      std::printf("damaged in %s, good up to offset %zu\n", member.name, at + used);
+      std::printf("damaged in %s, good up to offset %zu\n", member.name, at + std::size_t{used});
       return;
     }
     const Value value(types, id);

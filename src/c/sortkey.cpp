@@ -113,7 +113,7 @@ int ot95_collation_key(const ot95_collation* collation, const char* text, size_t
     if (const int status = wide.Take(text, size)) return status;
     ot95::SortKeyWriter key(out->data, out->room);
     ot95::PutTextKey(wide.Span(collation->language), collation->options, key);
-    out->size = key.Size();
+    out->size = static_cast<size_t>(key.Size());
     return out->size > out->room ? OT95_ERR_ROOM : OT95_OK;
   });
 }

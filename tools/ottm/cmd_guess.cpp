@@ -161,14 +161,14 @@ class Guess : public Command {
     more_ = false;
     while (const std::size_t got =
                input.Read(reinterpret_cast<char*>(buffer.data()), buffer.size())) {
-      const std::size_t skip = std::min<std::uint64_t>(got, offset_ - skipped);
+      const auto skip = static_cast<std::size_t>(std::min<std::uint64_t>(got, offset_ - skipped));
       skipped += skip;
       bytes.insert(bytes.end(), buffer.begin() + static_cast<std::ptrdiff_t>(skip),
                    buffer.begin() + static_cast<std::ptrdiff_t>(got));
       more_ = bytes.size() > limit_;
       if (more_) break;
     }
-    bytes.resize(std::min<std::uint64_t>(bytes.size(), limit_));
+    bytes.resize(static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), limit_)));
     return bytes;
   }
 
