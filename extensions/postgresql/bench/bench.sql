@@ -11,15 +11,15 @@ CREATE FUNCTION plain(text) RETURNS text LANGUAGE sql IMMUTABLE PARALLEL SAFE
 CREATE UNLOGGED TABLE loaded (number serial, name text COLLATE "C");
 COPY loaded (name) FROM :'names';
 CREATE UNLOGGED TABLE names (
-  icu text COLLATE "sv-x-icu", nocase text COLLATE nocase, sv ottext('sv'), sv_nocase ottext('sv', 'ignore-case'),
+  icu text COLLATE "sv-x-icu", bytes text COLLATE "C", nocase text COLLATE nocase, sv ottext('sv'), sv_nocase ottext('sv', 'ignore-case'),
   letters ottext('sv', 'ignore-case,ignore-accent'));
-INSERT INTO names SELECT name, name, name, name, name FROM loaded, generate_series(1, 4) copy
+INSERT INTO names SELECT name, name, name, name, name, name FROM loaded, generate_series(1, 4) copy
   ORDER BY md5(number::text || copy) LIMIT 1000000;
 -- Each side has a table of its own column, as a user would.
 DO $$
 DECLARE side text;
 BEGIN
-  FOREACH side IN ARRAY '{icu,nocase,sv,sv_nocase,letters}'::text[] LOOP
+  FOREACH side IN ARRAY '{icu,bytes,nocase,sv,sv_nocase,letters}'::text[] LOOP
     EXECUTE format('CREATE UNLOGGED TABLE n_%1$s AS SELECT %1$s AS name FROM names', side);
     EXECUTE format('CREATE UNLOGGED TABLE d_%1$s AS SELECT DISTINCT %1$s AS name FROM names', side);
     EXECUTE format('CREATE UNLOGGED TABLE p_%1$s AS SELECT name FROM d_%1$s ORDER BY md5(name::text)', side);
@@ -30,7 +30,7 @@ VACUUM ANALYZE;
 CREATE TABLE work (number serial, workload text, side text, before text, statement text);
 INSERT INTO work (workload, side, before, statement)
 SELECT w.workload, side, format(w.before, side), format(w.statement, side)
-FROM unnest('{icu,nocase,sv,sv_nocase}'::text[]) side, (VALUES
+FROM unnest('{icu,bytes,nocase,sv,sv_nocase}'::text[]) side, (VALUES
   ('CREATE INDEX', 'DROP INDEX IF EXISTS i_%1$s', 'CREATE INDEX i_%1$s ON n_%1$s (name)'),
   ('ORDER BY', 'SET LOCAL enable_indexscan = off; SET LOCAL enable_indexonlyscan = off', 'SELECT name FROM n_%1$s ORDER BY name OFFSET 1000000'),
   ('equality join', 'SET LOCAL enable_mergejoin = off; SET LOCAL enable_nestloop = off; SET LOCAL enable_indexonlyscan = off',
